@@ -47,11 +47,6 @@ void showPrograms(const fs::path& folder, std::vector<std::string>& arguments)
     }
 }
 
-bool lies(const fs::path& path, const fs::path& folder)
-{
-    return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
-}
-
 struct Outcome {
     int status; // as waitpid() gives it
     std::string said;
@@ -94,7 +89,7 @@ bool succeeded(const Outcome& outcome)
 
 Outcome attempt(const Namespaces& namespaces)
 {
-    std::vector<std::string> arguments = bubblewrapArguments(namespaces, std::nullopt, {});
+    std::vector<std::string> arguments = bubblewrapArguments(namespaces, std::nullopt);
     arguments.insert(arguments.end(), {"--", ownPath(), "check", "--inside"});
     return runQuietly(arguments);
 }
@@ -111,8 +106,7 @@ std::string ownPath()
 }
 
 std::vector<std::string> bubblewrapArguments(const Namespaces& namespaces,
-                                             const std::optional<fs::path>& state,
-                                             const std::vector<fs::path>& shown)
+                                             const std::optional<fs::path>& state)
 {
     const fs::path log = needFolder(kLogFolder);
     const fs::path programs = needFolder(kProgramFolder);
@@ -136,13 +130,6 @@ std::vector<std::string> bubblewrapArguments(const Namespaces& namespaces,
             arguments.insert(arguments.end(), {"--bind", *state / folder, inside});
         else
             arguments.insert(arguments.end(), {"--tmpfs", inside});
-    }
-
-    for (const fs::path& path : shown) {
-        std::error_code error;
-        const fs::path file = fs::canonical(path, error);
-        if (!error && (lies(file, log) || lies(file, programs)))
-            arguments.insert(arguments.end(), {"--ro-bind-try", file, file});
     }
     return arguments;
 }

@@ -27,11 +27,9 @@ struct Namespaces {
 Namespaces tryNamespaces();
 
 // The arguments of bubblewrap, its own name first, without the command. `state` keeps log and settings
-// folders and must hold them; none: they vanish with the meter. `shown` are files that must stay visible at
-// their own paths.
+// folders and must hold them; none: they vanish with the meter.
 std::vector<std::string> bubblewrapArguments(const Namespaces& namespaces,
-                                             const std::optional<std::filesystem::path>& state,
-                                             const std::vector<std::filesystem::path>& shown);
+                                             const std::optional<std::filesystem::path>& state);
 
 // The path of this program.
 std::string ownPath();

@@ -33,6 +33,7 @@ struct Options {
     int controlFd = -1;
     int begunFd = -1;
     int holdFd = -1;
+    int sceneFd = -1;
     int traceFd = -1;
     std::string signals;
     bool probe = false;
@@ -46,6 +47,18 @@ Descriptor takeOver(int number)
     return Descriptor(number);
 }
 
+// From the descriptor that run has opened, or else from the file.
+Scene readScene(const std::string& path, Descriptor file)
+{
+    if (!file)
+        file = Descriptor(openScene(path));
+    std::string text;
+    char part[4096];
+    for (std::size_t got; (got = readFully(file.get(), part, sizeof part)) > 0;)
+        text.append(part, got);
+    return parseScene(text, path);
+}
+
 int serve(const Options& options)
 {
     const Descriptor control = takeOver(options.controlFd);
@@ -54,12 +67,7 @@ int serve(const Options& options)
     if (Descriptor begun = takeOver(options.begunFd))
         writeByte(begun.get(), 1);
 
-    Scene scene;
-    try {
-        scene = options.scene ? loadScene(*options.scene) : defaultScene();
-    } catch (const std::runtime_error& error) {
-        throw Failure(error.what(), "the scene cannot be used", "see vx63-vmeter(1)");
-    }
+    Scene scene = options.scene ? readScene(*options.scene, takeOver(options.sceneFd)) : defaultScene();
     for (const std::string& fault : options.faults)
         scene.faults.push_back(parseFault(fault));
     if (options.trace)
@@ -180,6 +188,7 @@ int runMain(int argc, char** argv)
     serveCommand.add_option("--inside", options.controlFd)->group("");
     serveCommand.add_option("--begun", options.begunFd)->group("");
     serveCommand.add_option("--hold", options.holdFd)->group("");
+    serveCommand.add_option("--scene-fd", options.sceneFd)->group("");
     serveCommand.add_option("--trace-fd", options.traceFd)->group("");
     serveCommand.add_option("--signals", options.signals)->group("");
     serveCommand.footer("Example:\n"

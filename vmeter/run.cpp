@@ -135,6 +135,14 @@ int waitFor(pid_t child, const Descriptor& signals, const Descriptor& control)
 
 } // namespace
 
+int openScene(const std::string& path)
+{
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+    if (file < 0)
+        throw Failure(path, errorText(errno), "give a file that you may read with --scene");
+    return file;
+}
+
 int openTrace(const std::string& path)
 {
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_TRUNC | O_CLOEXEC | O_NOCTTY, 0666);
@@ -154,6 +162,7 @@ int run(const RunOptions& options)
     std::optional<Namespaces> namespaces;
     if (!options.inPlace)
         namespaces = tryNamespaces();
+    const Descriptor scene(options.scene ? openScene(*options.scene) : -1);
     const Descriptor trace(options.trace ? openTrace(*options.trace) : -1);
     std::optional<InPlace> inPlace;
     if (options.inPlace)
@@ -171,8 +180,8 @@ int run(const RunOptions& options)
         inside.insert(inside.end(), {"--hold", std::to_string(stateLock.get())});
     if (trace)
         inside.insert(inside.end(), {"--trace-fd", std::to_string(trace.get())});
-    if (options.scene)
-        inside.insert(inside.end(), {"--scene", *options.scene});
+    if (scene)
+        inside.insert(inside.end(), {"--scene", *options.scene, "--scene-fd", std::to_string(scene.get())});
     for (const std::string& fault : options.faults)
         inside.insert(inside.end(), {"--fault", fault});
     inside.push_back("--");
@@ -181,10 +190,7 @@ int run(const RunOptions& options)
     std::vector<std::string> outside;
     Descriptor arguments;
     if (namespaces) {
-        std::vector<fs::path> shown;
-        if (options.scene)
-            shown.push_back(*options.scene);
-        std::vector<std::string> all = bubblewrapArguments(*namespaces, state, shown);
+        const std::vector<std::string> all = bubblewrapArguments(*namespaces, state);
         arguments = argumentFile({all.begin() + 1, all.end()});
         outside = {all.front(), "--args", std::to_string(arguments.get()), "--info-fd",
                    std::to_string(info.writeEnd.get()), "--"};
@@ -205,11 +211,14 @@ int run(const RunOptions& options)
         sigemptyset(&none);
         sigprocmask(SIG_SETMASK, &none, nullptr);
         control.writeEnd = Descriptor();
-        for (const Descriptor* handed : {&control.readEnd, &begun.writeEnd, &stateLock, &trace})
+        for (const Descriptor* handed : {&control.readEnd, &begun.writeEnd, &stateLock, &scene, &trace})
             if (*handed)
                 handed->inherit();
-        if (inPlace)
+        info.readEnd = Descriptor();
+        if (inPlace) {
+            info.writeEnd = Descriptor();
             inPlace->guard(inside);
+        }
         arguments.inherit();
         info.writeEnd.inherit();
         become(outside);
@@ -225,6 +234,7 @@ int run(const RunOptions& options)
         inPlace->cleanUp();
 
     uint8_t byte = 0;
+    fcntl(begun.readEnd.get(), F_SETFL, O_NONBLOCK);
     if (readFully(begun.readEnd.get(), &byte, 1) != 1 && !WIFSIGNALED(how) && WEXITSTATUS(how) != kExitFailure)
         throw Failure("bubblewrap", "it could not make the surroundings (see above)", "see 'vx63-vmeter check'");
     return WIFSIGNALED(how) ? 128 + WTERMSIG(how) : WEXITSTATUS(how);

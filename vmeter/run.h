@@ -24,6 +24,9 @@ struct RunOptions {
 // Gives the exit status of the command, 128 + n after signal n. Throws Failure.
 int run(const RunOptions& options);
 
+// Opens a scene file for reading. Throws Failure.
+int openScene(const std::string& path);
+
 // Opens a trace file for appending, empty. Throws Failure.
 int openTrace(const std::string& path);
 
