@@ -21,6 +21,16 @@ std::string plain(double value)
     return text.str();
 }
 
+// Text of the file as an error message can show it: short, on one line.
+std::string shown(std::string_view text)
+{
+    constexpr size_t kShown = 40;
+    std::string result(text.substr(0, kShown));
+    std::ranges::replace_if(
+        result, [](unsigned char c) { return c < ' ' || c == 0x7F; }, '?');
+    return text.size() > kShown ? result + "..." : result;
+}
+
 std::string list(std::span<const std::string_view> names)
 {
     std::string text;
@@ -30,6 +40,16 @@ std::string list(std::span<const std::string_view> names)
 }
 
 } // namespace
+
+std::optional<double> numberOf(const toml::node& node)
+{
+    // node.value<double>() has none for an integer that a double cannot hold exactly.
+    if (const auto* integer = node.as_integer())
+        return static_cast<double>(integer->get());
+    if (const auto* floating = node.as_floating_point())
+        return floating->get();
+    return std::nullopt;
+}
 
 Fields::Fields(const toml::table& table, const std::string& file, std::string name,
                std::span<const std::string_view> keys)
@@ -47,7 +67,7 @@ int64_t Fields::integer(std::string_view key, int64_t min, int64_t max, std::opt
         return *fallback;
     const auto* value = needed(key).as_integer();
     if (!value)
-        fail(key, "must be an integer, is a " + typeName(needed(key)));
+        fail(key, "must be an integer, not " + typeName(needed(key)));
     if (value->get() < min || value->get() > max) {
         fail(key, "must be " + std::to_string(min) + " to " + std::to_string(max) + ", is " +
                       std::to_string(value->get()));
@@ -59,13 +79,12 @@ double Fields::number(std::string_view key, double min, double max, std::optiona
 {
     if (fallback && !has(key))
         return *fallback;
-    const toml::node& node = needed(key);
-    if (!node.is_number())
-        fail(key, "must be a number, is a " + typeName(node));
-    const double value = *node.value<double>();
-    if (!(value >= min && value <= max)) // not a number is out of range too
-        fail(key, "must be " + plain(min) + " to " + plain(max) + ", is " + plain(value));
-    return value;
+    const std::optional<double> value = numberOf(needed(key));
+    if (!value)
+        fail(key, "must be a number, not " + typeName(needed(key)));
+    if (!(*value >= min && *value <= max)) // nan is out of range too
+        fail(key, "must be " + plain(min) + " to " + plain(max) + ", is " + plain(*value));
+    return *value;
 }
 
 bool Fields::flag(std::string_view key, bool fallback) const
@@ -74,7 +93,7 @@ bool Fields::flag(std::string_view key, bool fallback) const
         return fallback;
     const auto* value = needed(key).as_boolean();
     if (!value)
-        fail(key, "must be true or false, is a " + typeName(needed(key)));
+        fail(key, "must be true or false, not " + typeName(needed(key)));
     return value->get();
 }
 
@@ -84,7 +103,7 @@ std::string Fields::text(std::string_view key, std::optional<std::string> fallba
         return *fallback;
     const auto* value = needed(key).as_string();
     if (!value)
-        fail(key, "must be a string, is a " + typeName(needed(key)));
+        fail(key, "must be a string, not " + typeName(needed(key)));
     return value->get();
 }
 
@@ -96,7 +115,7 @@ size_t Fields::choice(std::string_view key, std::span<const std::string_view> ch
     const std::string value = text(key);
     const auto found = std::ranges::find(choices, value);
     if (found == choices.end())
-        fail(key, "must be one of " + list(choices) + ", is \"" + value + "\"");
+        fail(key, "must be one of " + list(choices) + ", not \"" + shown(value) + "\"");
     return static_cast<size_t>(found - choices.begin());
 }
 
@@ -104,7 +123,7 @@ const toml::table* Fields::table(std::string_view key) const
 {
     const toml::node* found = node(key);
     if (found && !found->is_table())
-        fail(key, "must be a table, is a " + typeName(*found));
+        fail(key, "must be a table, not " + typeName(*found));
     return found ? found->as_table() : nullptr;
 }
 
@@ -115,10 +134,8 @@ std::vector<const toml::table*> Fields::tables(std::string_view key) const
     if (!found)
         return result;
     const toml::array* array = found->as_array();
-    if (!array || !array->is_homogeneous(toml::node_type::table)) {
-        const std::string header(key);
-        fail(key, "must be tables, each headed [[" + header + "]]");
-    }
+    if (!array || !(array->empty() || array->is_homogeneous(toml::node_type::table)))
+        fail(key, "must be tables, each headed [[" + std::string(key) + "]]");
     for (const toml::node& element : *array)
         result.push_back(element.as_table());
     return result;
@@ -133,7 +150,7 @@ void Fields::fail(std::string_view key, const std::string& reason) const
 
 std::string Fields::fullName(std::string_view key) const
 {
-    return name_.empty() ? std::string(key) : name_ + "." + std::string(key);
+    return name_.empty() ? shown(key) : name_ + "." + shown(key);
 }
 
 const toml::node& Fields::needed(std::string_view key) const

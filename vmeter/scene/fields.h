@@ -9,8 +9,12 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vmeter {
+
+// The value of an integer or floating-point node; none for any other.
+std::optional<double> numberOf(const toml::node& node);
 
 // Every failure throws std::runtime_error "FILE:LINE: KEY: reason". A key without a fallback must be there.
 class Fields {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -53,10 +54,10 @@ Cable readCable(const toml::table& table, const std::string& file)
         double loss[2] = {};
         for (size_t i = 0; i < points->size(); ++i) {
             const toml::array* pair = (*points)[i].as_array();
-            if (!pair || pair->size() != 2 || !(*pair)[0].is_number() || !(*pair)[1].is_number())
+            if (!pair || pair->size() != 2)
                 bad();
-            mhz[i] = *(*pair)[0].value<double>();
-            loss[i] = *(*pair)[1].value<double>();
+            mhz[i] = numberOf((*pair)[0]).value_or(NAN);
+            loss[i] = numberOf((*pair)[1]).value_or(NAN);
             if (!(mhz[i] >= 1 && mhz[i] <= 5000 && loss[i] >= 0 && loss[i] <= 1000))
                 bad();
         }
@@ -196,7 +197,7 @@ void readFaults(const Fields& top, const std::string& file, Scene& scene)
         const Fields fields(*table, file, "fault", kFaultKeys);
         std::string command;
         if (const toml::node* node = fields.node("command"); node && node->is_integer())
-            command = std::to_string(fields.integer("command", 0, 0x7FFF));
+            command = std::to_string(fields.integer("command", 0, 0x7FFF)); // TOML knows 0x104 too
         else
             command = fields.text("command", "");
         const std::string service = fields.text("service");

@@ -38,12 +38,20 @@ uint32_t tenths(double db)
     return static_cast<uint32_t>(std::lround(std::max(0.0, db) * 10.0));
 }
 
+// The demodulator notices at once what a change of the input or the supply does to its signal.
+void applyChange(Meter& meter)
+{
+    if (meter.state.single.ucRunning)
+        followLock(meter, observe(meter, meter.state.single.start));
+}
+
 Body setInput(Meter& meter, std::span<const uint8_t> request)
 {
     const auto input = bodyAs<wire::SetInputRequest>(request);
     if (request.size() < sizeof input || input.ucInput >= kInputCount)
         return resultBody(kRetParameter);
     meter.state.ucInput = input.ucInput;
+    applyChange(meter);
     return resultBody(kRetOk);
 }
 
@@ -53,6 +61,7 @@ Body powerSupply(Meter& meter, std::span<const uint8_t> request)
     if (request.size() < sizeof supply || supply.ucArg > kSupplyCodeMax)
         return resultBody(kRetParameter);
     meter.state.ucSupplyCode = supply.ucArg;
+    applyChange(meter);
     return resultBody(kRetOk);
 }
 
