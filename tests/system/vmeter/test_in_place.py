@@ -23,7 +23,8 @@ class Room:
         for path in (self.bin, self.log, self.tmp, self.work):
             path.mkdir()
         self.shell = subprocess.Popen(
-            ["bwrap", "--dev-bind", "/", "/", "--unshare-ipc", "--mqueue", "/dev/mqueue",
+            ["bwrap", "--dev-bind", "/", "/", "--unshare-ipc", "--unshare-pid", "--proc", "/proc",
+             "--mqueue", "/dev/mqueue",
              "--bind", self.bin, "/usr/local/bin", "--bind", self.log, "/var/log", "--bind", self.tmp, "/tmp",
              "--bind", self.work, "/mnt", "--ro-bind", BUILD, BUILD, "--die-with-parent", "--chdir", "/mnt",
              "--", "sh"],
@@ -43,9 +44,9 @@ class Room:
     def start(self, options=""):
         """A meter in the background; gives its run process once it is up. Its command waits for ever."""
         self.do("mkfifo up")
-        _, pid = self.do(f"{IN_PLACE} {options} -- sh -c 'echo x > up; exec sleep 100000' > started 2>&1 & echo $!")
+        self.do(f"{IN_PLACE} {options} -- sh -c 'echo x > up; exec sleep 100000' > started 2>&1 &")
         self.do("cat up; rm up")
-        return int(pid)
+        return next(pid for pid, name in descendants(self.shell.pid).items() if name == "vx63-vmeter")
 
     def left(self):
         _, queues = self.do("ls /dev/mqueue")
@@ -84,7 +85,7 @@ def test_exit_status(room, script, status):
 
 def test_what_the_command_left_running_is_ended(room):
     _, pid = room.do(f"{IN_PLACE} -- sh -c 'setsid sleep 100000 > /dev/null 2>&1 & echo $!'")
-    assert not os.path.exists(f"/proc/{pid}")
+    assert room.do(f"kill -0 {pid}")[0] != 0
 
 
 def test_logs_of_before_are_appended_to_and_stay(room):

@@ -294,9 +294,11 @@ def test_ctrl_c_ends_the_command():
 def test_ctrl_c_is_the_commands_business():
     """The services go on, and so does a command that wants to."""
     terminal = Terminal(VMETER, "run", "--", "sh", "-c",
-                        f"trap 'echo caught' INT; echo started; read a; echo again; {EXCHANGE}; exit 5")
+                        "trap 'echo caught' INT; echo started; until [ \"$line\" = go ]; do read line; done; "
+                        f"echo again; {EXCHANGE}; exit 5")
     terminal.read_until(b"started")
     terminal.type(b"\x03")
+    terminal.type(b"go\n")
     terminal.read_until(b"caught")
     terminal.read_until(b"again")
     terminal.type(b"send 12 110c17000400000000000000\n")
