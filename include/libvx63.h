@@ -49,12 +49,12 @@ extern "C" {
 /* ---- Result codes ---------------------------------------------------------------------------------- */
 
 enum {
-    VX63_OK = 0,            /* success */
-    VX63_ERR_COMM = -1,     /* the exchange failed, or the service answered with an unknown result */
-    VX63_ERR_ARG = -2,      /* an argument is out of range or null, or the service refused a parameter */
-    VX63_ERR_REPEAT = -6,   /* the buzzer is sounding a repeating pattern */
-    VX63_ERR_POWER = -7,    /* the measurement service reports a fault of the antenna power supply */
-    VX63_ERR_PRIORITY = -8  /* the buzzer is busy with a sound of higher priority */
+    VX63_OK = 0,           /* success */
+    VX63_ERR_COMM = -1,    /* the exchange failed, or the service answered with an unknown result */
+    VX63_ERR_ARG = -2,     /* an argument is out of range or null, or the service refused a parameter */
+    VX63_ERR_REPEAT = -6,  /* the buzzer is sounding a repeating pattern */
+    VX63_ERR_POWER = -7,   /* the measurement service reports a fault of the antenna power supply */
+    VX63_ERR_PRIORITY = -8 /* the buzzer is busy with a sound of higher priority */
 };
 
 /* ---- Process ids ----------------------------------------------------------------------------------- */
@@ -97,11 +97,11 @@ typedef struct MeasStatus {
 
 /* Readings of the antenna power supply. */
 typedef struct PowerSupplyInfo {
-    uint8_t ucPowerSupply;  /* the supply that is switched on */
-    uint8_t ucVolt;         /* voltage */
-    uint16_t usAdVal;       /* raw value of the A/D converter */
-    uint32_t ulCurrentM;    /* current, in thousandths */
-    uint32_t ulElecPowerM;  /* power, in thousandths */
+    uint8_t ucPowerSupply; /* the supply that is switched on */
+    uint8_t ucVolt;        /* voltage */
+    uint16_t usAdVal;      /* raw value of the A/D converter */
+    uint32_t ulCurrentM;   /* current, in thousandths */
+    uint32_t ulElecPowerM; /* power, in thousandths */
 } PowerSupplyInfo;
 
 /* One constellation point. (A C program that also includes <complex.h> must undefine its macro I.) */
@@ -116,20 +116,20 @@ enum {
 
 /* Result of a single measurement. */
 typedef struct SingleMeasResult {
-    uint8_t lock;        /* lock state */
-    uint16_t stat;       /* measurement status */
-    uint16_t mesCond;    /* measured condition */
-    uint16_t reserved;   /* never written by the library */
-    uint16_t bdSys;      /* broadcast system detected */
-    uint32_t LEVEL;      /* level */
-    uint32_t CNR;        /* carrier-to-noise ratio */
-    uint32_t BER_TOTAL;  /* bits counted for the bit error rate */
-    uint32_t BER_ERR;    /* erroneous bits among them */
-    uint16_t TSID;       /* transport-stream id */
-    uint8_t GI;          /* guard interval */
-    uint8_t LAYER;       /* hierarchical layer */
-    uint32_t MOD;        /* modulation */
-    uint16_t CONS_NUM;   /* constellation points; left as it is by a plain result read */
+    uint8_t lock;       /* lock state */
+    uint16_t stat;      /* measurement status */
+    uint16_t mesCond;   /* measured condition */
+    uint16_t reserved;  /* never written by the library */
+    uint16_t bdSys;     /* broadcast system detected */
+    uint32_t LEVEL;     /* level */
+    uint32_t CNR;       /* carrier-to-noise ratio */
+    uint32_t BER_TOTAL; /* bits counted for the bit error rate */
+    uint32_t BER_ERR;   /* erroneous bits among them */
+    uint16_t TSID;      /* transport-stream id */
+    uint8_t GI;         /* guard interval */
+    uint8_t LAYER;      /* hierarchical layer */
+    uint32_t MOD;       /* modulation */
+    uint16_t CONS_NUM;  /* constellation points; left as it is by a plain result read */
     struct ConstaPoint points[VX63_CONSTA_POINTS_MAX]; /* left as they are by a plain result read */
 } SingleMeasResult;
 

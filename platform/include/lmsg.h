@@ -23,7 +23,7 @@ extern "C" {
 /* Results. A caller that knows only "0, -4 or another error" is served as well. */
 enum {
     LMSG_OK = 0,
-    LMSG_ERR_ARG = -1,        /* null pointer, message longer than LMSG_SIZE_MAX, receive buffer shorter */
+    LMSG_ERR_ARG = -1,        /* null pointer; message empty or longer, buffer shorter than LMSG_SIZE_MAX */
     LMSG_ERR_PERMISSION = -2, /* the queue belongs to another user */
     LMSG_ERR_RESOURCE = -3,   /* a limit of the kernel: queues, message bytes (RLIMIT_MSGQUEUE), open files */
     LMSG_ERR_TIMEOUT = -4,    /* the queue stayed full (send) or empty (receive) */
@@ -32,20 +32,23 @@ enum {
 };
 
 /*
- * Sends one message to a process's queue; waits while the queue is full.
+ * Sends one message to a process's queue; waits while the queue is full. The receiver need not run yet: the
+ * message waits for it in the queue.
  *   ucQueId    process id of the receiver
- *   pMsg       the message; ulLen bytes
- *   ulTimeout  milliseconds, or LMSG_FOREVER
+ *   pMsg       the message; ulLen bytes, 1 to LMSG_SIZE_MAX
+ *   ulTimeout  milliseconds, 0 not to wait, or LMSG_FOREVER
  * Returns LMSG_OK once the message is queued, or a negative LMSG_ERR_* with nothing sent.
  */
 int32_t lmsg_tsndMq(uint8_t ucQueId, const void* pMsg, uint32_t ulLen, uint32_t ulTimeout);
 
 /*
- * Waits for the next message on the own queue.
+ * Takes the next message off the own queue, in the order of sending; waits while the queue is empty.
  *   ucQueId    the own process id
  *   pMsg       receives the message; ulLen bytes, at least LMSG_SIZE_MAX
  *   pulMsgLen  receives the length of the message in bytes; may be null
- *   ulTimeout  milliseconds, or LMSG_FOREVER
+ *   ulTimeout  milliseconds, 0 not to wait, or LMSG_FOREVER
+ * Bytes of pMsg beyond the message stay as they were. Of several threads that wait on one queue, one gets
+ * the message.
  * Returns LMSG_OK, or a negative LMSG_ERR_* with *pMsg and *pulMsgLen as they were.
  */
 int32_t lmsg_trcvMq(uint8_t ucQueId, void* pMsg, uint32_t ulLen, uint32_t* pulMsgLen, uint32_t ulTimeout);

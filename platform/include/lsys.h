@@ -16,8 +16,9 @@ extern "C" {
 
 /* How one CSV column maps into the record. */
 typedef struct LsysColumn {
-    uint32_t ulType;   /* kind of value: 0 to 3 unsigned, 4 signed, 6 text with NUL inside the field */
-    uint32_t ulWidth;  /* width of the field in the record, in bytes: 1, 2 or 4 for numbers, 8 or 13 for text */
+    uint32_t ulType; /* kind of value: 0 to 3 unsigned, 4 signed, 6 text with NUL inside the field */
+    uint32_t
+        ulWidth; /* width of the field in the record, in bytes: 1, 2 or 4 for numbers, 8 or 13 for text */
     uint32_t ulOffset; /* byte offset of the field in the record */
 } LsysColumn;
 

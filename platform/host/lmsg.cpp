@@ -1,0 +1,182 @@
+// liblmsg.so: the platform's message queues on a PC, over POSIX message queues. docs/message-queues.md
+// tells names, geometry and kernel limits.
+//
+// One descriptor a queue is kept for the life of the process. Nothing here locks or allocates, so that a
+// child after fork() in a program with threads can call on.
+#include "lmsg.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <ctime>
+#include <fcntl.h>
+#include <mqueue.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+// Deep enough for a service's few clients, small enough for many meters under one user's limit.
+constexpr long kDepth = 4;
+constexpr mode_t kMode = 0600;
+
+constexpr int64_t kNsPerMs = 1'000'000;
+constexpr int64_t kNsPerSecond = 1'000'000'000;
+
+// A descriptor in ppoll() does not notice that its queue was unlinked and made anew: look that often.
+constexpr int64_t kLookNs = kNsPerSecond;
+
+// A descriptor and the inode behind it: a program that closes all its descriptors leaves us a number that
+// soon means another file, perhaps another queue.
+struct alignas(8) Queue {
+    int32_t descriptor = -1;
+    uint32_t inode = 0;
+};
+using Slot = std::atomic<Queue>;
+static_assert(Slot::is_always_lock_free);
+
+constinit Slot s_slots[UINT8_MAX + 1];
+
+// What mq_open() failed with, as a result.
+int32_t openError(int error)
+{
+    switch (error) {
+    case EACCES:
+        return LMSG_ERR_PERMISSION;
+    case EMFILE: // open files of the process, or RLIMIT_MSGQUEUE
+    case ENFILE:
+    case ENOMEM:
+    case ENOSPC: // fs.mqueue.queues_max
+    case EINVAL: // fs.mqueue.msg_max or msgsize_max is smaller than our geometry
+        return LMSG_ERR_RESOURCE;
+    default:
+        return LMSG_ERR_SYSTEM;
+    }
+}
+
+int32_t openQueue(uint8_t ucQueId, Queue& queue)
+{
+    char name[sizeof "/vx63.255"];
+    std::snprintf(name, sizeof name, "/vx63.%u", static_cast<unsigned>(ucQueId));
+    mq_attr geometry{};
+    geometry.mq_maxmsg = kDepth;
+    geometry.mq_msgsize = LMSG_SIZE_MAX;
+    const mqd_t descriptor = mq_open(name, O_RDWR | O_CREAT | O_NONBLOCK | O_CLOEXEC, kMode, &geometry);
+    if (descriptor < 0)
+        return openError(errno);
+
+    // The geometry above counts only for the side that creates.
+    struct stat status;
+    if (mq_getattr(descriptor, &geometry) != 0 || fstat(descriptor, &status) != 0) {
+        close(descriptor);
+        return LMSG_ERR_SYSTEM;
+    }
+    if (geometry.mq_msgsize != LMSG_SIZE_MAX) {
+        close(descriptor);
+        return LMSG_ERR_FORMAT;
+    }
+    // A umask may have narrowed the mode, which would lock out the other side.
+    if ((status.st_mode & kMode) != kMode)
+        fchmod(descriptor, (status.st_mode & 07777) | kMode);
+    queue.descriptor = descriptor;
+    queue.inode = static_cast<uint32_t>(status.st_ino);
+    return LMSG_OK;
+}
+
+// The descriptor of a queue that has a name now; opened if need be.
+int32_t findQueue(uint8_t ucQueId, int& descriptor)
+{
+    Slot& slot = s_slots[ucQueId];
+    Queue kept = slot.load();
+    for (;;) {
+        struct stat status;
+        const bool open = kept.descriptor >= 0 && fstat(kept.descriptor, &status) == 0;
+        const bool ours = open && static_cast<uint32_t>(status.st_ino) == kept.inode;
+        if (ours && status.st_nlink != 0) {
+            descriptor = kept.descriptor;
+            return LMSG_OK;
+        }
+
+        Queue fresh;
+        const int32_t result = openQueue(ucQueId, fresh);
+        if (result != LMSG_OK)
+            return result;
+        const int opened = fresh.descriptor;
+        // An unlinked queue is replaced under its number: were it closed, the number could mean another file
+        // when a thread that has just looked it up uses it. The number may already hold the new queue, when
+        // another thread has replaced it and not yet said so in the slot.
+        const bool replaced = ours ? dup3(opened, kept.descriptor, O_CLOEXEC) >= 0
+                                   : open && static_cast<uint32_t>(status.st_ino) == fresh.inode;
+        if (replaced)
+            fresh.descriptor = kept.descriptor;
+        const bool stored = slot.compare_exchange_strong(kept, fresh);
+        if (!stored || replaced)
+            close(opened);
+        if (stored)
+            kept = fresh;
+    }
+}
+
+int64_t now()
+{
+    timespec time{};
+    clock_gettime(CLOCK_MONOTONIC, &time);
+    return time.tv_sec * kNsPerSecond + time.tv_nsec;
+}
+
+// Finds the queue and performs `attempt` on it, again whenever ppoll() sees `events`, until the attempt
+// succeeds, fails for good or the time is over. The attempt gives what mq_send() or mq_receive() gave.
+template <class Attempt>
+int32_t exchange(uint8_t ucQueId, short events, uint32_t ulTimeout, Attempt attempt)
+{
+    const int64_t deadline = ulTimeout == LMSG_FOREVER ? INT64_MAX : now() + ulTimeout * kNsPerMs;
+    for (;;) {
+        int descriptor;
+        const int32_t result = findQueue(ucQueId, descriptor);
+        if (result != LMSG_OK)
+            return result;
+        if (attempt(descriptor) >= 0)
+            return LMSG_OK;
+        if (errno != EAGAIN && errno != EINTR)
+            return LMSG_ERR_SYSTEM;
+
+        const int64_t rest = deadline - now();
+        if (ulTimeout == 0 || rest <= 0)
+            return LMSG_ERR_TIMEOUT;
+        const int64_t wait = rest < kLookNs ? rest : kLookNs;
+        const timespec time{static_cast<time_t>(wait / kNsPerSecond), static_cast<long>(wait % kNsPerSecond)};
+        pollfd ready{descriptor, events, 0};
+        // Whatever ended the wait, the next attempt and the clock tell what to do.
+        if (ppoll(&ready, 1, &time, nullptr) < 0 && errno != EINTR)
+            return errno == ENOMEM ? LMSG_ERR_RESOURCE : LMSG_ERR_SYSTEM;
+    }
+}
+
+} // namespace
+
+#define LMSG_EXPORT extern "C" __attribute__((visibility("default")))
+
+LMSG_EXPORT int32_t lmsg_tsndMq(uint8_t ucQueId, const void* pMsg, uint32_t ulLen, uint32_t ulTimeout)
+{
+    if (pMsg == nullptr || ulLen == 0 || ulLen > LMSG_SIZE_MAX)
+        return LMSG_ERR_ARG;
+    return exchange(ucQueId, POLLOUT, ulTimeout, [&](mqd_t descriptor) {
+        return mq_send(descriptor, static_cast<const char*>(pMsg), ulLen, 0);
+    });
+}
+
+LMSG_EXPORT int32_t lmsg_trcvMq(uint8_t ucQueId, void* pMsg, uint32_t ulLen, uint32_t* pulMsgLen,
+                                uint32_t ulTimeout)
+{
+    if (pMsg == nullptr || ulLen < LMSG_SIZE_MAX)
+        return LMSG_ERR_ARG;
+    ssize_t length = 0;
+    const int32_t result = exchange(ucQueId, POLLIN, ulTimeout, [&](mqd_t descriptor) {
+        return length = mq_receive(descriptor, static_cast<char*>(pMsg), ulLen, nullptr);
+    });
+    if (result == LMSG_OK && pulMsgLen != nullptr)
+        *pulMsgLen = static_cast<uint32_t>(length);
+    return result;
+}

@@ -1,0 +1,202 @@
+// What a call costs: no heap at all, and for each line of the log one status, one open, one write, one
+// close. Counted by standing in for libc's functions.
+#include "libvx63.h"
+#include "lmsg.h"
+#include "support/log_file.h"
+
+#include <atomic>
+#include <cstring>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+struct Counts {
+    int heap = 0;
+    int stat = 0;
+    int open = 0;
+    int write = 0;
+    int close = 0;
+    int mmap = 0;
+};
+thread_local Counts* t_counts = nullptr;
+
+void count(int Counts::*what)
+{
+    if (t_counts != nullptr) {
+        ++(t_counts->*what);
+    }
+}
+
+} // namespace
+
+extern "C" {
+
+void* __libc_malloc(size_t size);
+void* __libc_calloc(size_t count, size_t size);
+void* __libc_realloc(void* memory, size_t size);
+void __libc_free(void* memory);
+
+void* malloc(size_t size)
+{
+    count(&Counts::heap);
+    return __libc_malloc(size);
+}
+
+void* calloc(size_t number, size_t size)
+{
+    count(&Counts::heap);
+    return __libc_calloc(number, size);
+}
+
+void* realloc(void* memory, size_t size)
+{
+    count(&Counts::heap);
+    return __libc_realloc(memory, size);
+}
+
+void free(void* memory)
+{
+    count(&Counts::heap);
+    __libc_free(memory);
+}
+
+int stat(const char* path, struct stat* status) noexcept
+{
+    count(&Counts::stat);
+    return fstatat(AT_FDCWD, path, status, 0);
+}
+
+int open(const char* path, int flags, ...)
+{
+    count(&Counts::open);
+    return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, 0666));
+}
+
+ssize_t write(int fd, const void* data, size_t size)
+{
+    count(&Counts::write);
+    return syscall(SYS_write, fd, data, size);
+}
+
+int close(int fd)
+{
+    count(&Counts::close);
+    return static_cast<int>(syscall(SYS_close, fd));
+}
+
+void* mmap(void* address, size_t length, int protection, int flags, int fd, off_t offset) noexcept
+{
+    count(&Counts::mmap);
+    return reinterpret_cast<void*>(syscall(SYS_mmap, address, length, protection, flags, fd, offset));
+}
+
+// A service that accepts everything: the response of a request is its head and zeros.
+static thread_local uint8_t t_request[LMSG_SIZE_MAX];
+
+int32_t lmsg_tsndMq(uint8_t, const void* pMsg, uint32_t ulLen, uint32_t)
+{
+    memcpy(t_request, pMsg, ulLen);
+    return LMSG_OK;
+}
+
+int32_t lmsg_trcvMq(uint8_t, void* pMsg, uint32_t, uint32_t*, uint32_t)
+{
+    memset(pMsg, 0, LMSG_SIZE_MAX);
+    memcpy(pMsg, t_request, 8);
+    static_cast<uint8_t*>(pMsg)[3] |= 0x80;
+    return LMSG_OK;
+}
+}
+
+namespace {
+
+struct Operation {
+    const char* name;
+    int lines; // that it logs
+    int32_t (*call)();
+};
+
+SingleMeasResult s_result;
+MeasStatus s_status;
+PowerSupplyInfo s_info;
+const MeasCondition kCondition = {};
+
+// Every exported operation; a symbol that is missing here fails EveryOperationIsListed.
+const Operation kOperations[] = {
+    {"vx63_init", 3, [] { return vx63_init(5); }},
+    {"vx63_setMeasInput", 2, [] { return vx63_setMeasInput(1); }},
+    {"vx63_reqPowerSupply", 2, [] { return vx63_reqPowerSupply(1); }},
+    {"vx63_getMeasStatus", 3, [] { return vx63_getMeasStatus(&s_status); }},
+    {"vx63_getPowerSupplyInfo", 3, [] { return vx63_getPowerSupplyInfo(&s_info); }},
+    {"vx63_setPowerSupplyMultiMeasMixBand", 2, [] { return vx63_setPowerSupplyMultiMeasMixBand(1); }},
+    {"vx63_startSingleMeas", 4, [] { return vx63_startSingleMeas(1, &kCondition); }},
+    {"vx63_stopSingleMeas", 3, [] { return vx63_stopSingleMeas(1); }},
+    {"vx63_getSingleMeasResult", 5, [] { return vx63_getSingleMeasResult(0, &s_result); }},
+};
+
+Counts costOf(const Operation& operation)
+{
+    Counts counts;
+    t_counts = &counts;
+    const int32_t result = operation.call();
+    t_counts = nullptr;
+    EXPECT_EQ(result, 0) << operation.name;
+    return counts;
+}
+
+TEST(CostTest, NoOperationTouchesTheHeap)
+{
+    for (const Operation& operation : kOperations) {
+        EXPECT_EQ(costOf(operation).heap, 0) << operation.name;
+    }
+    std::thread([] { // nor does the first use in a thread
+        for (const Operation& operation : kOperations) {
+            EXPECT_EQ(costOf(operation).heap, 0) << operation.name;
+        }
+    })
+        .join();
+}
+
+TEST(CostTest, ALineCostsFourSystemCalls)
+{
+    for (const Operation& operation : kOperations) {
+        const Counts counts = costOf(operation);
+        EXPECT_EQ(counts.stat, operation.lines) << operation.name;
+        EXPECT_EQ(counts.open, operation.lines) << operation.name;
+        EXPECT_EQ(counts.write, operation.lines) << operation.name;
+        EXPECT_EQ(counts.close, operation.lines) << operation.name;
+        EXPECT_EQ(counts.mmap, 0) << operation.name;
+    }
+}
+
+TEST(CostTest, EveryOperationIsListed)
+{
+    // The names come from the built library.
+    Dl_info library;
+    ASSERT_NE(dladdr(reinterpret_cast<const void*>(&vx63_init), &library), 0);
+    const std::string command =
+        std::string("nm -D --defined-only '") + library.dli_fname + "' | awk '$2 == \"T\" {print $3}'";
+    FILE* const names = popen(command.c_str(), "r");
+    ASSERT_NE(names, nullptr);
+    char name[128];
+    size_t count = 0;
+    while (fscanf(names, "%127s", name) == 1) {
+        ++count;
+        bool listed = false;
+        for (const Operation& operation : kOperations) {
+            listed = listed || strcmp(operation.name, name) == 0;
+        }
+        EXPECT_TRUE(listed) << name;
+    }
+    pclose(names);
+    EXPECT_EQ(count, std::size(kOperations));
+}
+
+} // namespace

@@ -1,0 +1,61 @@
+/* The public header as a C99 program uses it: every name, and the thread-local buffers. */
+#include "libvx63.h"
+
+#include <stddef.h>
+#include <stdio.h>
+#include <string.h>
+
+static int s_failures = 0;
+
+static void expect(int condition, const char* what)
+{
+    if (!condition) {
+        fprintf(stderr, "header_c99: %s\n", what);
+        ++s_failures;
+    }
+}
+
+int main(void)
+{
+    int32_t (*const pInit)(int32_t) = vx63_init;
+    int32_t (*const pSetMeasInput)(int32_t) = vx63_setMeasInput;
+    int32_t (*const pReqPowerSupply)(int32_t) = vx63_reqPowerSupply;
+    int32_t (*const pGetMeasStatus)(MeasStatus*) = vx63_getMeasStatus;
+    int32_t (*const pGetPowerSupplyInfo)(PowerSupplyInfo*) = vx63_getPowerSupplyInfo;
+    int32_t (*const pMixBand)(uint8_t) = vx63_setPowerSupplyMultiMeasMixBand;
+    int32_t (*const pStart)(uint8_t, const MeasCondition*) = vx63_startSingleMeas;
+    int32_t (*const pStop)(uint8_t) = vx63_stopSingleMeas;
+    int32_t (*const pResult)(uint16_t, SingleMeasResult*) = vx63_getSingleMeasResult;
+
+    expect(pInit(18) == VX63_ERR_ARG, "vx63_init(18)");
+    expect(pInit(17) == VX63_OK, "vx63_init(17)");
+    expect(pSetMeasInput(2) == VX63_ERR_ARG, "vx63_setMeasInput(2)");
+    expect(pReqPowerSupply(5) == VX63_ERR_ARG, "vx63_reqPowerSupply(5)");
+    expect(pGetMeasStatus(NULL) == VX63_ERR_ARG, "vx63_getMeasStatus(NULL)");
+    expect(pStart(0, NULL) == VX63_ERR_ARG, "vx63_startSingleMeas(NULL)");
+    expect(pResult(0, NULL) == VX63_ERR_ARG, "vx63_getSingleMeasResult(NULL)");
+    expect(pGetPowerSupplyInfo != NULL && pMixBand != NULL && pStop != NULL, "functions");
+
+    expect(VX63_OK == 0 && VX63_ERR_COMM == -1 && VX63_ERR_ARG == -2 && VX63_ERR_REPEAT == -6 &&
+               VX63_ERR_POWER == -7 && VX63_ERR_PRIORITY == -8,
+           "result codes");
+    expect(PROC_ID_PSYS == 0 && PROC_ID_PDEV == 6 && PROC_ID_PKEY == 8 && PROC_ID_PBUZ == 10 &&
+               PROC_ID_PMEAS == 12,
+           "process ids");
+    expect(VX63_POWER_SUPPLY_OFF == 0, "VX63_POWER_SUPPLY_OFF");
+
+    expect(sizeof(MeasCondition) == 32 && offsetof(MeasCondition, powerSupply) == 28, "MeasCondition");
+    expect(sizeof(MeasStatus) == 8 && sizeof(PowerSupplyInfo) == 12, "status records");
+    expect(sizeof(SingleMeasResult) == 8040 && offsetof(SingleMeasResult, points) == 38, "SingleMeasResult");
+    expect(sizeof(struct ConstaPoint) == 2, "ConstaPoint");
+
+    expect(sizeof gLibDumpLog == 50000 && sizeof gLibDumpTestLog == 50000, "dump buffers");
+    memset(gLibDumpTestLog, 'x', sizeof gLibDumpTestLog);
+    gLibDumpLog[0] = '\0';
+    expect(sizeof g_cLibTestLogFilePath == 256, "g_cLibTestLogFilePath");
+    expect(strcmp(g_cLibTestLogFilePath, "/var/log/libvx63.cpp.txt") == 0, "log path");
+    g_lLibLogLevel = 3;
+    expect(g_measSetManuBdsysModDef[22].BDSYS == 10 && g_measSetManuBdsysModDef[22].MOD == 8192,
+           "g_measSetManuBdsysModDef");
+    return s_failures == 0 ? 0 : 1;
+}

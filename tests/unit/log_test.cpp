@@ -1,0 +1,191 @@
+#include "support/operation_test.h"
+
+#include <atomic>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <sys/stat.h>
+#include <thread>
+#include <time.h>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using vx63test::kLogPath;
+using vx63test::logLines;
+using vx63test::logMessages;
+
+// vx63_init(18) logs three lines and asks no service.
+class LogTest : public testing::Test {
+protected:
+    void SetUp() override { vx63test::removeLog(); }
+    void TearDown() override { vx63test::removeLog(); }
+
+    static void fillLog(size_t size)
+    {
+        std::ofstream(kLogPath) << std::string(size - 1, 'x') << '\n';
+        ASSERT_EQ(fs::file_size(kLogPath), size);
+    }
+};
+
+TEST_F(LogTest, ALineHasItsSixFields)
+{
+    timespec before;
+    clock_gettime(CLOCK_REALTIME, &before);
+    EXPECT_EQ(vx63_init(18), -2);
+    timespec after;
+    clock_gettime(CLOCK_REALTIME, &after);
+
+    ASSERT_EQ(logLines().size(), 3u);
+    const std::string line = logLines()[1];
+    std::smatch match;
+    ASSERT_TRUE(std::regex_match(
+        line, match,
+        std::regex(
+            R"((\d+)\.(\d{6}) : unit_library : libvx63\.cpp\((\d+)\) vx63_init\(\) : arg error\. procId=18)")))
+        << line;
+    const long time = std::stol(match[1]) * 1000000 + std::stol(match[2]);
+    EXPECT_GE(time, before.tv_sec * 1000000 + before.tv_nsec / 1000);
+    EXPECT_LE(time, after.tv_sec * 1000000 + after.tv_nsec / 1000);
+    EXPECT_GT(std::stoi(match[3]), 0);
+}
+
+TEST_F(LogTest, AMissingFileIsCreated)
+{
+    vx63_init(18);
+    EXPECT_THAT(logMessages(), ElementsAre("vx63_init: Start.", "vx63_init: arg error. procId=18",
+                                           "vx63_init: End. vx63_err=-2"));
+    struct stat status;
+    ASSERT_EQ(stat(kLogPath, &status), 0);
+    const mode_t mask = umask(0);
+    umask(mask);
+    EXPECT_EQ(status.st_mode & 0777, 0666 & ~mask);
+}
+
+TEST_F(LogTest, AFileOfTheLimitIsAppendedTo)
+{
+    fillLog(2097152);
+    vx63_init(18);
+    // The first line is appended, which brings the file past the limit: the second starts it anew.
+    EXPECT_THAT(logMessages(), ElementsAre("vx63_init: arg error. procId=18", "vx63_init: End. vx63_err=-2"));
+    fillLog(2097152 - 600);
+    vx63_init(18);
+    EXPECT_EQ(logLines().size(), 4u);
+}
+
+TEST_F(LogTest, AFileBeyondTheLimitIsStartedAnew)
+{
+    fillLog(2097153);
+    vx63_init(18);
+    EXPECT_THAT(logMessages(), ElementsAre("vx63_init: Start.", "vx63_init: arg error. procId=18",
+                                           "vx63_init: End. vx63_err=-2"));
+}
+
+TEST_F(LogTest, AFileBeyond32BitsIsStartedAnew)
+{
+    fillLog(1);
+    fs::resize_file(kLogPath, 0x1'0000'0001); // sparse
+    vx63_init(18);
+    EXPECT_EQ(logLines().size(), 3u);
+}
+
+TEST_F(LogTest, ADirectoryAtThePathIsLeftAlone)
+{
+    fs::create_directory(kLogPath);
+    EXPECT_EQ(vx63_init(18), -2);
+    EXPECT_EQ(vx63_init(5), 0);
+    EXPECT_TRUE(fs::is_empty(kLogPath));
+}
+
+TEST_F(LogTest, APipeAtThePathIsNotOpened)
+{
+    ASSERT_EQ(mkfifo(kLogPath, 0600), 0);
+    EXPECT_EQ(vx63_init(18), -2); // an open for writing would wait for a reader
+    EXPECT_TRUE(fs::is_fifo(kLogPath));
+}
+
+TEST_F(LogTest, AFileThatCannotBeOpenedChangesNoResult)
+{
+    fs::create_symlink("/nonexistent/log", kLogPath);
+    EXPECT_EQ(vx63_init(18), -2);
+    EXPECT_EQ(vx63_init(5), 0);
+}
+
+TEST_F(LogTest, AFullDiskChangesNoResult)
+{
+    fs::create_symlink("/dev/full", kLogPath); // a device: not opened at all
+    EXPECT_EQ(vx63_init(18), -2);
+}
+
+TEST_F(LogTest, ErrnoIsTheCallers)
+{
+    fs::create_symlink("/nonexistent/log", kLogPath);
+    errno = EDOM;
+    vx63_init(18);
+    EXPECT_EQ(errno, EDOM);
+}
+
+TEST_F(LogTest, TheLevelChangesNothing)
+{
+    for (const int32_t level : {0, 1, -1, INT32_MAX, INT32_MIN}) {
+        vx63test::removeLog();
+        g_lLibLogLevel = level;
+        vx63_init(18);
+        EXPECT_EQ(logLines().size(), 3u) << level;
+        EXPECT_EQ(g_lLibLogLevel, level);
+    }
+    g_lLibLogLevel = 0;
+}
+
+TEST_F(LogTest, ThePathIsWrittenBeforeUse)
+{
+    memset(g_cLibTestLogFilePath, 'x', sizeof g_cLibTestLogFilePath);
+    vx63_init(18);
+    EXPECT_STREQ(g_cLibTestLogFilePath, "/var/log/libvx63.cpp.txt");
+    EXPECT_EQ(logLines().size(), 3u);
+}
+
+TEST_F(LogTest, ThreadsLoseNoLineAndSeeThePathWhole)
+{
+    constexpr int kThreads = 8;
+    constexpr int kCalls = 200;
+    std::atomic<bool> done = false;
+    std::thread reader([&done] {
+        while (!done) {
+            char path[sizeof g_cLibTestLogFilePath];
+            memcpy(path, g_cLibTestLogFilePath, sizeof path);
+            ASSERT_STREQ(path, "/var/log/libvx63.cpp.txt");
+        }
+    });
+    std::vector<std::thread> writers;
+    for (int i = 0; i < kThreads; ++i) {
+        writers.emplace_back([] {
+            for (int call = 0; call < kCalls; ++call) {
+                vx63_init(18);
+            }
+        });
+    }
+    for (std::thread& writer : writers) {
+        writer.join();
+    }
+    done = true;
+    reader.join();
+
+    int starts = 0;
+    int errors = 0;
+    int ends = 0;
+    for (const std::string& message : logMessages()) {
+        starts += message == "vx63_init: Start.";
+        errors += message == "vx63_init: arg error. procId=18";
+        ends += message == "vx63_init: End. vx63_err=-2";
+    }
+    EXPECT_EQ(starts, kThreads * kCalls);
+    EXPECT_EQ(errors, kThreads * kCalls);
+    EXPECT_EQ(ends, kThreads * kCalls);
+    EXPECT_EQ(logLines().size(), 3u * kThreads * kCalls);
+}
+
+} // namespace
