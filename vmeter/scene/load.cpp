@@ -17,8 +17,6 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr size_t kFileSizeMax = 1 << 20;
-
 constexpr std::string_view kFileKeys[] = {"seed",        "clock_ms", "noise_figure_db", "level_sigma_db",
                                           "cn_sigma_db", "input",    "signal",          "fault"};
 constexpr std::string_view kInputKeys[] = {"id", "cable", "lnb"};
@@ -263,6 +261,8 @@ toml::table parseToml(std::string_view text, const std::string& name)
 
 Scene parseScene(std::string_view text, const std::string& name)
 {
+    if (text.size() > kSceneSizeMax)
+        throw std::runtime_error(name + ": is larger than 1 MiB: no scene file");
     const toml::table table = parseToml(text, name);
     const Fields fields(table, name, "", kFileKeys);
     Scene scene;
@@ -287,13 +287,11 @@ Scene loadScene(const std::string& path)
     std::ifstream file(path, std::ios::binary);
     if (!file)
         throw std::runtime_error(path + ": cannot be opened: " + std::strerror(errno));
-    std::string text(kFileSizeMax + 1, '\0');
+    std::string text(kSceneSizeMax + 1, '\0');
     file.read(text.data(), static_cast<std::streamsize>(text.size()));
     if (file.bad())
         throw std::runtime_error(path + ": cannot be read: " + std::strerror(errno));
     text.resize(static_cast<size_t>(file.gcount()));
-    if (text.size() > kFileSizeMax)
-        throw std::runtime_error(path + ": is larger than 1 MiB: no scene file");
     return parseScene(text, path);
 }
 
