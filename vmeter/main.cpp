@@ -55,7 +55,7 @@ Scene readScene(const std::string& path, Descriptor file)
     std::string text;
     char part[4096];
     ssize_t got;
-    while ((got = read(file.get(), part, sizeof part)) != 0) {
+    while (text.size() <= kSceneSizeMax && (got = read(file.get(), part, sizeof part)) != 0) {
         if (got > 0)
             text.append(part, static_cast<std::size_t>(got));
         else if (errno != EINTR)
@@ -190,7 +190,7 @@ int runMain(int argc, char** argv)
                  "vx63-vmeter");
     app.require_subcommand(0, 1);
     app.footer("Example:\n"
-               "  vx63-vmeter run --trace messages.json -- vx63 measure single --freq 473143\n\n"
+               "  vx63-vmeter run --trace messages.json -- vx63 measure single --freq 557143\n\n"
                "See vx63-vmeter(1).");
     app.set_version_flag("--version", "vx63-vmeter " VX63_VERSION);
 
