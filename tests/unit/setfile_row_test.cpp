@@ -178,7 +178,7 @@ TEST_F(RowTest, WriteOfASetRewritesAsManyRecordsAsItHeld)
     const std::vector<uint8_t> file = pattern(5 * 28);
     for (const uint32_t index : {0u, 2u, 4u}) {
         vx63test::removeLog();
-        const std::vector<uint8_t> dat(5 * 28, static_cast<uint8_t>(0xD0 + index));
+        const std::vector<uint8_t> dat = pattern(5 * 28, 0x90);
         std::vector<uint8_t> written = file;
         std::copy_n(dat.begin() + index * 28, 28, written.begin() + index * 28);
         lsys().expectRead(46, "ABC", file, 5);

@@ -271,27 +271,29 @@ TEST_F(WholeFileTest, WriteRefusesANameThatThePathBufferDoesNotHold)
 TEST_F(WholeFileTest, EachThreadHasItsOwnPath)
 {
     constexpr int kThreads = 4;
-    std::barrier allInside(kThreads);
-    lsys().onRead = [&](const char* path, uint8_t* records) {
-        allInside.arrive_and_wait(); // every thread has formed its path and none has left
-        records[0] = static_cast<uint8_t>(path[24]);
-        allInside.arrive_and_wait();
-        return 1;
-    };
-    std::vector<std::thread> threads;
-    uint8_t first[kThreads] = {};
-    for (int i = 0; i < kThreads; ++i) {
-        threads.emplace_back([i, &first] {
-            const char name[] = {static_cast<char>('a' + i), '\0'};
-            std::vector<uint8_t> dat(324 * 28);
-            EXPECT_EQ(vx63_readSetFile(14, dat.data(), name, 0), 1);
-            first[i] = dat[0];
-        });
+    for (const uint32_t id : {14u, 35u}) {
+        std::barrier allInside(kThreads);
+        lsys().onRead = [&allInside](const char* path, uint8_t* records) {
+            allInside.arrive_and_wait(); // every thread has formed its path and none has left
+            records[0] = static_cast<uint8_t>(path[std::string_view(path).rfind('/') + 1]);
+            allInside.arrive_and_wait();
+            return 1;
+        };
+        std::vector<std::thread> threads;
+        uint8_t first[kThreads] = {};
+        for (int i = 0; i < kThreads; ++i) {
+            threads.emplace_back([id, i, &first] {
+                const char name[] = {static_cast<char>('a' + i), '\0'};
+                std::vector<uint8_t> dat(324 * 28);
+                EXPECT_EQ(vx63_readSetFile(id, dat.data(), name, 0), 1);
+                first[i] = dat[0];
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+        EXPECT_THAT(first, ElementsAre('a', 'b', 'c', 'd')) << id;
     }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    EXPECT_THAT(first, ElementsAre('a', 'b', 'c', 'd'));
 }
 
 } // namespace
