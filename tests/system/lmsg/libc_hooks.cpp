@@ -1,0 +1,105 @@
+#include "libc_hooks.h"
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstddef>
+#include <fcntl.h>
+#include <mqueue.h>
+#include <poll.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int64_t kNsPerSecond = 1'000'000'000;
+constexpr time_t kDay = 86400;
+
+std::atomic<unsigned> s_realtimeLooks{0};
+
+} // namespace
+
+void hooks::reset()
+{
+    s_openError = 0;
+    s_waits = 0;
+    s_onWait = nullptr;
+    s_frozen = false;
+    s_passedNs = 0;
+    s_realtimeSteps = false;
+}
+
+extern "C" {
+
+mqd_t mq_open(const char* name, int flags, ...)
+{
+    if (hooks::s_openError != 0) {
+        errno = hooks::s_openError;
+        return -1;
+    }
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+    mq_attr* const geometry = (flags & O_CREAT) != 0 ? va_arg(arguments, mq_attr*) : nullptr;
+    va_end(arguments);
+    return static_cast<mqd_t>(syscall(SYS_mq_open, name + 1, flags, mode, geometry));
+}
+
+int ppoll(pollfd* queues, nfds_t count, const timespec* time, const sigset_t* mask)
+{
+    hooks::s_waits++;
+    const int64_t given = time != nullptr ? time->tv_sec * kNsPerSecond + time->tv_nsec : INT64_MAX;
+    switch (hooks::s_onWait ? hooks::s_onWait(given) : hooks::Wait::Real) {
+    case hooks::Wait::Over:
+        return 0;
+    case hooks::Wait::Interrupt:
+        errno = EINTR;
+        return -1;
+    case hooks::Wait::Real:
+        break;
+    }
+    constexpr size_t kMaskSize = 8;
+    timespec rest = time != nullptr ? *time : timespec{}; // the kernel writes into it
+    return static_cast<int>(
+        syscall(SYS_ppoll, queues, count, time != nullptr ? &rest : nullptr, mask, kMaskSize));
+}
+
+int clock_gettime(clockid_t clock, timespec* time)
+{
+    const int result = static_cast<int>(syscall(SYS_clock_gettime, clock, time));
+    if (clock == CLOCK_MONOTONIC && hooks::s_frozen) {
+        time->tv_sec = static_cast<time_t>(hooks::s_passedNs / kNsPerSecond);
+        time->tv_nsec = static_cast<long>(hooks::s_passedNs % kNsPerSecond);
+    }
+    if (clock == CLOCK_REALTIME && hooks::s_realtimeSteps)
+        time->tv_sec += s_realtimeLooks++ % 2 == 0 ? kDay : -kDay;
+    return result;
+}
+
+// The sanitizers bring a heap of their own.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+
+void* __libc_malloc(size_t);
+void* __libc_calloc(size_t, size_t);
+void* __libc_realloc(void*, size_t);
+
+void* malloc(size_t size)
+{
+    hooks::s_allocations++;
+    return __libc_malloc(size);
+}
+
+void* calloc(size_t count, size_t size)
+{
+    hooks::s_allocations++;
+    return __libc_calloc(count, size);
+}
+
+void* realloc(void* memory, size_t size)
+{
+    hooks::s_allocations++;
+    return __libc_realloc(memory, size);
+}
+
+#endif
+
+} // extern "C"
