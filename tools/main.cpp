@@ -53,7 +53,7 @@ Failure wrongUsage(const CLI::App& app, const CLI::ParseError& error)
     std::string why = error.what();
     if (command->get_require_subcommand_min() > 0) {
         const auto words = command->remaining();
-        why = words.empty() ? "no command is given" : "there is no command '" + words.front() + "'";
+        why = words.empty() ? "no command is given" : "'" + words.front() + "' is no command";
     }
     return {kExitUsage, "wrong usage of '" + line + "'", why, "see '" + line + " --help'"};
 }

@@ -81,11 +81,16 @@ private:
     bool m_running = true;
 };
 
+bool needsLock(const Options& options)
+{
+    return options.condition.usBdSys != kSystemLevel;
+}
+
 // The first reading with lock, or the last one before the time-out or an interruption.
-SingleMeasResult readLocked(Measurement& measurement, int64_t timeoutMs, Progress& progress)
+SingleMeasResult readLocked(Measurement& measurement, const Options& options, Progress& progress)
 {
     const auto start = Clock::now();
-    const auto deadline = start + milliseconds(timeoutMs);
+    const auto deadline = start + milliseconds(needsLock(options) ? options.lockTimeoutMs : 0);
     for (;;) {
         const SingleMeasResult result = measurement.read();
         const auto now = Clock::now();
@@ -124,7 +129,7 @@ int measureSingle(const Options& options)
         return kExitSignal + interruption();
 
     Measurement measurement(options);
-    SingleMeasResult result = readLocked(measurement, options.lockTimeoutMs, *progress);
+    SingleMeasResult result = readLocked(measurement, options, *progress);
     progress.reset();
     if (options.table && !options.json)
         print(readingTableHeader());
@@ -132,7 +137,7 @@ int measureSingle(const Options& options)
     const auto start = Clock::now();
     for (uint32_t taken = 0; interruption() == 0;) {
         printReading(options, result);
-        unlocked += result.lock == 0;
+        unlocked += result.lock == 0 && needsLock(options);
         if (++taken == options.count)
             break;
         const auto due = start + taken * milliseconds(options.intervalMs);

@@ -14,6 +14,14 @@ namespace tool {
 
 namespace {
 
+// Bits of ulMeasStat.
+constexpr uint32_t kMeasuring = 0x00000001;
+constexpr uint32_t kLocked = 0x00000002;
+
+// Bits of usInputStat; what the power supply feeds stands in its own readings.
+constexpr uint16_t kInput1 = 0x0001;
+constexpr uint16_t kSupplyFault = 0x0010;
+
 struct Options {
     int32_t id = kDefaultProcessId;
     bool json = false;
@@ -25,18 +33,30 @@ int showStatus(const Options& options)
     MeasStatus status{};
     require("cannot read the measurement status", [&] { return vx63_getMeasStatus(&status); });
     const PowerSupplyInfo supply = readSupply();
+    const bool measuring = (status.ulMeasStat & kMeasuring) != 0;
+    const bool locked = (status.ulMeasStat & kLocked) != 0;
+    const bool fault = (status.usInputStat & kSupplyFault) != 0;
+    const unsigned input = (status.usInputStat & kInput1) != 0 ? 1 : 0;
     if (options.json) {
         const nlohmann::ordered_json json = {
-            {"measurement_status", status.ulMeasStat},
-            {"input_status", status.usInputStat},
+            {"measuring", measuring},
+            {"locked", locked},
+            {"input", input},
+            {"power_supply_fault", fault},
+            {"measurement_status_code", status.ulMeasStat},
+            {"input_status_code", status.usInputStat},
             {"power_supply", supplyJson(supply)},
         };
         print(json.dump() + "\n");
         return kExitSuccess;
     }
     Rows rows = {
-        {"Measurement status", format("0x%08X", status.ulMeasStat)},
-        {"Input status", format("0x%04X", status.usInputStat)},
+        {"Measuring", measuring ? "yes" : "no"},
+        {"Lock", locked ? "yes" : "no"},
+        {"Input", format("%u", input)},
+        {"Measurement bits", format("0x%08X", status.ulMeasStat)},
+        {"Input bits", format("0x%04X", status.usInputStat)},
+        {"Supply fault", fault ? "yes" : "no"},
     };
     const Rows supplies = supplyRows(supply);
     rows.insert(rows.end(), supplies.begin(), supplies.end());

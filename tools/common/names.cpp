@@ -20,11 +20,15 @@ constexpr uint16_t kPsk8 = 16; // first satellite generation
 constexpr uint16_t kPsk8Later = 32;
 
 constexpr Name kSystems[] = {
-    {0, "terrestrial"}, {kSatellite, "satellite"},
-    {2, "satellite-2"}, {3, "catv"},
-    {4, "jsat"},        {5, "jsat-2"},
-    {6, "skyp"},        {9, "catv-2"},
-    {10, "level"},
+    {0, "terrestrial"},
+    {kSatellite, "satellite"},
+    {2, "satellite-2"},
+    {3, "catv"},
+    {4, "jsat"},
+    {5, "jsat-2"},
+    {6, "skyp"},
+    {9, "catv-2"},
+    {kSystemLevel, "level"},
 };
 
 constexpr Name kModulations[] = {
