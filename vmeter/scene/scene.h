@@ -1,24 +1,79 @@
-// The simulated surroundings of the meter, as a scene file tells them.
+// The simulated surroundings of the meter, as a scene file tells them. docs/scene.md tells every key,
+// docs/measured-values.md what the meter makes of them.
 #pragma once
 
 #include "faults.h"
+#include "signal/cable.h"
+#include "signal/modulation.h"
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vmeter {
 
+inline constexpr uint8_t kInputCount = 2; // 0 roof antenna, 1 cable outlet
+
+// What hangs at the antenna's end of the cable and lives on the power supply.
+struct Lnb {
+    uint32_t ulCurrentMa = 0;
+    bool shortCircuit = false;
+    double crossPolarDb = 25.0; // how much weaker the other polarisation comes through
+};
+
+struct Input {
+    Cable cable;
+    Lnb lnb;
+};
+
+// What the antenna power supply must deliver for a signal to arrive.
+enum class SupplyNeed : uint8_t { none, any, volt11, volt15 };
+enum class ToneNeed : uint8_t { any, off, on };
+
+struct Signal {
+    uint8_t ucInput;
+    uint32_t ulFrequencyKhz; // as broadcast
+    uint32_t ulLoKhz;        // local oscillator of the converter before the cable, 0 for none
+    System system;
+    Modulation modulation;
+    Modulation carriers; // of OFDM; none otherwise
+    double bandwidthKhz; // noise bandwidth: the symbol rate of a single carrier
+    double levelDbuv;    // at the antenna's or the outlet's end of the cable
+    double cnDb;         // there
+    uint16_t usTsid;
+    uint8_t ucGuardInterval; // as on the wire: 0 1/32, 1 1/16, 2 1/8, 3 1/4
+    uint8_t ucLayers;
+    SupplyNeed supply;
+    ToneNeed tone;
+    uint32_t ulLockMs; // simulated time from tuning to lock
+
+    uint32_t ifKhz() const { return ulFrequencyKhz - ulLoKhz; } // on the cable
+};
+
 struct Scene {
     uint64_t seed = 1;
     uint32_t clockMs = 100; // simulated milliseconds per request
+    double noiseFigureDb = 8.0;
+    double levelSigmaDb = 0.1; // fluctuation of the readings
+    double cnSigmaDb = 0.2;
+    Input inputs[kInputCount];
+    std::vector<Signal> signals;
     std::vector<FaultRule> faults;
 };
 
-// Reads a scene file; throws std::runtime_error "FILE:LINE: KEY: reason" when it cannot be used.
+// Reads a scene file; throws std::runtime_error "FILE:LINE: KEY: reason" when it cannot be used, "FILE:
+// reason" when it cannot be read.
 Scene loadScene(const std::string& path);
 
-// The scene that is built in.
+// The same for a text at hand; name stands for FILE.
+Scene parseScene(std::string_view text, const std::string& name);
+
+// The scene that is built in, and its text.
 Scene defaultScene();
+std::string_view defaultSceneText();
+
+// Every key that a scene can have, e.g. "signal.level_dbuv".
+std::vector<std::string> sceneKeys();
 
 } // namespace vmeter

@@ -1,0 +1,230 @@
+// vx63-vmeter: a virtual meter, five service processes over one simulated scene.
+#include "descriptor.h"
+#include "failure.h"
+#include "faults.h"
+#include "isolation.h"
+#include "lmsg.h"
+#include "queues.h"
+#include "run.h"
+#include "scene/scene.h"
+#include "supervisor.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace vmeter;
+
+struct Options {
+    std::optional<std::string> scene;
+    std::optional<std::string> state;
+    std::optional<std::string> trace;
+    std::vector<std::string> faults;
+    bool inPlace = false;
+    int readyFd = -1;
+    std::vector<std::string> command;
+
+    // Between run and the serve that it starts inside.
+    int controlFd = -1;
+    int begunFd = -1;
+    int holdFd = -1;
+    int sceneFd = -1;
+    int traceFd = -1;
+    std::string signals;
+    bool probe = false;
+};
+
+// Descriptors that run handed over are not for the services' and the command's programs.
+Descriptor takeOver(int number)
+{
+    if (number >= 0)
+        fcntl(number, F_SETFD, FD_CLOEXEC);
+    return Descriptor(number);
+}
+
+// From the descriptor that run has opened, or else from the file.
+Scene readScene(const std::string& path, Descriptor file)
+{
+    if (!file)
+        file = Descriptor(openScene(path));
+    std::string text;
+    char part[4096];
+    for (std::size_t got; (got = readFully(file.get(), part, sizeof part)) > 0;)
+        text.append(part, got);
+    return parseScene(text, path);
+}
+
+int serve(const Options& options)
+{
+    const Descriptor control = takeOver(options.controlFd);
+    const Descriptor hold = takeOver(options.holdFd);
+    Descriptor trace = takeOver(options.traceFd);
+    if (Descriptor begun = takeOver(options.begunFd))
+        writeByte(begun.get(), 1);
+
+    Scene scene = options.scene ? readScene(*options.scene, takeOver(options.sceneFd)) : defaultScene();
+    for (const std::string& fault : options.faults)
+        scene.faults.push_back(parseFault(fault));
+    if (options.trace)
+        trace = Descriptor(openTrace(*options.trace));
+
+    const Descriptor claim = claimQueues();
+    Supervision supervision;
+    supervision.command = options.command;
+    supervision.traceFd = trace.get();
+    supervision.readyFd = options.readyFd;
+    supervision.controlFd = options.controlFd;
+    supervision.callerSignals =
+        options.controlFd >= 0 ? CallerSignals::fromText(options.signals) : CallerSignals::current();
+    return supervise(scene, supervision);
+}
+
+int run(const Options& options)
+{
+    RunOptions runOptions;
+    runOptions.scene = options.scene;
+    runOptions.state = options.state;
+    runOptions.trace = options.trace;
+    runOptions.faults = options.faults;
+    runOptions.inPlace = options.inPlace;
+    runOptions.command = options.command;
+    return vmeter::run(runOptions);
+}
+
+int check(const Options& options)
+{
+    if (options.probe) { // inside the namespaces: are there message queues?
+        uint8_t message[LMSG_SIZE_MAX];
+        const int32_t result = lmsg_trcvMq(255, message, sizeof message, nullptr, 0);
+        if (result == LMSG_OK || result == LMSG_ERR_TIMEOUT)
+            return 0;
+        std::printf("message queues: lmsg_err=%d\n", static_cast<int>(result));
+        return 1;
+    }
+    try {
+        tryNamespaces();
+    } catch (const Failure& failure) {
+        std::fprintf(stderr, "vx63-vmeter: %s\n", failure.what());
+        return 1;
+    }
+    std::puts("namespaces work here: 'vx63-vmeter run' needs nothing else");
+    return 0;
+}
+
+std::string faultError(const std::string& text)
+{
+    try {
+        parseFault(text);
+    } catch (const std::invalid_argument& error) {
+        return text + ": " + error.what();
+    }
+    return "";
+}
+
+void addMeterOptions(CLI::App& command, Options& options)
+{
+    command.add_option("--scene", options.scene, "scene file; none: the scene that is built in")->type_name("FILE");
+    command.add_option("--trace", options.trace, "write every message to FILE, one line of JSON each")
+        ->type_name("FILE");
+    command
+        .add_option("--fault", options.faults,
+                    "make requests go wrong: SERVICE[/COMMAND][:FIRST[-[LAST]]]=KIND[,VALUE][@PROBABILITY]; "
+                    "may be repeated")
+        ->type_name("RULE")
+        ->allow_extra_args(false)
+        ->check(CLI::Validator(faultError, ""));
+}
+
+int usageError(const std::string& what)
+{
+    std::fprintf(stderr, "vx63-vmeter: usage: %s: see 'vx63-vmeter --help'\n", what.c_str());
+    return kExitUsage;
+}
+
+int runMain(int argc, char** argv)
+{
+    // What follows "--" belongs to the command, whatever it looks like.
+    std::vector<std::string> arguments(argv + 1, argv + argc);
+    Options options;
+    const auto separator = std::find(arguments.begin(), arguments.end(), "--");
+    const bool separated = separator != arguments.end();
+    if (separated) {
+        options.command.assign(separator + 1, arguments.end());
+        arguments.erase(separator, arguments.end());
+    }
+
+    CLI::App app("A virtual meter: the five service processes of the meter over one simulated scene.",
+                 "vx63-vmeter");
+    app.require_subcommand(1);
+    app.footer("Example:\n"
+               "  vx63-vmeter run --trace messages.json -- vx63 measure single --freq 473143\n\n"
+               "See vx63-vmeter(1).");
+    app.set_version_flag("--version", "vx63-vmeter " VX63_VERSION);
+
+    CLI::App& runCommand =
+        *app.add_subcommand("run", "run a command with a meter of its own: private queues, log and settings folders");
+    runCommand.usage("Usage: vx63-vmeter run [OPTIONS] -- COMMAND...");
+    addMeterOptions(runCommand, options);
+    runCommand.add_option("--state", options.state, "keep log and settings folders in DIR")->type_name("DIR");
+    runCommand.add_flag("--in-place", options.inPlace,
+                        "use this machine's own paths and queues (for a container that refuses namespaces)");
+    runCommand.footer("The exit status is the command's, 128 + n after signal n; 125: the meter cannot run,\n"
+                      "126: the command cannot be executed, 127: it is not found.\n\n"
+                      "Example:\n"
+                      "  vx63-vmeter run --fault meas/0x104:2=late,300 -- ./my-application");
+
+    CLI::App& serveCommand = *app.add_subcommand("serve", "run the services on the queues that are here");
+    serveCommand.usage("Usage: vx63-vmeter serve [OPTIONS] [-- COMMAND...]");
+    addMeterOptions(serveCommand, options);
+    serveCommand
+        .add_option("--ready-fd", options.readyFd, "write a byte to descriptor N when ready, not 'ready' to stderr")
+        ->type_name("N")
+        ->check(CLI::NonNegativeNumber);
+    serveCommand.add_option("--inside", options.controlFd)->group("");
+    serveCommand.add_option("--begun", options.begunFd)->group("");
+    serveCommand.add_option("--hold", options.holdFd)->group("");
+    serveCommand.add_option("--scene-fd", options.sceneFd)->group("");
+    serveCommand.add_option("--trace-fd", options.traceFd)->group("");
+    serveCommand.add_option("--signals", options.signals)->group("");
+    serveCommand.footer("Example:\n"
+                        "  unshare --ipc --map-root-user vx63-vmeter serve -- ./my-application");
+
+    CLI::App& checkCommand = *app.add_subcommand("check", "tell whether 'run' can have namespaces here");
+    checkCommand.add_flag("--inside", options.probe)->group("");
+
+    try {
+        std::reverse(arguments.begin(), arguments.end()); // as CLI11 wants them
+        app.parse(arguments);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == 0)
+            return app.exit(error);
+        return usageError(error.what());
+    }
+
+    if (checkCommand.parsed())
+        return separated ? usageError("check takes no command") : check(options);
+    if (separated && (options.command.empty() || options.command[0].empty()))
+        return usageError("no COMMAND after --");
+    if (serveCommand.parsed())
+        return serve(options);
+    if (!separated)
+        return usageError("run needs -- COMMAND");
+    return run(options);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return runMain(argc, argv);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "vx63-vmeter: %s\n", error.what());
+        return vmeter::kExitFailure;
+    }
+}

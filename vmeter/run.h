@@ -1,0 +1,33 @@
+// `vx63-vmeter run`: a meter and a command in surroundings of their own, and nothing left of them afterwards.
+//
+// run itself stays outside and outlives everything: it passes signals on, waits and cleans up. Inside, the
+// same program as `serve` starts the services and the command. Between them stands bubblewrap or, in place,
+// a guardian; each cleans up when the other is killed.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vmeter {
+
+struct RunOptions {
+    std::optional<std::string> scene;
+    std::optional<std::filesystem::path> state;
+    std::optional<std::string> trace;
+    std::vector<std::string> faults; // already checked
+    bool inPlace = false;
+    std::vector<std::string> command;
+};
+
+// Gives the exit status of the command, 128 + n after signal n. Throws Failure.
+int run(const RunOptions& options);
+
+// Opens a scene file for reading. Throws Failure.
+int openScene(const std::string& path);
+
+// Opens a trace file for appending, empty. Throws Failure.
+int openTrace(const std::string& path);
+
+} // namespace vmeter

@@ -1,0 +1,280 @@
+#include "scene/fields.h"
+#include "scene/scene.h"
+#include "signal/reception.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <stdexcept>
+#include <tuple>
+
+namespace vmeter {
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr size_t kFileSizeMax = 1 << 20;
+
+constexpr std::string_view kFileKeys[] = {"seed",        "clock_ms", "noise_figure_db", "level_sigma_db",
+                                          "cn_sigma_db", "input",    "signal",          "fault"};
+constexpr std::string_view kInputKeys[] = {"id", "cable", "lnb"};
+constexpr std::string_view kCableKeys[] = {"length_m", "loss_db_100m", "loss_db"};
+constexpr std::string_view kLnbKeys[] = {"current_ma", "short_circuit", "cross_polar_db"};
+constexpr std::string_view kSignalKeys[] = {
+    "input",         "frequency_khz",    "lo_khz",     "system", "modulation", "carriers",
+    "bandwidth_khz", "symbol_rate_ksps", "level_dbuv", "cn_db",  "tsid",       "guard_interval",
+    "layers",        "supply",           "tone",       "lock_ms"};
+constexpr std::string_view kFaultKeys[] = {"service", "command",     "first", "last",
+                                           "kind",    "probability", "value"};
+
+constexpr struct {
+    std::string_view name;
+    std::span<const std::string_view> keys;
+} kTables[] = {{"", kFileKeys},         {"input", kInputKeys},   {"input.cable", kCableKeys},
+               {"input.lnb", kLnbKeys}, {"signal", kSignalKeys}, {"fault", kFaultKeys}};
+
+Cable readCable(const toml::table& table, const std::string& file)
+{
+    const Fields fields(table, file, "input.cable", kCableKeys);
+    Cable cable;
+    if (const toml::node* node = fields.node("loss_db_100m")) {
+        const auto bad = [&] {
+            fields.fail("loss_db_100m",
+                        "must be one or two pairs [MHz, dB], the frequency 1 to 5000 and rising, "
+                        "the loss 0 to 1000");
+        };
+        const toml::array* points = node->as_array();
+        if (!points || points->empty() || points->size() > 2)
+            bad();
+        double mhz[2] = {};
+        double loss[2] = {};
+        for (size_t i = 0; i < points->size(); ++i) {
+            const toml::array* pair = (*points)[i].as_array();
+            if (!pair || pair->size() != 2)
+                bad();
+            mhz[i] = numberOf((*pair)[0]).value_or(NAN);
+            loss[i] = numberOf((*pair)[1]).value_or(NAN);
+            if (!(mhz[i] >= 1 && mhz[i] <= 5000 && loss[i] >= 0 && loss[i] <= 1000))
+                bad();
+        }
+        if (points->size() == 1) {
+            cable = cableThrough(mhz[0], loss[0], mhz[0], loss[0]);
+        } else {
+            if (mhz[1] <= mhz[0])
+                bad();
+            cable = cableThrough(mhz[0], loss[0], mhz[1], loss[1]);
+            if (cable.skin < 0 || cable.dielectric < 0) {
+                fields.fail("loss_db_100m",
+                            "the loss must rise at least with the square root of the frequency and "
+                            "at most with the frequency: no cable does otherwise");
+            }
+        }
+    }
+    cable.lengthM = fields.number("length_m", 0, 10000, 0.0);
+    if (cable.lengthM > 0 && !fields.has("loss_db_100m"))
+        fields.fail("length_m", "needs loss_db_100m beside it");
+    cable.extraDb = fields.number("loss_db", 0, 200, 0.0);
+    return cable;
+}
+
+Lnb readLnb(const toml::table& table, const std::string& file)
+{
+    const Fields fields(table, file, "input.lnb", kLnbKeys);
+    Lnb lnb;
+    lnb.ulCurrentMa = static_cast<uint32_t>(fields.integer("current_ma", 0, 5000, 0));
+    lnb.shortCircuit = fields.flag("short_circuit", false);
+    lnb.crossPolarDb = fields.number("cross_polar_db", 0, 60, lnb.crossPolarDb);
+    return lnb;
+}
+
+void readInputs(const Fields& top, const std::string& file, Scene& scene)
+{
+    bool given[kInputCount] = {};
+    for (const toml::table* table : top.tables("input")) {
+        const Fields fields(*table, file, "input", kInputKeys);
+        const auto id = static_cast<size_t>(fields.integer("id", 0, kInputCount - 1));
+        if (given[id])
+            fields.fail("id", "input " + std::to_string(id) + " is given twice");
+        given[id] = true;
+        if (const toml::table* cable = fields.table("cable"))
+            scene.inputs[id].cable = readCable(*cable, file);
+        if (const toml::table* lnb = fields.table("lnb"))
+            scene.inputs[id].lnb = readLnb(*lnb, file);
+    }
+}
+
+const SystemInfo& readSystem(const Fields& fields)
+{
+    std::vector<std::string_view> names;
+    for (const SystemInfo& info : systems())
+        names.push_back(info.name);
+    return systems()[fields.choice("system", names)];
+}
+
+Modulation readModulation(const Fields& fields, std::string_view key, std::span<const Modulation> allowed)
+{
+    std::vector<std::string_view> names;
+    for (const Modulation modulation : allowed)
+        names.push_back(infoOf(modulation).name);
+    // Where there is but one, it need not be said.
+    const auto fallback = allowed.size() == 1 ? std::optional<size_t>(0) : std::nullopt;
+    return allowed[fields.choice(key, names, fallback)];
+}
+
+Signal readSignal(const toml::table& table, const std::string& file)
+{
+    const Fields fields(table, file, "signal", kSignalKeys);
+    const SystemInfo& system = readSystem(fields);
+    const Modulation modulation = readModulation(fields, "modulation", system.modulations);
+    const bool isOfdm = modulation == Modulation::ofdm;
+    const bool isSingleCarrier = !isOfdm && modulation != Modulation::none;
+    const auto refuseUnless = [&](bool fits, std::string_view key) {
+        if (!fits && fields.has(key))
+            fields.fail(key, "has no meaning for modulation " + std::string(infoOf(modulation).name));
+    };
+    refuseUnless(isOfdm, "carriers");
+    refuseUnless(isOfdm, "guard_interval");
+    refuseUnless(isSingleCarrier, "symbol_rate_ksps");
+    refuseUnless(!isSingleCarrier, "bandwidth_khz");
+    refuseUnless(modulation != Modulation::none, "tsid");
+    refuseUnless(modulation != Modulation::none, "layers");
+    refuseUnless(modulation != Modulation::none, "lock_ms");
+
+    constexpr Modulation kCarriers[] = {Modulation::qpsk, Modulation::qam16, Modulation::qam64};
+    constexpr std::string_view kGuards[] = {"1/32"sv, "1/16"sv, "1/8"sv, "1/4"sv};
+    constexpr std::string_view kSupplies[] = {"none"sv, "any"sv, "11V"sv, "15V"sv};
+    constexpr std::string_view kTones[] = {"any"sv, "off"sv, "on"sv};
+
+    Signal signal{};
+    signal.ucInput = static_cast<uint8_t>(fields.integer("input", 0, kInputCount - 1));
+    signal.ulFrequencyKhz = static_cast<uint32_t>(fields.integer("frequency_khz", kTunerMinKhz, 22000000));
+    signal.ulLoKhz = static_cast<uint32_t>(fields.integer("lo_khz", 0, 22000000, 0));
+    const int64_t ifKhz = int64_t{signal.ulFrequencyKhz} - signal.ulLoKhz;
+    if (ifKhz < kTunerMinKhz || ifKhz > kTunerMaxKhz) {
+        fields.fail("frequency_khz", "less lo_khz must be " + std::to_string(kTunerMinKhz) + " to " +
+                                         std::to_string(kTunerMaxKhz) + ", is " + std::to_string(ifKhz));
+    }
+    signal.system = system.system;
+    signal.modulation = modulation;
+    signal.carriers = isOfdm ? readModulation(fields, "carriers", kCarriers) : Modulation::none;
+    signal.bandwidthKhz =
+        fields.number(isSingleCarrier ? "symbol_rate_ksps" : "bandwidth_khz", 1, 100000, system.bandwidthKhz);
+    signal.levelDbuv = fields.number("level_dbuv", -20, 130);
+    signal.cnDb = fields.number("cn_db", -20, 60);
+    signal.usTsid = static_cast<uint16_t>(fields.integer("tsid", 0, UINT16_MAX, 0));
+    signal.ucGuardInterval = static_cast<uint8_t>(isOfdm ? fields.choice("guard_interval", kGuards, 2) : 0);
+    signal.ucLayers = static_cast<uint8_t>(fields.integer("layers", 0, UINT8_MAX, 0));
+    signal.supply = static_cast<SupplyNeed>(fields.choice("supply", kSupplies, 0));
+    signal.tone = static_cast<ToneNeed>(fields.choice("tone", kTones, 0));
+    if (signal.supply == SupplyNeed::none && signal.tone != ToneNeed::any)
+        fields.fail("tone", "needs a supply other than none");
+    signal.ulLockMs = static_cast<uint32_t>(fields.integer("lock_ms", 0, 3600000, 450));
+    return signal;
+}
+
+void readSignals(const Fields& top, const std::string& file, Scene& scene)
+{
+    std::set<std::tuple<uint8_t, uint32_t, uint32_t, SupplyNeed, ToneNeed>> seen;
+    for (const toml::table* table : top.tables("signal")) {
+        const Signal signal = readSignal(*table, file);
+        if (!seen.emplace(signal.ucInput, signal.ulFrequencyKhz, signal.ulLoKhz, signal.supply, signal.tone)
+                 .second) {
+            Fields(*table, file, "signal", kSignalKeys)
+                .fail("frequency_khz",
+                      "a signal of the same input, frequency, oscillator and supply stands before");
+        }
+        scene.signals.push_back(signal);
+    }
+}
+
+void readFaults(const Fields& top, const std::string& file, Scene& scene)
+{
+    for (const toml::table* table : top.tables("fault")) {
+        const Fields fields(*table, file, "fault", kFaultKeys);
+        std::string command;
+        if (const toml::node* node = fields.node("command"); node && node->is_integer())
+            command = std::to_string(fields.integer("command", 0, 0x7FFF)); // TOML knows 0x104 too
+        else
+            command = fields.text("command", "");
+        const std::string service = fields.text("service");
+        const std::string kind = fields.text("kind");
+        const auto first = static_cast<uint32_t>(fields.integer("first", 1, UINT32_MAX, 1));
+        const auto last = static_cast<uint32_t>(fields.integer("last", first, UINT32_MAX, UINT32_MAX));
+        const double probability = fields.number("probability", 0, 1, 1.0);
+        std::optional<uint32_t> value;
+        if (fields.has("value"))
+            value = static_cast<uint32_t>(fields.integer("value", 0, UINT32_MAX));
+        try {
+            scene.faults.push_back(makeFault(service, command, first, last, probability, kind, value));
+        } catch (const std::invalid_argument& error) {
+            throw std::runtime_error(file + ":" + std::to_string(table->source().begin.line) +
+                                     ": fault: " + error.what());
+        }
+    }
+}
+
+} // namespace
+
+Scene parseScene(std::string_view text, const std::string& name)
+{
+    toml::table table;
+    try {
+        table = toml::parse(text, name);
+    } catch (const toml::parse_error& error) {
+        throw std::runtime_error(name + ":" + std::to_string(error.source().begin.line) +
+                                 ": syntax: " + std::string(error.description()));
+    }
+    const Fields fields(table, name, "", kFileKeys);
+    Scene scene;
+    scene.seed = static_cast<uint64_t>(fields.integer("seed", 0, INT64_MAX, 1));
+    scene.clockMs = static_cast<uint32_t>(fields.integer("clock_ms", 1, 60000, scene.clockMs));
+    scene.noiseFigureDb = fields.number("noise_figure_db", 0, 60, scene.noiseFigureDb);
+    scene.levelSigmaDb = fields.number("level_sigma_db", 0, 10, scene.levelSigmaDb);
+    scene.cnSigmaDb = fields.number("cn_sigma_db", 0, 10, scene.cnSigmaDb);
+    readInputs(fields, name, scene);
+    readSignals(fields, name, scene);
+    readFaults(fields, name, scene);
+    return scene;
+}
+
+Scene loadScene(const std::string& path)
+{
+    // A directory opens like a file and then reads like an empty one.
+    std::error_code ignored;
+    if (std::filesystem::is_directory(path, ignored))
+        throw std::runtime_error(path + ": is a directory, not a scene file");
+    errno = 0;
+    std::ifstream file(path, std::ios::binary);
+    if (!file)
+        throw std::runtime_error(path + ": cannot be opened: " + std::strerror(errno));
+    std::string text(kFileSizeMax + 1, '\0');
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
+    if (file.bad())
+        throw std::runtime_error(path + ": cannot be read: " + std::strerror(errno));
+    text.resize(static_cast<size_t>(file.gcount()));
+    if (text.size() > kFileSizeMax)
+        throw std::runtime_error(path + ": is larger than 1 MiB: no scene file");
+    return parseScene(text, path);
+}
+
+Scene defaultScene()
+{
+    return parseScene(defaultSceneText(), "built-in scene");
+}
+
+std::vector<std::string> sceneKeys()
+{
+    std::vector<std::string> result;
+    for (const auto& table : kTables) {
+        for (const std::string_view key : table.keys)
+            result.push_back(table.name.empty() ? std::string(key)
+                                                : std::string(table.name) + "." + std::string(key));
+    }
+    return result;
+}
+
+} // namespace vmeter

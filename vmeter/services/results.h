@@ -1,0 +1,20 @@
+// The result bytes that the services give, and the answers that carry nothing else.
+#pragma once
+
+#include "service.h"
+
+#include "frame/wire.h"
+
+namespace vmeter {
+
+inline constexpr uint8_t kRetOk = 0;
+inline constexpr uint8_t kRetParameter = 2;
+inline constexpr uint8_t kRetPowerSupply = 3;
+inline constexpr uint8_t kRetNotRunning = 5;
+
+inline Body resultBody(uint8_t ucRet)
+{
+    return toBody(vx63::wire::ResultResponse{.ucRet = ucRet, .ucReserved = {}});
+}
+
+} // namespace vmeter
