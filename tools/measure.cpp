@@ -94,12 +94,13 @@ SingleMeasResult readLocked(Measurement& measurement, const Options& options, Pr
     for (;;) {
         const SingleMeasResult result = measurement.read();
         const auto now = Clock::now();
-        if (result.lock != 0 || now >= deadline || interruption() != 0)
+        if (result.lock != 0 || now >= deadline)
             return result;
         progress.show(format("Waiting for lock: %.1f s, %s dBuV",
-                             std::chrono::duration<double>(now - start).count(),
-                             tenths(result.LEVEL).c_str()));
+                             std::chrono::duration<double>(now - start).count(), tenths(result.LEVEL).c_str()));
         waitFor(std::min(kPollTime, std::chrono::ceil<milliseconds>(deadline - now)));
+        if (interruption() != 0)
+            return result;
     }
 }
 

@@ -10,6 +10,20 @@ namespace tool {
 
 namespace {
 
+constexpr uint32_t kOfdm = 1;
+
+// What a demodulator without lock says of the signal means nothing.
+bool isLocked(const SingleMeasResult& result)
+{
+    return result.lock != 0;
+}
+
+// Only OFDM signals have one.
+bool hasGuardInterval(const SingleMeasResult& result)
+{
+    return isLocked(result) && result.MOD == kOfdm;
+}
+
 std::string nameOrCode(std::optional<std::string_view> name, uint32_t code)
 {
     return name ? std::string(*name) : format("code 0x%X", code);
@@ -40,8 +54,7 @@ std::string bitErrorRateText(const SingleMeasResult& result)
 std::string readingText(const Reading& reading)
 {
     const SingleMeasResult& result = reading.result;
-    const bool locked = result.lock != 0;
-    // What a demodulator without lock says of the signal means nothing.
+    const bool locked = isLocked(result);
     const auto ifLocked = [locked](const std::string& value) { return locked ? value : std::string("-"); };
     return aligned({
         {"Frequency", format("%u kHz", reading.ulFreq)},
@@ -52,7 +65,8 @@ std::string readingText(const Reading& reading)
         {"Bit error rate", bitErrorRateText(result)},
         {"Errors/bits", format("%u/%u", result.BER_ERR, result.BER_TOTAL)},
         {"Modulation", ifLocked(nameOrCode(modulationName(result.MOD), result.MOD))},
-        {"Guard interval", ifLocked(nameOrCode(guardIntervalName(result.GI), result.GI))},
+        {"Guard interval",
+         hasGuardInterval(result) ? nameOrCode(guardIntervalName(result.GI), result.GI) : "-"},
         {"TSID", ifLocked(format("0x%04X", result.TSID))},
         {"Layer", ifLocked(format("%u", result.LAYER))},
     });
@@ -70,13 +84,13 @@ std::string readingTableRow(const Reading& reading)
     localtime_r(&seconds, &local);
     return format("%02d:%02d:%02d %6s %6s %10s %4s\n", local.tm_hour, local.tm_min, local.tm_sec,
                   tenths(reading.result.LEVEL).c_str(), tenths(reading.result.CNR).c_str(),
-                  bitErrorRateText(reading.result).c_str(), reading.result.lock != 0 ? "yes" : "no");
+                  bitErrorRateText(reading.result).c_str(), isLocked(reading.result) ? "yes" : "no");
 }
 
 nlohmann::ordered_json readingJson(const Reading& reading)
 {
     const SingleMeasResult& result = reading.result;
-    const bool locked = result.lock != 0;
+    const bool locked = isLocked(result);
     const auto rate = bitErrorRate(result);
     const auto ifLocked = [locked](const nlohmann::ordered_json& value) {
         return locked ? value : nlohmann::ordered_json(nullptr);
@@ -92,7 +106,7 @@ nlohmann::ordered_json readingJson(const Reading& reading)
         {"ber_bits", result.BER_TOTAL},
         {"system", nameOrNull(systemName(result.bdSys))},
         {"modulation", ifLocked(nameOrNull(modulationName(result.MOD)))},
-        {"guard_interval", ifLocked(nameOrNull(guardIntervalName(result.GI)))},
+        {"guard_interval", hasGuardInterval(result) ? nameOrNull(guardIntervalName(result.GI)) : nullptr},
         {"tsid", ifLocked(result.TSID)},
         {"layer", ifLocked(result.LAYER)},
         {"lock_code", result.lock},

@@ -83,13 +83,16 @@ TEST(Reading, UnknownCodesAreShownAsCodes)
     Reading reading = lockedReading();
     reading.result.bdSys = 0xFFFF;
     reading.result.MOD = 0xFFFFFFFF;
-    reading.result.GI = 4;
     const std::string text = readingText(reading);
     EXPECT_NE(text.find("System          code 0xFFFF\n"), std::string::npos);
     EXPECT_NE(text.find("Modulation      code 0xFFFFFFFF\n"), std::string::npos);
-    EXPECT_NE(text.find("Guard interval  code 0x4\n"), std::string::npos);
+    EXPECT_NE(text.find("Guard interval  -\n"), std::string::npos); // of OFDM signals only
     EXPECT_TRUE(readingJson(reading)["system"].is_null());
+    EXPECT_TRUE(readingJson(reading)["guard_interval"].is_null());
     EXPECT_EQ(readingJson(reading)["modulation_code"], 0xFFFFFFFFu);
+    reading.result.MOD = 1;
+    reading.result.GI = 4;
+    EXPECT_NE(readingText(reading).find("Guard interval  code 0x4\n"), std::string::npos);
 }
 
 TEST(Reading, BitErrorRateSaysHowMuchIsKnown)

@@ -46,7 +46,7 @@ Failure failureOf(int32_t result, const std::string& what)
                 "look at 'vx63 log --errors'; without a meter, put 'vx63-vmeter run --' before the command"};
     case VX63_ERR_ARG:
         return {kExitArgument, what, "the meter refuses a value",
-                "check the options against 'vx63 log' and the channel plan"};
+                "check the values; 'vx63 log' shows what was sent"};
     case VX63_ERR_REPEAT:
         return {kExitRepeat, what, "the buzzer is sounding a repeating pattern", "stop it first"};
     case VX63_ERR_POWER:
