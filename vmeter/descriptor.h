@@ -12,7 +12,7 @@
 namespace vmeter {
 
 class Descriptor {
-  public:
+public:
     Descriptor() = default;
     explicit Descriptor(int number) : m_number(number) {}
     Descriptor(Descriptor&& other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
@@ -33,7 +33,7 @@ class Descriptor {
     // Hands it to a program that this process becomes.
     void inherit() const { fcntl(m_number, F_SETFD, 0); }
 
-  private:
+private:
     int m_number = -1;
 };
 

@@ -15,11 +15,10 @@ inline constexpr int kExitNotFound = 127;
 
 // Its text goes to stderr behind "vx63-vmeter: " and ends the program with kExitFailure.
 class Failure : public std::runtime_error {
-  public:
+public:
     Failure(const std::string& what, const std::string& why, const std::string& whatToTry)
         : std::runtime_error(what + ": " + why + ": " + whatToTry)
-    {
-    }
+    {}
 };
 
 inline std::string errorText(int error)

@@ -216,11 +216,9 @@ std::vector<uint8_t> randomBytes(uint64_t seed, std::size_t count)
     return bytes;
 }
 
-FaultPlan::FaultPlan(uint64_t seed, std::span<const FaultRule> rules,
-                     std::span<std::atomic<uint32_t>> counts)
+FaultPlan::FaultPlan(uint64_t seed, std::span<const FaultRule> rules, std::span<std::atomic<uint32_t>> counts)
     : m_seed(seed), m_rules(rules), m_counts(counts)
-{
-}
+{}
 
 std::optional<Fault> FaultPlan::next(uint8_t ucProcId, uint16_t usCmd) const
 {

@@ -60,14 +60,14 @@ std::vector<uint8_t> randomBytes(uint64_t seed, std::size_t count);
 // Decides which requests are hit. The decisions follow from the seed and the counts alone; the counts lie
 // with the caller, so that they outlive a service process.
 class FaultPlan {
-  public:
+public:
     // One count per rule, 0 at the start; rules and counts must outlive the plan.
     FaultPlan(uint64_t seed, std::span<const FaultRule> rules, std::span<std::atomic<uint32_t>> counts);
 
     // Counts a request in every rule that matches it and gives the fault of the first rule that hits it.
     std::optional<Fault> next(uint8_t ucProcId, uint16_t usCmd) const;
 
-  private:
+private:
     uint64_t m_seed;
     std::span<const FaultRule> m_rules;
     std::span<std::atomic<uint32_t>> m_counts;

@@ -27,10 +27,10 @@ constexpr std::string_view kNotesPrefix = "vx63-vmeter-";
 constexpr std::size_t kNotesUnique = 6; // characters behind the prefix, as mkdtemp() makes them
 
 // Inside the notes, beside the settings folders:
-constexpr const char* kNoteState = "state";           // link to the state folder, if there is one
-constexpr const char* kNoteKeptLogs = "kept-logs";    // a file named as each log that was there before
+constexpr const char* kNoteState = "state";            // link to the state folder, if there is one
+constexpr const char* kNoteKeptLogs = "kept-logs";     // a file named as each log that was there before
 constexpr const char* kNoteKeptQueues = "kept-queues"; // a file named as each queue id that was there before
-constexpr const char* kNoteComplete = "complete";     // the notes above can be relied on
+constexpr const char* kNoteComplete = "complete";      // the notes above can be relied on
 
 bool isNotesName(const fs::path& name)
 {
@@ -185,7 +185,8 @@ InPlace::InPlace(const std::optional<fs::path>& state)
     if (!m_machineLock)
         check(kProgramFolder, std::error_code(errno, std::generic_category()));
     if (flock(m_machineLock.get(), LOCK_EX | LOCK_NB) != 0)
-        throw Failure("--in-place", errno == EWOULDBLOCK ? "another meter is running in place" : errorText(errno),
+        throw Failure("--in-place",
+                      errno == EWOULDBLOCK ? "another meter is running in place" : errorText(errno),
                       "wait for its end");
     for (const char* folder : {kProgramFolder, kLogFolder})
         if (access(folder, W_OK | X_OK) != 0)

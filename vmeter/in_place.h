@@ -15,7 +15,7 @@
 namespace vmeter {
 
 class InPlace {
-  public:
+public:
     // Takes away what a killed meter left, and makes the settings folders. `state` keeps log and settings
     // folders and must hold them. Throws Failure, with nothing changed, when another meter runs in place or
     // something else is in the way.
@@ -31,7 +31,7 @@ class InPlace {
     // Ends all that descends from this process and takes away all that was made. Can be repeated.
     void cleanUp();
 
-  private:
+private:
     std::filesystem::path m_notes;
     Descriptor m_machineLock;
     Descriptor m_notesLock;

@@ -111,7 +111,7 @@ std::vector<std::string> bubblewrapArguments(const Namespaces& namespaces,
     const fs::path log = needFolder(kLogFolder);
     const fs::path programs = needFolder(kProgramFolder);
 
-    std::vector<std::string> arguments = {kBubblewrap,     "--dev-bind",    "/", "/", "--unshare-ipc",
+    std::vector<std::string> arguments = {kBubblewrap,     "--dev-bind",       "/", "/", "--unshare-ipc",
                                           "--unshare-pid", "--die-with-parent"};
     if (namespaces.proc)
         arguments.insert(arguments.end(), {"--proc", "/proc"});
@@ -149,7 +149,8 @@ Namespaces tryNamespaces()
         return namespaces;
 
     // Containers often refuse a new /proc or mqueue; a meter can do without.
-    for (const Namespaces less : {Namespaces{false, folder}, Namespaces{true, false}, Namespaces{false, false}})
+    for (const Namespaces less :
+         {Namespaces{false, folder}, Namespaces{true, false}, Namespaces{false, false}})
         if (succeeded(attempt(less)))
             return less;
     throw Failure("namespaces", first.said.empty() ? "refused" : first.said, kWithoutNamespaces);

@@ -116,6 +116,21 @@ int check(const Options& options)
     return 0;
 }
 
+// Adds to the usage line what is not CLI11's to parse.
+class CommandFormatter : public CLI::Formatter {
+public:
+    explicit CommandFormatter(std::string rest) : m_rest(std::move(rest)) {}
+    std::string make_usage(const CLI::App* app, std::string name) const override
+    {
+        std::string usage = CLI::Formatter::make_usage(app, std::move(name));
+        usage.erase(usage.find_last_not_of('\n') + 1);
+        return usage + " " + m_rest + "\n\n";
+    }
+
+private:
+    std::string m_rest;
+};
+
 std::string faultError(const std::string& text)
 {
     try {
@@ -128,7 +143,8 @@ std::string faultError(const std::string& text)
 
 void addMeterOptions(CLI::App& command, Options& options)
 {
-    command.add_option("--scene", options.scene, "scene file; none: the scene that is built in")->type_name("FILE");
+    command.add_option("--scene", options.scene, "scene file; none: the scene that is built in")
+        ->type_name("FILE");
     command.add_option("--trace", options.trace, "write every message to FILE, one line of JSON each")
         ->type_name("FILE");
     command
@@ -166,9 +182,9 @@ int runMain(int argc, char** argv)
                "See vx63-vmeter(1).");
     app.set_version_flag("--version", "vx63-vmeter " VX63_VERSION);
 
-    CLI::App& runCommand =
-        *app.add_subcommand("run", "run a command with a meter of its own: private queues, log and settings folders");
-    runCommand.usage("Usage: vx63-vmeter run [OPTIONS] -- COMMAND...");
+    CLI::App& runCommand = *app.add_subcommand(
+        "run", "run a command with a meter of its own: private queues, log and settings folders");
+    runCommand.formatter(std::make_shared<CommandFormatter>("-- COMMAND..."));
     addMeterOptions(runCommand, options);
     runCommand.add_option("--state", options.state, "keep log and settings folders in DIR")->type_name("DIR");
     runCommand.add_flag("--in-place", options.inPlace,
@@ -179,10 +195,11 @@ int runMain(int argc, char** argv)
                       "  vx63-vmeter run --fault meas/0x104:2=late,300 -- ./my-application");
 
     CLI::App& serveCommand = *app.add_subcommand("serve", "run the services on the queues that are here");
-    serveCommand.usage("Usage: vx63-vmeter serve [OPTIONS] [-- COMMAND...]");
+    serveCommand.formatter(std::make_shared<CommandFormatter>("[-- COMMAND...]"));
     addMeterOptions(serveCommand, options);
     serveCommand
-        .add_option("--ready-fd", options.readyFd, "write a byte to descriptor N when ready, not 'ready' to stderr")
+        .add_option("--ready-fd", options.readyFd,
+                    "write a byte to descriptor N when ready, not 'ready' to stderr")
         ->type_name("N")
         ->check(CLI::NonNegativeNumber);
     serveCommand.add_option("--inside", options.controlFd)->group("");

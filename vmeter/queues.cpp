@@ -33,7 +33,8 @@ Descriptor claimQueues()
     struct stat space;
     if (stat("/proc/self/ns/ipc", &space) != 0)
         throw Failure("/proc/self/ns/ipc", errorText(errno), "mount /proc");
-    const std::string name = "vx63-vmeter/" + std::to_string(space.st_dev) + "." + std::to_string(space.st_ino);
+    const std::string name =
+        "vx63-vmeter/" + std::to_string(space.st_dev) + "." + std::to_string(space.st_ino);
 
     // An abstract socket: its name is free again as soon as its last owner has died.
     Descriptor claim(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));

@@ -76,7 +76,7 @@ Descriptor argumentFile(const std::vector<std::string>& arguments)
 
 // The meter's first process, as bubblewrap tells: when it has ended, nothing of the meter runs any more.
 class FirstProcess {
-  public:
+public:
     explicit FirstProcess(int infoFd)
     {
         std::string text;
@@ -85,8 +85,8 @@ class FirstProcess {
             text.append(part, got);
         const nlohmann::json info = nlohmann::json::parse(text, nullptr, false);
         if (info.is_object() && info.contains("child-pid"))
-            m_process = Descriptor(
-                static_cast<int>(syscall(SYS_pidfd_open, info["child-pid"].get<pid_t>(), 0)));
+            m_process =
+                Descriptor(static_cast<int>(syscall(SYS_pidfd_open, info["child-pid"].get<pid_t>(), 0)));
     }
 
     void end() const
@@ -99,7 +99,7 @@ class FirstProcess {
         }
     }
 
-  private:
+private:
     Descriptor m_process;
 };
 
@@ -173,8 +173,12 @@ int run(const RunOptions& options)
     Pipe info = makePipe();
 
     const CallerSignals callerSignals = CallerSignals::current();
-    std::vector<std::string> inside = {ownPath(), "serve", "--inside", std::to_string(control.readEnd.get()),
-                                       "--begun", std::to_string(begun.writeEnd.get()),
+    std::vector<std::string> inside = {ownPath(),
+                                       "serve",
+                                       "--inside",
+                                       std::to_string(control.readEnd.get()),
+                                       "--begun",
+                                       std::to_string(begun.writeEnd.get()),
                                        "--signals=" + callerSignals.text()};
     if (stateLock)
         inside.insert(inside.end(), {"--hold", std::to_string(stateLock.get())});
@@ -192,8 +196,12 @@ int run(const RunOptions& options)
     if (namespaces) {
         const std::vector<std::string> all = bubblewrapArguments(*namespaces, state);
         arguments = argumentFile({all.begin() + 1, all.end()});
-        outside = {all.front(), "--args", std::to_string(arguments.get()), "--info-fd",
-                   std::to_string(info.writeEnd.get()), "--"};
+        outside = {all.front(),
+                   "--args",
+                   std::to_string(arguments.get()),
+                   "--info-fd",
+                   std::to_string(info.writeEnd.get()),
+                   "--"};
         outside.insert(outside.end(), inside.begin(), inside.end());
     }
 
@@ -211,7 +219,8 @@ int run(const RunOptions& options)
         sigemptyset(&none);
         sigprocmask(SIG_SETMASK, &none, nullptr);
         control.writeEnd = Descriptor();
-        for (const Descriptor* handed : {&control.readEnd, &begun.writeEnd, &stateLock, &scene, &trace})
+        for (const Descriptor* handed : std::initializer_list<const Descriptor*>{
+                 &control.readEnd, &begun.writeEnd, &stateLock, &scene, &trace})
             if (*handed)
                 handed->inherit();
         info.readEnd = Descriptor();
@@ -235,8 +244,10 @@ int run(const RunOptions& options)
 
     uint8_t byte = 0;
     fcntl(begun.readEnd.get(), F_SETFL, O_NONBLOCK);
-    if (readFully(begun.readEnd.get(), &byte, 1) != 1 && !WIFSIGNALED(how) && WEXITSTATUS(how) != kExitFailure)
-        throw Failure("bubblewrap", "it could not make the surroundings (see above)", "see 'vx63-vmeter check'");
+    if (readFully(begun.readEnd.get(), &byte, 1) != 1 && !WIFSIGNALED(how) &&
+        WEXITSTATUS(how) != kExitFailure)
+        throw Failure("bubblewrap", "it could not make the surroundings (see above)",
+                      "see 'vx63-vmeter check'");
     return WIFSIGNALED(how) ? 128 + WTERMSIG(how) : WEXITSTATUS(how);
 }
 

@@ -52,13 +52,13 @@ Message makeMessage(LibMsgHead head, const Body& body)
 // While one lives, the request to end waits: no message is taken from the queue in vain, no line of the
 // trace is cut.
 class Undisturbed {
-  public:
+public:
     Undisturbed() { block(SIG_BLOCK); }
     ~Undisturbed() { block(SIG_UNBLOCK); }
     Undisturbed(const Undisturbed&) = delete;
     Undisturbed& operator=(const Undisturbed&) = delete;
 
-  private:
+private:
     static void block(int how)
     {
         sigset_t signals;
@@ -69,11 +69,10 @@ class Undisturbed {
 };
 
 class ServiceLoop {
-  public:
+public:
     explicit ServiceLoop(const ServiceProcess& process)
         : m_process(process), m_service(*kServices[process.index])
-    {
-    }
+    {}
 
     int32_t run()
     {
@@ -82,8 +81,7 @@ class ServiceLoop {
         for (;;) {
             uint8_t buffer[LMSG_SIZE_MAX];
             uint32_t length = 0;
-            const int32_t result =
-                lmsg_trcvMq(m_service.ucProcId, buffer, sizeof buffer, &length, timeout);
+            const int32_t result = lmsg_trcvMq(m_service.ucProcId, buffer, sizeof buffer, &length, timeout);
             if (result != LMSG_OK && result != LMSG_ERR_TIMEOUT)
                 return result;
             const Undisturbed undisturbed;
@@ -97,7 +95,7 @@ class ServiceLoop {
         }
     }
 
-  private:
+private:
     struct Late {
         Clock::time_point due;
         Message answer;
@@ -265,7 +263,7 @@ class ServiceLoop {
     const ServiceProcess& m_process;
     const Service& m_service;
     std::vector<Late> m_late; // by due time
-    uint64_t m_simMs = 0; // simulated time of the answer being sent
+    uint64_t m_simMs = 0;     // simulated time of the answer being sent
 };
 
 } // namespace

@@ -17,7 +17,7 @@ struct SharedMeter::Memory {
 static_assert(std::atomic<uint32_t>::is_always_lock_free && std::atomic<int64_t>::is_always_lock_free);
 
 class SharedMeter::Lock {
-  public:
+public:
     explicit Lock(Memory& memory) : m_mutex(memory.mutex)
     {
         // Its last owner died with it: the state that counts is whole all the same.
@@ -28,7 +28,7 @@ class SharedMeter::Lock {
     Lock(const Lock&) = delete;
     Lock& operator=(const Lock&) = delete;
 
-  private:
+private:
     pthread_mutex_t& m_mutex;
 };
 

@@ -15,7 +15,7 @@ namespace vmeter {
 // Made before the services are forked. A process killed in the middle of a call leaves the state as it was
 // before that call, and hinders nobody.
 class SharedMeter {
-  public:
+public:
     // Throws std::system_error.
     SharedMeter(std::size_t services, std::size_t faultRules);
     ~SharedMeter();
@@ -35,7 +35,7 @@ class SharedMeter {
     // purpose.
     std::atomic<int64_t>& comeBackMs(std::size_t service);
 
-  private:
+private:
     struct Memory;
     class Lock;
 

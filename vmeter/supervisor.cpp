@@ -60,12 +60,11 @@ const char* whatToTry(int32_t lmsgError)
 }
 
 class Supervisor {
-  public:
+public:
     Supervisor(const Scene& scene, const Supervision& supervision)
         : m_scene(scene), m_supervision(supervision), m_shared(kServiceCount, scene.faults.size()),
           m_faults(scene.seed, scene.faults, m_shared.faultCounts()), m_trace(supervision.traceFd)
-    {
-    }
+    {}
 
     ~Supervisor() { endAll(); }
     Supervisor(const Supervisor&) = delete;
@@ -85,7 +84,7 @@ class Supervisor {
         return *m_status;
     }
 
-  private:
+private:
     struct Process {
         pid_t pid = -1; // -1: not running
         bool ready = false;
@@ -105,8 +104,8 @@ class Supervisor {
         for (std::size_t i = 0; i < std::size(CallerSignals::kNumbers); ++i) {
             const int number = CallerSignals::kNumbers[i];
             const bool terminal = number == SIGINT || number == SIGQUIT;
-            const bool ours = m_supervision.controlFd < 0 && number != SIGPIPE && !m_supervision.callerSignals.ignored[i] &&
-                              !(terminal && withCommand());
+            const bool ours = m_supervision.controlFd < 0 && number != SIGPIPE &&
+                              !m_supervision.callerSignals.ignored[i] && !(terminal && withCommand());
             if (ours)
                 sigaddset(&signals, number);
             else
@@ -137,6 +136,7 @@ class Supervisor {
         // A session of its own: Ctrl-C on the caller's terminal is not meant for the services.
         setsid();
         dieWithParent(parent);
+        prctl(PR_SET_NAME, ("vx63-" + std::string(kServices[index]->name)).c_str()); // for ps and top
         for (const int number : CallerSignals::kNumbers)
             signal(number, number == SIGPIPE ? SIG_IGN : SIG_DFL); // a trace may be a pipe
         sigset_t none;
@@ -147,8 +147,7 @@ class Supervisor {
         dup2(nothing.get(), STDOUT_FILENO);
 
         const int readyFd = m_readyWrite.get();
-        const ServiceProcess process{index,    m_scene, m_shared,
-                                     m_faults, m_trace, [readyFd, index] {
+        const ServiceProcess process{index, m_scene, m_shared, m_faults, m_trace, [readyFd, index] {
                                          const auto byte = static_cast<uint8_t>(index);
                                          writeByte(readyFd, byte);
                                      }};
@@ -187,9 +186,9 @@ class Supervisor {
         if (m_command >= 0 && readFully(readEnd.get(), &error, sizeof error) != sizeof error)
             return; // it runs
         const bool missing = error == ENOENT;
-        std::fprintf(stderr, "vx63-vmeter: %s: %s: %s\n", m_supervision.command[0].c_str(),
-                     errorText(error).c_str(),
-                     missing ? "give the path of a program, or a name on PATH" : "give a program that can be run");
+        std::fprintf(
+            stderr, "vx63-vmeter: %s: %s: %s\n", m_supervision.command[0].c_str(), errorText(error).c_str(),
+            missing ? "give the path of a program, or a name on PATH" : "give a program that can be run");
         m_status = missing ? kExitNotFound : kExitNotExecutable;
     }
 

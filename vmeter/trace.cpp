@@ -95,7 +95,8 @@ void Trace::write(uint8_t ucProcId, std::span<const uint8_t> message, uint64_t s
         return;
     timespec time{};
     clock_gettime(CLOCK_REALTIME, &time);
-    const double seconds = static_cast<double>(time.tv_sec) + std::round(static_cast<double>(time.tv_nsec) / 1e3) / 1e6;
+    const double seconds =
+        static_cast<double>(time.tv_sec) + std::round(static_cast<double>(time.tv_nsec) / 1e3) / 1e6;
     const std::string line = traceLine(seconds, ucProcId, message, simMs, remark);
     [[maybe_unused]] const ssize_t written = ::write(m_descriptor, line.data(), line.size());
 }

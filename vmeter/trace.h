@@ -15,7 +15,7 @@ struct TraceRemark {
 };
 
 class Trace {
-  public:
+public:
     // Writes to a descriptor opened with O_APPEND; -1: no trace.
     explicit Trace(int descriptor) : m_descriptor(descriptor) {}
 
@@ -24,7 +24,7 @@ class Trace {
     void write(uint8_t ucProcId, std::span<const uint8_t> message, uint64_t simMs,
                const TraceRemark& remark) const;
 
-  private:
+private:
     int m_descriptor;
 };
 

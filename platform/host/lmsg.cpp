@@ -79,7 +79,7 @@ int32_t openQueue(uint8_t ucQueId, Queue& queue)
     }
     // A umask may have narrowed the mode, which would lock out the other side.
     if ((status.st_mode & kMode) != kMode)
-        fchmod(descriptor, (status.st_mode & 07777) | kMode);
+        fchmod(descriptor, kMode);
     queue.descriptor = descriptor;
     queue.inode = static_cast<uint32_t>(status.st_ino);
     return LMSG_OK;
@@ -143,7 +143,7 @@ int32_t exchange(uint8_t ucQueId, short events, uint32_t ulTimeout, Attempt atte
             return LMSG_ERR_SYSTEM;
 
         const int64_t rest = deadline - now();
-        if (ulTimeout == 0 || rest <= 0)
+        if (rest <= 0)
             return LMSG_ERR_TIMEOUT;
         const int64_t wait = rest < kLookNs ? rest : kLookNs;
         const timespec time{static_cast<time_t>(wait / kNsPerSecond), static_cast<long>(wait % kNsPerSecond)};

@@ -91,6 +91,16 @@ int close(int fd)
     return static_cast<int>(syscall(SYS_close, fd));
 }
 
+// A time whose microseconds have leading zeros.
+int clock_gettime(clockid_t clock, struct timespec* time) noexcept
+{
+    if (clock == CLOCK_REALTIME && t_counts != nullptr) {
+        *time = {.tv_sec = 1234567890, .tv_nsec = 42999};
+        return 0;
+    }
+    return static_cast<int>(syscall(SYS_clock_gettime, clock, time));
+}
+
 void* mmap(void* address, size_t length, int protection, int flags, int fd, off_t offset) noexcept
 {
     count(&Counts::mmap);
@@ -173,6 +183,15 @@ TEST(CostTest, ALineCostsFourSystemCalls)
         EXPECT_EQ(counts.write, operation.lines) << operation.name;
         EXPECT_EQ(counts.close, operation.lines) << operation.name;
         EXPECT_EQ(counts.mmap, 0) << operation.name;
+    }
+}
+
+TEST(CostTest, TheTimeIsTruncatedToMicroseconds)
+{
+    vx63test::removeLog();
+    costOf(kOperations[0]);
+    for (const std::string& line : vx63test::logLines()) {
+        EXPECT_EQ(line.substr(0, line.find('(')), "1234567890.000042 : unit_cost : libvx63.cpp");
     }
 }
 

@@ -41,6 +41,11 @@ std::string list(std::span<const std::string_view> names)
 
 } // namespace
 
+void failTomlAssertion()
+{
+    throw TomlAssertion();
+}
+
 std::optional<double> numberOf(const toml::node& node)
 {
     // node.value<double>() has none for an integer that a double cannot hold exactly.

@@ -1,8 +1,7 @@
 // One table of a scene file, read key by key with checks.
 #pragma once
 
-#define TOML_ENABLE_FORMATTERS 0
-#include <toml++/toml.h>
+#include "scene/toml.h"
 
 #include <cstdint>
 #include <optional>

@@ -217,17 +217,48 @@ void readFaults(const Fields& top, const std::string& file, Scene& scene)
     }
 }
 
+// The line at which the parser gives up with an assertion, from 1: that of the shortest beginning of the
+// text, in whole lines, with which it does.
+size_t assertionLine(std::string_view text)
+{
+    std::vector<size_t> ends;
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\n')
+            ends.push_back(i + 1);
+    }
+    const auto parses = [text](size_t end) {
+        try {
+            static_cast<void>(toml::parse(text.substr(0, end)));
+        } catch (const toml::parse_error&) {
+            // Cut short; the assertion comes later.
+        } catch (const TomlAssertion&) {
+            return false;
+        }
+        return true;
+    };
+    return static_cast<size_t>(std::ranges::partition_point(ends, parses) - ends.begin()) + 1;
+}
+
+toml::table parseToml(std::string_view text, const std::string& name)
+{
+    const auto refuse = [&name](size_t line, const std::string& reason) {
+        throw std::runtime_error(name + ":" + std::to_string(line) + ": syntax: " + reason);
+    };
+    try {
+        return toml::parse(text, name);
+    } catch (const toml::parse_error& error) {
+        refuse(error.source().begin.line, std::string(error.description()));
+    } catch (const TomlAssertion&) {
+        refuse(assertionLine(text), "no key, value or table header");
+    }
+    return {};
+}
+
 } // namespace
 
 Scene parseScene(std::string_view text, const std::string& name)
 {
-    toml::table table;
-    try {
-        table = toml::parse(text, name);
-    } catch (const toml::parse_error& error) {
-        throw std::runtime_error(name + ":" + std::to_string(error.source().begin.line) +
-                                 ": syntax: " + std::string(error.description()));
-    }
+    const toml::table table = parseToml(text, name);
     const Fields fields(table, name, "", kFileKeys);
     Scene scene;
     scene.seed = static_cast<uint64_t>(fields.integer("seed", 0, INT64_MAX, 1));

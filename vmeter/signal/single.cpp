@@ -58,6 +58,7 @@ void startSingle(Meter& meter, const vx63::wire::StartRequest& start)
     meter.state.single.start = start;
     meter.state.single.ulSearchMs = meter.state.ulSimMs;
     meter.state.single.ucRunning = 1;
+    followLock(meter, observe(meter, start));
 }
 
 void stopSingle(Meter& meter)
@@ -71,12 +72,9 @@ void followLock(Meter& meter, const Observation& now)
     const uint64_t ulNowMs = meter.state.ulSimMs;
     const Signal* signal = now.reception.wanted;
     const auto ulWanted = static_cast<uint32_t>(signal ? signal - meter.scene.signals.data() + 1 : 0);
-    if (ulWanted != single.ulWanted) {
-        // Another signal, after a change of the input or of the supply: the search begins again. The
-        // first one after a start is searched for since then.
-        if (single.ulWanted != 0)
-            single.ulSearchMs = ulNowMs;
+    if (ulWanted != single.ulWanted) { // tuned anew, or the input or the supply has changed
         single.ulWanted = ulWanted;
+        single.ulSearchMs = ulNowMs;
         single.ucLocked = 0;
     }
     const double hold = single.ucLocked ? kHoldDb : 0.0;

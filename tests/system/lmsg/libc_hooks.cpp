@@ -23,6 +23,7 @@ void hooks::reset()
     s_openError = 0;
     s_waits = 0;
     s_onWait = nullptr;
+    s_afterDup3 = nullptr;
     s_frozen = false;
     s_passedNs = 0;
     s_realtimeSteps = false;
@@ -48,19 +49,31 @@ int ppoll(pollfd* queues, nfds_t count, const timespec* time, const sigset_t* ma
 {
     hooks::s_waits++;
     const int64_t given = time != nullptr ? time->tv_sec * kNsPerSecond + time->tv_nsec : INT64_MAX;
-    switch (hooks::s_onWait ? hooks::s_onWait(given) : hooks::Wait::Real) {
+    const hooks::Wait wait = hooks::s_onWait ? hooks::s_onWait(given) : hooks::Wait::Real;
+    switch (wait) {
     case hooks::Wait::Over:
         return 0;
     case hooks::Wait::Interrupt:
         errno = EINTR;
         return -1;
     case hooks::Wait::Real:
+    case hooks::Wait::Event:
         break;
     }
     constexpr size_t kMaskSize = 8;
-    timespec rest = time != nullptr ? *time : timespec{}; // the kernel writes into it
-    return static_cast<int>(
-        syscall(SYS_ppoll, queues, count, time != nullptr ? &rest : nullptr, mask, kMaskSize));
+    const bool timed = time != nullptr && wait == hooks::Wait::Real;
+    timespec rest = timed ? *time : timespec{}; // the kernel writes into it
+    return static_cast<int>(syscall(SYS_ppoll, queues, count, timed ? &rest : nullptr, mask, kMaskSize));
+}
+
+int dup3(int from, int to, int flags)
+{
+    const int result = static_cast<int>(syscall(SYS_dup3, from, to, flags));
+    const int error = errno;
+    if (hooks::s_afterDup3)
+        hooks::s_afterDup3();
+    errno = error;
+    return result;
 }
 
 int clock_gettime(clockid_t clock, timespec* time)

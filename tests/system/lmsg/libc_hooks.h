@@ -16,12 +16,16 @@ inline std::atomic<int> s_waits{0};
 
 enum class Wait {
     Real,      // ppoll() as it is
+    Event,     // ppoll() without a time: only an event ends it
     Over,      // returns 0 at once: what passed is up to the hook
     Interrupt, // fails at once with EINTR
 };
 
 // Decides about each ppoll(); gets the time that it was given. Set it before there are threads.
 inline std::function<Wait(int64_t givenNs)> s_onWait;
+
+// What happens right after a dup3().
+inline std::function<void()> s_afterDup3;
 
 // Whether CLOCK_MONOTONIC stands still but for s_passedNs.
 inline std::atomic<bool> s_frozen{false};

@@ -1,0 +1,536 @@
+// Scene files: what is read, what is refused and how that is said.
+#include "scene/scene.h"
+#include "vmeter_fault_stub.h"
+
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <stdexcept>
+
+namespace vmeter {
+namespace {
+
+std::string readFile(const std::string& path)
+{
+    std::ifstream file(path);
+    EXPECT_TRUE(file) << path;
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+std::string refusal(const std::string& text)
+{
+    try {
+        parseScene(text, "x.toml");
+    } catch (const std::runtime_error& error) {
+        return error.what();
+    }
+    return "accepted";
+}
+
+// A signal in order, and the same with one line put in place of a key's or added.
+std::string signalWith(const std::string& key, const std::string& line)
+{
+    const std::pair<const char*, const char*> lines[] = {{"input", "input = 0"},
+                                                         {"frequency_khz", "frequency_khz = 473143"},
+                                                         {"system", "system = \"terrestrial\""},
+                                                         {"carriers", "carriers = \"64QAM\""},
+                                                         {"level_dbuv", "level_dbuv = 60"},
+                                                         {"cn_db", "cn_db = 30"}};
+    std::string text = "[[signal]]\n";
+    bool replaced = false;
+    for (const auto& [name, usual] : lines) {
+        replaced = replaced || key == name;
+        text += (key == name ? line : usual) + std::string("\n");
+    }
+    return replaced ? text : text + line + "\n";
+}
+
+class SceneFile : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        path_ =
+            std::filesystem::path(testing::TempDir()) /
+            ("scene-" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()) + ".toml");
+    }
+    void TearDown() override { std::filesystem::remove_all(path_); }
+
+    void write(const std::string& text) const { std::ofstream(path_, std::ios::binary) << text; }
+    std::string refusal() const
+    {
+        try {
+            loadScene(path_);
+        } catch (const std::runtime_error& error) {
+            return error.what();
+        }
+        return "accepted";
+    }
+
+    std::filesystem::path path_;
+};
+
+TEST(Scene, EmptyIsAMeterWithNothingConnected)
+{
+    const Scene scene = parseScene("", "x.toml");
+    EXPECT_EQ(scene.seed, 1u);
+    EXPECT_EQ(scene.clockMs, 100u);
+    EXPECT_EQ(scene.noiseFigureDb, 8.0);
+    EXPECT_EQ(scene.levelSigmaDb, 0.1);
+    EXPECT_EQ(scene.cnSigmaDb, 0.2);
+    EXPECT_TRUE(scene.signals.empty());
+    EXPECT_TRUE(scene.faults.empty());
+    EXPECT_EQ(cableLossDb(scene.inputs[0].cable, 1000), 0.0);
+    EXPECT_EQ(scene.inputs[1].lnb.ulCurrentMa, 0u);
+    EXPECT_TRUE(parseScene("signal = []\ninput = []\nfault = []", "x.toml").signals.empty());
+}
+
+TEST(Scene, ReadsEveryKey)
+{
+    const Scene scene = parseScene(R"(
+seed = 9223372036854775807
+clock_ms = 60000
+noise_figure_db = 7.5
+level_sigma_db = 0
+cn_sigma_db = 1
+
+[[input]]
+id = 1
+[input.cable]
+length_m = 200
+loss_db_100m = [[400, 12.8], [1600, 27.2]]
+loss_db = 3
+[input.lnb]
+current_ma = 210
+short_circuit = true
+cross_polar_db = 18.5
+
+[[signal]]
+input = 1
+frequency_khz = 11727480
+lo_khz = 10678000
+system = "satellite"
+modulation = "8PSK"
+symbol_rate_ksps = 28000
+level_dbuv = 74.5
+cn_db = -1
+tsid = 0x4010
+layers = 7
+supply = "11V"
+tone = "on"
+lock_ms = 0
+
+[[signal]]
+input = 0
+frequency_khz = 473143
+system = "terrestrial"
+carriers = "16QAM"
+bandwidth_khz = 429
+guard_interval = "1/4"
+level_dbuv = 50
+cn_db = 20
+)",
+                                   "x.toml");
+    EXPECT_EQ(scene.seed, 9223372036854775807u);
+    EXPECT_EQ(scene.clockMs, 60000u);
+    EXPECT_EQ(scene.noiseFigureDb, 7.5);
+    EXPECT_EQ(scene.levelSigmaDb, 0.0);
+    EXPECT_EQ(scene.cnSigmaDb, 1.0);
+    EXPECT_NEAR(cableLossDb(scene.inputs[1].cable, 900), 2 * (0.6 * 30 + 0.002 * 900) + 3, 1e-9);
+    EXPECT_EQ(cableLossDb(scene.inputs[0].cable, 900), 0.0);
+    EXPECT_EQ(scene.inputs[1].lnb.ulCurrentMa, 210u);
+    EXPECT_TRUE(scene.inputs[1].lnb.shortCircuit);
+    EXPECT_EQ(scene.inputs[1].lnb.crossPolarDb, 18.5);
+
+    ASSERT_EQ(scene.signals.size(), 2u);
+    const Signal& first = scene.signals[0];
+    EXPECT_EQ(first.ucInput, 1);
+    EXPECT_EQ(first.ulFrequencyKhz, 11727480u);
+    EXPECT_EQ(first.ulLoKhz, 10678000u);
+    EXPECT_EQ(first.ifKhz(), 1049480u);
+    EXPECT_EQ(first.system, System::satellite);
+    EXPECT_EQ(first.modulation, Modulation::psk8);
+    EXPECT_EQ(first.carriers, Modulation::none);
+    EXPECT_EQ(first.bandwidthKhz, 28000.0);
+    EXPECT_EQ(first.levelDbuv, 74.5);
+    EXPECT_EQ(first.cnDb, -1.0);
+    EXPECT_EQ(first.usTsid, 0x4010);
+    EXPECT_EQ(first.ucGuardInterval, 0);
+    EXPECT_EQ(first.ucLayers, 7);
+    EXPECT_EQ(first.supply, SupplyNeed::volt11);
+    EXPECT_EQ(first.tone, ToneNeed::on);
+    EXPECT_EQ(first.ulLockMs, 0u);
+
+    const Signal& second = scene.signals[1];
+    EXPECT_EQ(second.ucInput, 0);
+    EXPECT_EQ(second.ulLoKhz, 0u);
+    EXPECT_EQ(second.modulation, Modulation::ofdm);
+    EXPECT_EQ(second.carriers, Modulation::qam16);
+    EXPECT_EQ(second.bandwidthKhz, 429.0);
+    EXPECT_EQ(second.ucGuardInterval, 3);
+    EXPECT_EQ(second.supply, SupplyNeed::none);
+    EXPECT_EQ(second.tone, ToneNeed::any);
+    EXPECT_EQ(second.ulLockMs, 450u);
+}
+
+TEST(Scene, SystemsBringTheirBandwidth)
+{
+    const std::pair<const char*, double> cases[] = {
+        {"system = \"terrestrial\"\ncarriers = \"QPSK\"", 5570},
+        {"system = \"satellite\"\nmodulation = \"BPSK\"", 28860},
+        {"system = \"satellite-2\"\nmodulation = \"32APSK\"", 33756.1},
+        {"system = \"catv\"\nmodulation = \"64QAM\"", 5274},
+        {"system = \"jsat\"", 21096},
+        {"system = \"jsat-2\"\nmodulation = \"QPSK\"", 23303.5},
+        {"system = \"skyp\"", 5274},
+        {"system = \"catv-2\"\nmodulation = \"256QAM\"", 5274},
+        {"system = \"level\"", 200}};
+    for (const auto& [system, bandwidth] : cases) {
+        const Scene scene =
+            parseScene("[[signal]]\ninput = 0\nfrequency_khz = 473143\nlevel_dbuv = 1\ncn_db = 1\n" +
+                           std::string(system),
+                       "x.toml");
+        EXPECT_EQ(scene.signals[0].bandwidthKhz, bandwidth) << system;
+    }
+}
+
+TEST(Scene, RefusesWithFileLineKeyAndReason)
+{
+    const std::string pairs =
+        "x.toml:2: input.cable.loss_db_100m: must be one or two pairs [MHz, dB], the frequency "
+        "1 to 5000 and rising, the loss 0 to 1000";
+    const auto cable = [](const std::string& points) {
+        return "[[input]]\ncable = { loss_db_100m = " + points + " }\nid = 0";
+    };
+    const std::pair<std::string, std::string> cases[] = {
+        {"sead = 1",
+         "x.toml:1: sead: unknown key; known here: seed, clock_ms, noise_figure_db, level_sigma_db, "
+         "cn_sigma_db, input, signal, fault"},
+        {"seed = -1", "x.toml:1: seed: must be 0 to 9223372036854775807, is -1"},
+        {"seed = 1.5", "x.toml:1: seed: must be an integer, not floating-point"},
+        {"seed = \"1\"", "x.toml:1: seed: must be an integer, not string"},
+        {"seed = 2026-01-01", "x.toml:1: seed: must be an integer, not date"},
+        {"\n\nclock_ms = 0", "x.toml:3: clock_ms: must be 1 to 60000, is 0"},
+        {"clock_ms = 60001", "x.toml:1: clock_ms: must be 1 to 60000, is 60001"},
+        {"noise_figure_db = nan", "x.toml:1: noise_figure_db: must be 0 to 60, is nan"},
+        {"noise_figure_db = -0.1", "x.toml:1: noise_figure_db: must be 0 to 60, is -0.1"},
+        {"noise_figure_db = true", "x.toml:1: noise_figure_db: must be a number, not boolean"},
+        {"noise_figure_db = 9223372036854775807",
+         "x.toml:1: noise_figure_db: must be 0 to 60, is 9.22337e+18"},
+        {"level_sigma_db = inf", "x.toml:1: level_sigma_db: must be 0 to 10, is inf"},
+        {"cn_sigma_db = 11", "x.toml:1: cn_sigma_db: must be 0 to 10, is 11"},
+        {"seed = 1\nseed = 2",
+         "x.toml:2: syntax: Error while parsing key-value pair: cannot redefine existing "
+         "integer 'seed'"},
+        {"input = 3", "x.toml:1: input: must be tables, each headed [[input]]"},
+        {"[input]\nid = 0", "x.toml:1: input: must be tables, each headed [[input]]"},
+        {"signal = [1]", "x.toml:1: signal: must be tables, each headed [[signal]]"},
+        {"[[input]]\nid = 2", "x.toml:2: input.id: must be 0 to 1, is 2"},
+        {"\n[[input]]\n", "x.toml:2: input.id: is missing"},
+        {"[[input]]\nid = 0\n[[input]]\nid = 0", "x.toml:4: input.id: input 0 is given twice"},
+        {"[[input]]\nid = 0\ncable = 20", "x.toml:3: input.cable: must be a table, not integer"},
+        {"[[input]]\nid = 0\nfoo = 20", "x.toml:3: input.foo: unknown key; known here: id, cable, lnb"},
+        {"[[input]]\nid = 0\n[input.cable]\nlength = 20",
+         "x.toml:4: input.cable.length: unknown key; known here: length_m, loss_db_100m, loss_db"},
+        {"[[input]]\nid = 0\n[input.cable]\nlength_m = -1",
+         "x.toml:4: input.cable.length_m: must be 0 to 10000, is -1"},
+        {"[[input]]\nid = 0\n[input.cable]\nlength_m = 20",
+         "x.toml:4: input.cable.length_m: needs loss_db_100m beside it"},
+        {"[[input]]\nid = 0\n[input.cable]\nloss_db = 201",
+         "x.toml:4: input.cable.loss_db: must be 0 to 200, is 201"},
+        {cable("3"), pairs},
+        {cable("[]"), pairs},
+        {cable("[1, 2]"), pairs},
+        {cable("[[1, 2, 3]]"), pairs},
+        {cable("[[1, \"2\"]]"), pairs},
+        {cable("[[0, 2]]"), pairs},
+        {cable("[[5001, 2]]"), pairs},
+        {cable("[[100, -1]]"), pairs},
+        {cable("[[100, nan]]"), pairs},
+        {cable("[[100, 1], [100, 1]]"), pairs},
+        {cable("[[200, 1], [100, 1]]"), pairs},
+        {cable("[[100, 1], [200, 2], [300, 3]]"), pairs},
+        {cable("[[100, 10], [400, 19]]"), // less than twice the loss at four times the frequency
+         "x.toml:2: input.cable.loss_db_100m: the loss must rise at least with the square root of the "
+         "frequency and "
+         "at most with the frequency: no cable does otherwise"},
+        {cable("[[100, 10], [400, 41]]"), "x.toml:2: input.cable.loss_db_100m: the loss must rise at least "
+                                          "with the square root of the frequency and "
+                                          "at most with the frequency: no cable does otherwise"},
+        {"[[input]]\nid = 0\n[input.lnb]\ncurrent_ma = 5001",
+         "x.toml:4: input.lnb.current_ma: must be 0 to 5000, is 5001"},
+        {"[[input]]\nid = 0\n[input.lnb]\nshort_circuit = 1",
+         "x.toml:4: input.lnb.short_circuit: must be true or false, not integer"},
+        {"[[input]]\nid = 0\n[input.lnb]\ncross_polar_db = 61",
+         "x.toml:4: input.lnb.cross_polar_db: must be 0 to 60, is 61"},
+        {"[[input]]\nid = 0\n[input.lnb]\nvolt = 11",
+         "x.toml:4: input.lnb.volt: unknown key; known here: current_ma, short_circuit, cross_polar_db"},
+        {signalWith("input", ""), "x.toml:1: signal.input: is missing"},
+        {signalWith("input", "input = 2"), "x.toml:2: signal.input: must be 0 to 1, is 2"},
+        {signalWith("frequency_khz", ""), "x.toml:1: signal.frequency_khz: is missing"},
+        {signalWith("frequency_khz", "frequency_khz = 9999"),
+         "x.toml:3: signal.frequency_khz: must be 10000 to 22000000, is 9999"},
+        {signalWith("frequency_khz", "frequency_khz = 3224001"),
+         "x.toml:3: signal.frequency_khz: less lo_khz must be 10000 to 3224000, is 3224001"},
+        {signalWith("lo_khz", "lo_khz = 473143"),
+         "x.toml:3: signal.frequency_khz: less lo_khz must be 10000 to 3224000, is 0"},
+        {signalWith("lo_khz", "lo_khz = 22000000"),
+         "x.toml:3: signal.frequency_khz: less lo_khz must be 10000 to 3224000, is -21526857"},
+        {signalWith("lo_khz", "lo_khz = -1"), "x.toml:8: signal.lo_khz: must be 0 to 22000000, is -1"},
+        {signalWith("system", ""), "x.toml:1: signal.system: is missing"},
+        {signalWith("system", "system = 0"), "x.toml:4: signal.system: must be a string, not integer"},
+        {signalWith("system", "system = \"DVB\""), "x.toml:4: signal.system: must be one of terrestrial, "
+                                                   "satellite, satellite-2, catv, jsat, jsat-2, skyp, "
+                                                   "catv-2, level, not \"DVB\""},
+        {signalWith("system", "system = \"catv\""), "x.toml:1: signal.modulation: is missing"},
+        {signalWith("modulation", "modulation = \"64QAM\""),
+         "x.toml:8: signal.modulation: must be one of OFDM, not \"64QAM\""},
+        {signalWith("modulation", "modulation = \"a\\nb01234567890123456789012345678901234567890\""),
+         "x.toml:8: signal.modulation: must be one of OFDM, not "
+         "\"a?b0123456789012345678901234567890123456...\""},
+        {signalWith("carriers", ""), "x.toml:1: signal.carriers: is missing"},
+        {signalWith("carriers", "carriers = \"8PSK\""),
+         "x.toml:5: signal.carriers: must be one of QPSK, 16QAM, 64QAM, not \"8PSK\""},
+        {signalWith("level_dbuv", ""), "x.toml:1: signal.level_dbuv: is missing"},
+        {signalWith("level_dbuv", "level_dbuv = 130.5"),
+         "x.toml:6: signal.level_dbuv: must be -20 to 130, is 130.5"},
+        {signalWith("cn_db", ""), "x.toml:1: signal.cn_db: is missing"},
+        {signalWith("cn_db", "cn_db = 61"), "x.toml:7: signal.cn_db: must be -20 to 60, is 61"},
+        {signalWith("tsid", "tsid = 65536"), "x.toml:8: signal.tsid: must be 0 to 65535, is 65536"},
+        {signalWith("layers", "layers = 256"), "x.toml:8: signal.layers: must be 0 to 255, is 256"},
+        {signalWith("guard_interval", "guard_interval = \"1/2\""),
+         "x.toml:8: signal.guard_interval: must be one of 1/32, 1/16, 1/8, 1/4, not \"1/2\""},
+        {signalWith("supply", "supply = \"18V\""),
+         "x.toml:8: signal.supply: must be one of none, any, 11V, 15V, not \"18V\""},
+        {signalWith("tone", "tone = \"on\""), "x.toml:8: signal.tone: needs a supply other than none"},
+        {signalWith("tone", "tone = true"), "x.toml:8: signal.tone: must be a string, not boolean"},
+        {signalWith("lock_ms", "lock_ms = 3600001"),
+         "x.toml:8: signal.lock_ms: must be 0 to 3600000, is 3600001"},
+        {signalWith("bandwidth_khz", "bandwidth_khz = 0.5"),
+         "x.toml:8: signal.bandwidth_khz: must be 1 to 100000, is 0.5"},
+        {signalWith("symbol_rate_ksps", "symbol_rate_ksps = 5274"),
+         "x.toml:8: signal.symbol_rate_ksps: has no meaning for modulation OFDM"},
+        {signalWith("system", "system = \"jsat\""),
+         "x.toml:5: signal.carriers: has no meaning for modulation QPSK"},
+        {signalWith("system", "system = \"jsat\"\nguard_interval = \"1/4\"\n#"),
+         "x.toml:7: signal.carriers: has no meaning for modulation QPSK"},
+        {"[[signal]]\nsystem = \"jsat\"\nguard_interval = \"1/4\"",
+         "x.toml:3: signal.guard_interval: has no meaning for modulation QPSK"},
+        {"[[signal]]\nsystem = \"jsat\"\nbandwidth_khz = 5",
+         "x.toml:3: signal.bandwidth_khz: has no meaning for modulation QPSK"},
+        {"[[signal]]\nsystem = \"level\"\ntsid = 5",
+         "x.toml:3: signal.tsid: has no meaning for modulation none"},
+        {"[[signal]]\nsystem = \"level\"\nlayers = 5",
+         "x.toml:3: signal.layers: has no meaning for modulation none"},
+        {"[[signal]]\nsystem = \"level\"\nlock_ms = 5",
+         "x.toml:3: signal.lock_ms: has no meaning for modulation none"},
+        {signalWith("", "") + signalWith("", ""),
+         "x.toml:11: signal.frequency_khz: a signal of the same input, "
+         "frequency, oscillator and supply stands before"},
+        {"[[fault]]\nkind = \"silence\"", "x.toml:1: fault.service: is missing"},
+        {"[[fault]]\nservice = \"meas\"", "x.toml:1: fault.kind: is missing"},
+        {"[[fault]]\nservice = \"meas\"\nkind = \"silence\"\nfirst = 0",
+         "x.toml:4: fault.first: must be 1 to 4294967295, is 0"},
+        {"[[fault]]\nservice = \"meas\"\nkind = \"silence\"\nfirst = 5\nlast = 4",
+         "x.toml:5: fault.last: must be 5 to 4294967295, is 4"},
+        {"[[fault]]\nservice = \"meas\"\nkind = \"silence\"\nprobability = 1.1",
+         "x.toml:4: fault.probability: must be 0 to 1, is 1.1"},
+        {"[[fault]]\nservice = \"meas\"\nkind = \"silence\"\nvalue = -1",
+         "x.toml:4: fault.value: must be 0 to 4294967295, is -1"},
+        {"[[fault]]\nservice = \"meas\"\nkind = \"silence\"\ncommand = 32768",
+         "x.toml:4: fault.command: must be 0 to 32767, is 32768"},
+        {"[[fault]]\nservice = \"meas\"\nkind = \"silence\"\ncommand = true",
+         "x.toml:4: fault.command: must be a string, not boolean"},
+        {"[[fault]]\nservice = \"meas\"\nkind = \"silence\"\nwhen = 1",
+         "x.toml:4: fault.when: unknown key; known here: service, command, first, last, kind, probability, "
+         "value"},
+        {"\n[[fault]]\nservice = \"meas\"\nkind = \"impossible\"", "x.toml:2: fault: no such fault"},
+    };
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(refusal(text), expected) << text;
+}
+
+TEST(Scene, SignalsMayShareAFrequencyWhenTheSupplyTellsThemApart)
+{
+    const std::string text = signalWith("supply", "supply = \"11V\"") +
+                             signalWith("supply", "supply = \"15V\"") + signalWith("input", "input = 1");
+    EXPECT_EQ(parseScene(text, "x.toml").signals.size(), 3u);
+}
+
+TEST(Scene, GivesFaultsOn)
+{
+    g_faultCalls.clear();
+    const Scene scene = parseScene(R"(
+[[fault]]
+service = "meas"
+command = "single-result"
+first = 2
+last = 5
+kind = "late"
+probability = 0.5
+value = 300
+[[fault]]
+service = "dev"
+command = 0x22
+kind = "silence"
+)",
+                                   "x.toml");
+    ASSERT_EQ(scene.faults.size(), 2u);
+    EXPECT_EQ(scene.faults[0].first, 2u);
+    ASSERT_EQ(g_faultCalls.size(), 2u);
+    EXPECT_EQ(g_faultCalls[0].service, "meas");
+    EXPECT_EQ(g_faultCalls[0].command, "single-result");
+    EXPECT_EQ(g_faultCalls[0].first, 2u);
+    EXPECT_EQ(g_faultCalls[0].last, 5u);
+    EXPECT_EQ(g_faultCalls[0].probability, 0.5);
+    EXPECT_EQ(g_faultCalls[0].kind, "late");
+    EXPECT_EQ(g_faultCalls[0].value, 300u);
+    EXPECT_EQ(g_faultCalls[1].service, "dev");
+    EXPECT_EQ(g_faultCalls[1].command, "34");
+    EXPECT_EQ(g_faultCalls[1].first, 1u);
+    EXPECT_EQ(g_faultCalls[1].last, UINT32_MAX);
+    EXPECT_EQ(g_faultCalls[1].probability, 1.0);
+    EXPECT_EQ(g_faultCalls[1].value, std::nullopt);
+}
+
+TEST(Scene, SyntaxErrorsTellFileAndLine)
+{
+    EXPECT_EQ(refusal("seed = 1\nclock_ms ="),
+              "x.toml:2: syntax: Error while parsing key-value pair: encountered end-of-file");
+    for (const std::string& garbage :
+         {std::string("\x7f\x45LF\x02\x01\x00\x00", 8), std::string("a = \"\xff\xfe\""),
+          std::string(5000, '['), "seed = " + std::string(5000, '['), std::string("\x00\x00", 2)})
+        EXPECT_EQ(refusal(garbage).rfind("x.toml:1: syntax: ", 0), 0u) << refusal(garbage);
+}
+
+TEST(Scene, WhatTripsTheParserIsRefusedLikeAnyOther)
+{
+    EXPECT_EQ(refusal("[="), "x.toml:1: syntax: no key, value or table header");
+    EXPECT_EQ(refusal("seed = 1\n\n[[[\n\nclock_ms = 3\n"),
+              "x.toml:3: syntax: no key, value or table header");
+}
+
+// Any damage to a scene gives a scene or a refusal.
+RC_GTEST_PROP(Scene, SurvivesDamage, ())
+{
+    std::string text(defaultSceneText().substr(0, 2000));
+    const auto count = *rc::gen::inRange(1, 5);
+    for (int i = 0; i < count; ++i) {
+        const auto at = *rc::gen::inRange<size_t>(0, text.size());
+        const auto length = *rc::gen::inRange<size_t>(0, 20);
+        const std::string with = *rc::gen::oneOf(
+            rc::gen::container<std::string>(rc::gen::arbitrary<char>()),
+            rc::gen::container<std::string>(rc::gen::elementOf(std::string("[]{}=.,\"'\n#-+_09ae:"))));
+        text.replace(at, length, with);
+    }
+    try {
+        parseScene(text, "x.toml");
+    } catch (const std::runtime_error& error) {
+        RC_ASSERT(std::string(error.what()).rfind("x.toml:", 0) == 0u);
+    }
+}
+
+TEST_F(SceneFile, IsLoaded)
+{
+    write("seed = 42\n" + signalWith("", ""));
+    const Scene scene = loadScene(path_);
+    EXPECT_EQ(scene.seed, 42u);
+    EXPECT_EQ(scene.signals.size(), 1u);
+}
+
+TEST_F(SceneFile, NamesItselfWhenRefused)
+{
+    write("seed = 42\nclock_ms = 0\n");
+    EXPECT_EQ(refusal(), path_.string() + ":2: clock_ms: must be 1 to 60000, is 0");
+}
+
+TEST_F(SceneFile, Missing)
+{
+    EXPECT_EQ(refusal(), path_.string() + ": cannot be opened: No such file or directory");
+}
+
+TEST_F(SceneFile, Directory)
+{
+    std::filesystem::create_directory(path_);
+    EXPECT_EQ(refusal(), path_.string() + ": is a directory, not a scene file");
+}
+
+TEST_F(SceneFile, Huge)
+{
+    write(std::string(1048576, '\n'));
+    EXPECT_EQ(refusal(), "accepted");
+    write(std::string(1048577, '\n'));
+    EXPECT_EQ(refusal(), path_.string() + ": is larger than 1 MiB: no scene file");
+}
+
+TEST(SceneDefault, IsARoofAntennaAndACableOutlet)
+{
+    const Scene scene = defaultScene();
+    const auto count = [&](uint8_t ucInput, System system) {
+        return std::ranges::count_if(scene.signals, [&](const Signal& signal) {
+            return signal.ucInput == ucInput && signal.system == system;
+        });
+    };
+    EXPECT_EQ(count(0, System::terrestrial), 10);
+    EXPECT_EQ(count(0, System::satellite), 19);
+    EXPECT_EQ(count(0, System::satellite2), 3);
+    EXPECT_EQ(count(0, System::level), 4);
+    EXPECT_EQ(count(1, System::terrestrial), 3);
+    EXPECT_EQ(count(1, System::catv), 7);
+    EXPECT_EQ(count(1, System::level), 4);
+    EXPECT_GT(scene.inputs[0].cable.lengthM, 0.0);
+    EXPECT_GT(scene.inputs[0].lnb.ulCurrentMa, 0u);
+    EXPECT_TRUE(scene.faults.empty());
+}
+
+TEST(SceneDefault, IsTheFileOfThatName)
+{
+    EXPECT_EQ(defaultSceneText(), readFile(VX63_SOURCE_DIR "/vmeter/scene/default.toml"));
+}
+
+// The rows "| `key` |" of each table of docs/scene.md, as "signal.key".
+std::set<std::string> documentedKeys()
+{
+    const std::pair<std::string, std::string> sections[] = {{"## File", ""},
+                                                            {"## `[[input]]`", "input."},
+                                                            {"## `cable` of an input", "input.cable."},
+                                                            {"## `lnb` of an input", "input.lnb."},
+                                                            {"## `[[signal]]`", "signal."},
+                                                            {"## `[[fault]]`", "fault."}};
+    std::set<std::string> keys;
+    std::istringstream text(readFile(VX63_SOURCE_DIR "/docs/scene.md"));
+    std::string prefix;
+    for (std::string line; std::getline(text, line);) {
+        for (const auto& [title, name] : sections)
+            prefix = line == title ? name : prefix;
+        if (line.rfind("| `", 0) == 0 && line.rfind("| `system` | Code", 0) != 0)
+            keys.insert(prefix + line.substr(3, line.find('`', 3) - 3));
+    }
+    return keys;
+}
+
+TEST(SceneDocument, TellsEveryKeyAndNoOther)
+{
+    const std::vector<std::string> known = sceneKeys();
+    EXPECT_EQ(known.size(), 40u);
+    EXPECT_EQ(documentedKeys(), std::set<std::string>(known.begin(), known.end()));
+}
+
+TEST(SceneDocument, ItsExampleLoads)
+{
+    const std::string text = readFile(VX63_SOURCE_DIR "/docs/scene.md");
+    const size_t begin = text.find("```toml\n") + 8;
+    const Scene scene = parseScene(text.substr(begin, text.find("```", begin) - begin), "docs/scene.md");
+    EXPECT_EQ(scene.seed, 7u);
+    EXPECT_EQ(scene.signals.size(), 2u);
+    EXPECT_EQ(scene.faults.size(), 1u);
+}
+
+} // namespace
+} // namespace vmeter
