@@ -97,7 +97,8 @@ SingleMeasResult readLocked(Measurement& measurement, const Options& options, Pr
         if (result.lock != 0 || now >= deadline)
             return result;
         progress.show(format("Waiting for lock: %.1f s, %s dBuV",
-                             std::chrono::duration<double>(now - start).count(), tenths(result.LEVEL).c_str()));
+                             std::chrono::duration<double>(now - start).count(),
+                             tenths(result.LEVEL).c_str()));
         waitFor(std::min(kPollTime, std::chrono::ceil<milliseconds>(deadline - now)));
         if (interruption() != 0)
             return result;
@@ -233,9 +234,9 @@ void addMeasure(CLI::App& app, Command& command)
         ->add_option_function<std::string>(
             "--interval",
             [options](const std::string& text) {
-                options->intervalMs = secondsIn("--interval", text, 0.1, 3600);
+                options->intervalMs = secondsIn("--interval", text, 0, 3600);
             },
-            "Seconds from one reading to the next [1]")
+            "Seconds from one reading to the next; 0: as fast as the meter answers [1]")
         ->type_name("S")
         ->needs(count);
     single->add_flag("--json", options->json, "Print a JSON object a reading");

@@ -79,8 +79,12 @@ std::string aligned(const Rows& rows)
     for (const auto& [label, value] : rows)
         width = std::max(width, label.size());
     std::string result;
-    for (const auto& [label, value] : rows)
-        result += label + std::string(width + 2 - label.size(), ' ') + value + "\n";
+    for (const auto& [label, value] : rows) {
+        result += label;
+        result.append(width + 2 - label.size(), ' ');
+        result += value;
+        result += '\n';
+    }
     return result;
 }
 

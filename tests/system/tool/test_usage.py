@@ -53,7 +53,7 @@ def options_of(*words):
     (["measure", "single", "--freq", "1", "--lock-timeout", "nan"], "--lock-timeout: 'nan' is not a number of seconds"),
     (["measure", "single", "--freq", "1", "--count", "0"], "--count: '0' is not"),
     (["measure", "single", "--freq", "1", "--interval", "1"], "--interval requires --count"),
-    (["measure", "single", "--freq", "1", "--count", "2", "--interval", "0"], "--interval: '0' is not"),
+    (["measure", "single", "--freq", "1", "--count", "2", "--interval", "-1"], "--interval: '-1' is not"),
     (["input"], "INPUT is required"),
     (["input", "2"], "INPUT: '2' is not a whole number from 0 to 1"),
     (["input", "0", "1"], "1"),
