@@ -1,5 +1,6 @@
 # The tool's own pieces: they talk to nobody.
 add_executable(unit_tool
+    tool_interrupt_test.cpp
     tool_log_line_test.cpp
     tool_log_reader_test.cpp
     tool_reading_test.cpp

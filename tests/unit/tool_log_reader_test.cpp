@@ -82,6 +82,16 @@ TEST_F(LogReaderTest, StartsAgainWhenTheFileIsEmptiedAndHasGrownAsLongAgain)
     EXPECT_EQ(readAll(reader), (Lines{"1700000000.000002 new", "more"}));
 }
 
+TEST_F(LogReaderTest, StartsAgainWhenTheFileIsShorterAlthoughItBeginsAsBefore)
+{
+    const std::string first(64, 'x');
+    append(first + "\none\ntwo\n");
+    LogReader reader(m_path);
+    EXPECT_EQ(readAll(reader).size(), 3u);
+    restart(first + "\nnew\n");
+    EXPECT_EQ(readAll(reader), (Lines{first, "new"}));
+}
+
 TEST_F(LogReaderTest, ReadsTheOldFileToItsEndBeforeTheNewOne)
 {
     append("one\n");

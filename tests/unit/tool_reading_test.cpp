@@ -171,8 +171,10 @@ TEST(Text, PrintableKeepsWhatIsPrintable)
     EXPECT_EQ(printable("a\tb \xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"),
               "a\tb \xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80");
     EXPECT_EQ(printable(std::string_view("\0\n\x7F", 3)), "\\x00\\x0A\\x7F");
-    EXPECT_EQ(printable("\xC2\x85"), "\\xC2\\x85");                   // a control character of two bytes
-    EXPECT_EQ(printable("\xC0\xAF"), "\\xC0\\xAF");                   // not the shortest form
+    EXPECT_EQ(printable("\xC2\x85"), "\\xC2\\x85"); // a control character of two bytes
+    EXPECT_EQ(printable("\xC0\xAF"), "\\xC0\\xAF"); // not the shortest form
+    EXPECT_EQ(printable("\xE0\x80\xAF"), "\\xE0\\x80\\xAF");
+    EXPECT_EQ(printable("\xF0\x80\x80\xAF"), "\\xF0\\x80\\x80\\xAF");
     EXPECT_EQ(printable("\xE2\x82"), "\\xE2\\x82");                   // cut short
     EXPECT_EQ(printable("\xED\xA0\x80"), "\\xED\\xA0\\x80");          // a surrogate
     EXPECT_EQ(printable("\xF4\x90\x80\x80"), "\\xF4\\x90\\x80\\x80"); // beyond the last character

@@ -17,7 +17,7 @@ MEASURING = """
 
 
 def test_two_at_once_with_one_id(meter):
-    result = meter.shell(MEASURING + "$VX63 status; echo $?; $VX63 status --id 16 > /dev/null; echo $?; kill $!")
+    result = meter.shell(MEASURING + "$VX63 status; echo $?; $VX63 status --id 16 > /dev/null; echo $?; kill $!; wait $!")
     assert result.stdout == "75\n0\n"
     assert result.stderr == ("vx63: cannot use process id 17: another vx63 is using it: "
                              "wait until it ends, or choose another id with --id\n")
@@ -32,7 +32,7 @@ def test_one_id_in_two_meters(meter, isolation):
     if isolation:
         pytest.skip("one meter at a time without namespaces")
     command = meter.command(VX63, "status")
-    result = meter.shell(MEASURING + " ".join(f"'{word}'" for word in command) + " > /dev/null; echo $?; kill $!")
+    result = meter.shell(MEASURING + " ".join(f"'{word}'" for word in command) + " > /dev/null; echo $?; kill $!; wait $!")
     assert result.stdout == "0\n"
 
 

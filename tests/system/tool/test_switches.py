@@ -61,6 +61,7 @@ def test_status_while_another_measures(meter):
         read -r row <&3
         $VX63 status --json
         kill $!
+        wait $!
     """
     status = json.loads(meter.shell(script).stdout)
     assert (status["measuring"], status["locked"]) == (True, True)
