@@ -44,7 +44,8 @@ template <class T> T bodyAs(std::span<const uint8_t> request)
 {
     static_assert(std::is_trivially_copyable_v<T>);
     T value{};
-    std::memcpy(&value, request.data(), request.size() < sizeof value ? request.size() : sizeof value);
+    if (!request.empty()) // an empty one may be a null pointer
+        std::memcpy(&value, request.data(), request.size() < sizeof value ? request.size() : sizeof value);
     return value;
 }
 

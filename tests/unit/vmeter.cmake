@@ -2,12 +2,11 @@
 find_package(rapidcheck REQUIRED)
 
 add_executable(unit_vmeter_scene
-    vmeter_fault_stub.cpp
     vmeter_measurement_test.cpp
     vmeter_scene_test.cpp
     vmeter_signal_test.cpp
 )
 target_compile_definitions(unit_vmeter_scene PRIVATE VX63_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
 target_link_libraries(unit_vmeter_scene PRIVATE
-    vmeter_scene vx63_warnings GTest::gtest_main rapidcheck rapidcheck_gtest)
+    vmeter_core vx63_warnings GTest::gtest_main rapidcheck rapidcheck_gtest)
 add_test(NAME unit_vmeter_scene COMMAND unit_vmeter_scene --gtest_brief=1)

@@ -1,6 +1,5 @@
 // Scene files: what is read, what is refused and how that is said.
 #include "scene/scene.h"
-#include "vmeter_fault_stub.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -350,7 +349,10 @@ TEST(Scene, RefusesWithFileLineKeyAndReason)
         {"[[fault]]\nservice = \"meas\"\nkind = \"silence\"\nwhen = 1",
          "x.toml:4: fault.when: unknown key; known here: service, command, first, last, kind, probability, "
          "value"},
-        {"\n[[fault]]\nservice = \"meas\"\nkind = \"impossible\"", "x.toml:2: fault: no such fault"},
+        {"\n[[fault]]\nservice = \"meas\"\nkind = \"impossible\"",
+         "x.toml:2: fault: unknown fault 'impossible' (known: silence, late, twice, refuse, ret, wrong, "
+         "stray, cut, "
+         "oversized, garbage, die, random)"},
     };
     for (const auto& [text, expected] : cases)
         EXPECT_EQ(refusal(text), expected) << text;
@@ -365,7 +367,6 @@ TEST(Scene, SignalsMayShareAFrequencyWhenTheSupplyTellsThemApart)
 
 TEST(Scene, GivesFaultsOn)
 {
-    g_faultCalls.clear();
     const Scene scene = parseScene(R"(
 [[fault]]
 service = "meas"
@@ -383,20 +384,19 @@ kind = "silence"
                                    "x.toml");
     ASSERT_EQ(scene.faults.size(), 2u);
     EXPECT_EQ(scene.faults[0].first, 2u);
-    ASSERT_EQ(g_faultCalls.size(), 2u);
-    EXPECT_EQ(g_faultCalls[0].service, "meas");
-    EXPECT_EQ(g_faultCalls[0].command, "single-result");
-    EXPECT_EQ(g_faultCalls[0].first, 2u);
-    EXPECT_EQ(g_faultCalls[0].last, 5u);
-    EXPECT_EQ(g_faultCalls[0].probability, 0.5);
-    EXPECT_EQ(g_faultCalls[0].kind, "late");
-    EXPECT_EQ(g_faultCalls[0].value, 300u);
-    EXPECT_EQ(g_faultCalls[1].service, "dev");
-    EXPECT_EQ(g_faultCalls[1].command, "34");
-    EXPECT_EQ(g_faultCalls[1].first, 1u);
-    EXPECT_EQ(g_faultCalls[1].last, UINT32_MAX);
-    EXPECT_EQ(g_faultCalls[1].probability, 1.0);
-    EXPECT_EQ(g_faultCalls[1].value, std::nullopt);
+    EXPECT_EQ(scene.faults[0].ucProcId, 12);
+    EXPECT_EQ(scene.faults[0].usCmd, 0x0104);
+    EXPECT_EQ(scene.faults[0].last, 5u);
+    EXPECT_EQ(scene.faults[0].probability, 0.5);
+    EXPECT_EQ(scene.faults[0].kind, FaultKind::late);
+    EXPECT_EQ(scene.faults[0].value, 300u);
+    EXPECT_EQ(scene.faults[1].ucProcId, 6);
+    EXPECT_EQ(scene.faults[1].usCmd, 0x0022);
+    EXPECT_EQ(scene.faults[1].first, 1u);
+    EXPECT_EQ(scene.faults[1].last, UINT32_MAX);
+    EXPECT_EQ(scene.faults[1].probability, 1.0);
+    EXPECT_EQ(scene.faults[1].kind, FaultKind::silence);
+    EXPECT_EQ(scene.faults[1].value, std::nullopt);
 }
 
 TEST(Scene, SyntaxErrorsTellFileAndLine)

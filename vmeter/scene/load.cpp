@@ -17,8 +17,6 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr size_t kFileSizeMax = 1 << 20;
-
 constexpr std::string_view kFileKeys[] = {"seed",        "clock_ms", "noise_figure_db", "level_sigma_db",
                                           "cn_sigma_db", "input",    "signal",          "fault"};
 constexpr std::string_view kInputKeys[] = {"id", "cable", "lnb"};
@@ -37,43 +35,48 @@ constexpr struct {
 } kTables[] = {{"", kFileKeys},         {"input", kInputKeys},   {"input.cable", kCableKeys},
                {"input.lnb", kLnbKeys}, {"signal", kSignalKeys}, {"fault", kFaultKeys}};
 
+[[noreturn]] void refusePoints(const Fields& fields)
+{
+    fields.fail("loss_db_100m", "must be one or two pairs [MHz, dB], the frequency 1 to 5000 and rising, "
+                                "the loss 0 to 1000");
+}
+
+// The cable of the points in loss_db_100m; without loss when they are not given.
+Cable readLossPoints(const Fields& fields)
+{
+    const toml::node* node = fields.node("loss_db_100m");
+    if (!node)
+        return {};
+    const toml::array* points = node->as_array();
+    if (!points || points->empty() || points->size() > 2)
+        refusePoints(fields);
+    double mhz[2] = {};
+    double loss[2] = {};
+    for (size_t i = 0; i < points->size(); ++i) {
+        const toml::array* pair = points->get(i)->as_array();
+        if (!pair || pair->size() != 2)
+            refusePoints(fields);
+        mhz[i] = numberOf(*pair->get(0)).value_or(NAN);
+        loss[i] = numberOf(*pair->get(1)).value_or(NAN);
+        if (!(mhz[i] >= 1 && mhz[i] <= 5000 && loss[i] >= 0 && loss[i] <= 1000))
+            refusePoints(fields);
+    }
+    if (points->size() == 1)
+        return cableThrough(mhz[0], loss[0], mhz[0], loss[0]);
+    if (mhz[1] <= mhz[0])
+        refusePoints(fields);
+    const Cable cable = cableThrough(mhz[0], loss[0], mhz[1], loss[1]);
+    if (cable.skin < 0 || cable.dielectric < 0) {
+        fields.fail("loss_db_100m", "the loss must rise at least with the square root of the frequency and "
+                                    "at most with the frequency: no cable does otherwise");
+    }
+    return cable;
+}
+
 Cable readCable(const toml::table& table, const std::string& file)
 {
     const Fields fields(table, file, "input.cable", kCableKeys);
-    Cable cable;
-    if (const toml::node* node = fields.node("loss_db_100m")) {
-        const auto bad = [&] {
-            fields.fail("loss_db_100m",
-                        "must be one or two pairs [MHz, dB], the frequency 1 to 5000 and rising, "
-                        "the loss 0 to 1000");
-        };
-        const toml::array* points = node->as_array();
-        if (!points || points->empty() || points->size() > 2)
-            bad();
-        double mhz[2] = {};
-        double loss[2] = {};
-        for (size_t i = 0; i < points->size(); ++i) {
-            const toml::array* pair = (*points)[i].as_array();
-            if (!pair || pair->size() != 2)
-                bad();
-            mhz[i] = numberOf((*pair)[0]).value_or(NAN);
-            loss[i] = numberOf((*pair)[1]).value_or(NAN);
-            if (!(mhz[i] >= 1 && mhz[i] <= 5000 && loss[i] >= 0 && loss[i] <= 1000))
-                bad();
-        }
-        if (points->size() == 1) {
-            cable = cableThrough(mhz[0], loss[0], mhz[0], loss[0]);
-        } else {
-            if (mhz[1] <= mhz[0])
-                bad();
-            cable = cableThrough(mhz[0], loss[0], mhz[1], loss[1]);
-            if (cable.skin < 0 || cable.dielectric < 0) {
-                fields.fail("loss_db_100m",
-                            "the loss must rise at least with the square root of the frequency and "
-                            "at most with the frequency: no cable does otherwise");
-            }
-        }
-    }
+    Cable cable = readLossPoints(fields);
     cable.lengthM = fields.number("length_m", 0, 10000, 0.0);
     if (cable.lengthM > 0 && !fields.has("loss_db_100m"))
         fields.fail("length_m", "needs loss_db_100m beside it");
@@ -258,6 +261,8 @@ toml::table parseToml(std::string_view text, const std::string& name)
 
 Scene parseScene(std::string_view text, const std::string& name)
 {
+    if (text.size() > kSceneSizeMax)
+        throw std::runtime_error(name + ": is larger than 1 MiB: no scene file");
     const toml::table table = parseToml(text, name);
     const Fields fields(table, name, "", kFileKeys);
     Scene scene;
@@ -282,13 +287,11 @@ Scene loadScene(const std::string& path)
     std::ifstream file(path, std::ios::binary);
     if (!file)
         throw std::runtime_error(path + ": cannot be opened: " + std::strerror(errno));
-    std::string text(kFileSizeMax + 1, '\0');
+    std::string text(kSceneSizeMax + 1, '\0');
     file.read(text.data(), static_cast<std::streamsize>(text.size()));
     if (file.bad())
         throw std::runtime_error(path + ": cannot be read: " + std::strerror(errno));
     text.resize(static_cast<size_t>(file.gcount()));
-    if (text.size() > kFileSizeMax)
-        throw std::runtime_error(path + ": is larger than 1 MiB: no scene file");
     return parseScene(text, path);
 }
 

@@ -6,6 +6,7 @@
 #include "signal/cable.h"
 #include "signal/modulation.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -62,11 +63,14 @@ struct Scene {
     std::vector<FaultRule> faults;
 };
 
+// No scene file is larger, in bytes; who reads one need not read on beyond it.
+inline constexpr size_t kSceneSizeMax = 1 << 20;
+
 // Reads a scene file; throws std::runtime_error "FILE:LINE: KEY: reason" when it cannot be used, "FILE:
 // reason" when it cannot be read.
 Scene loadScene(const std::string& path);
 
-// The same for a text at hand; name stands for FILE.
+// The same for a text at hand; name stands for FILE. A text beyond kSceneSizeMax is refused.
 Scene parseScene(std::string_view text, const std::string& name);
 
 // The scene that is built in, and its text.
