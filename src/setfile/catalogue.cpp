@@ -47,7 +47,7 @@ struct Row {
     uint32_t defaultSize;
 };
 
-// The files "measrement" are spelled so on every meter.
+// "measrement" is how the meters spell it.
 constexpr Row kRows[] = {
     {0, "/usr/local/bin/sys_set/system_setting_file_powoff.csv", 7, 7, 1, kPowOff, 7},
     {1, "/usr/local/bin/sys_set/system_setting_file_volume.csv", 5, 5, 1, kVolume, 5},
