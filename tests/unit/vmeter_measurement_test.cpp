@@ -6,6 +6,7 @@
 #include <rapidcheck/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <string>
 
 namespace vmeter {
@@ -159,16 +160,33 @@ TEST(VmeterServices, HaveTheirIdsAndCommands)
     EXPECT_STREQ(kMeasurementService.name, "meas");
     EXPECT_EQ(kDeviceService.ucProcId, 6);
     EXPECT_STREQ(kDeviceService.name, "dev");
-    const std::pair<uint16_t, std::string> commands[] = {{0x15, "power-supply"},    {0x17, "meas-status"},
-                                                         {0x1C, "mix-band-supply"}, {0x100, "set-input"},
-                                                         {0x103, "single-start"},   {0x104, "single-result"}};
-    for (const auto& [code, name] : commands) {
-        const auto found = std::ranges::find(kMeasurementService.commands, code, &Command::usCmd);
-        ASSERT_NE(found, kMeasurementService.commands.end()) << name;
-        EXPECT_EQ(found->name, name);
-    }
-    EXPECT_EQ(kDeviceService.commands[0].usCmd, 0x22);
-    EXPECT_STREQ(kDeviceService.commands[0].name, "power-supply-info");
+    const auto expectCommands = [](const Service& service, const std::map<uint16_t, std::string>& expected) {
+        std::map<uint16_t, std::string> commands;
+        for (const Command& command : service.commands)
+            commands[command.usCmd] = command.name;
+        EXPECT_EQ(commands, expected);
+    };
+    expectCommands(kMeasurementService, {{0x15, "power-supply"},
+                                         {0x17, "meas-status"},
+                                         {0x1C, "mix-band-supply"},
+                                         {0x100, "set-input"},
+                                         {0x103, "single-start"},
+                                         {0x104, "single-result"},
+                                         {0x105, "constellation-start"},
+                                         {0x106, "constellation-result"},
+                                         {0x107, "delay-profile-start"},
+                                         {0x108, "delay-profile-block"},
+                                         {0x109, "multi-start"},
+                                         {0x10B, "multi-result"},
+                                         {0x10C, "optical-start"},
+                                         {0x10D, "optical-result"},
+                                         {0x10E, "dc-start"},
+                                         {0x10F, "dc-result"}});
+    expectCommands(kDeviceService, {{0x07, "angle-start"},
+                                    {0x1F, "angle-calibration-start"},
+                                    {0x20, "angle-calibration-status"},
+                                    {0x21, "angle-detail"},
+                                    {0x22, "power-supply-info"}});
 }
 
 TEST(SingleMeasurement, GivesTheChannel)
