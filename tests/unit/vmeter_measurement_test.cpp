@@ -1,158 +1,12 @@
 // The measurement and device services of the virtual meter: their handlers, called as the service loop does.
-#include "meas/wire.h"
-#include "service.h"
+#include "vmeter_bench.h"
 
-#include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-#include <algorithm>
 #include <map>
-#include <string>
 
 namespace vmeter {
 namespace {
-
-namespace wire = vx63::wire;
-
-// No fluctuation: the readings are those of the formulas.
-const char* const kCalm = R"(
-level_sigma_db = 0
-cn_sigma_db = 0
-noise_figure_db = 8
-
-[[input]]
-id = 0
-lnb = { current_ma = 160 }
-
-[[signal]]
-input = 0
-frequency_khz = 473143
-system = "terrestrial"
-carriers = "64QAM"
-guard_interval = "1/4"
-layers = 3
-level_dbuv = 60
-cn_db = 20
-tsid = 0x7FE0
-lock_ms = 300
-
-[[signal]]
-input = 0
-frequency_khz = 11727480
-lo_khz = 10678000
-system = "satellite"
-modulation = "8PSK"
-level_dbuv = 75
-cn_db = 17
-tsid = 0x4010
-supply = "15V"
-lock_ms = 300
-
-[[signal]]
-input = 1
-frequency_khz = 473143
-system = "terrestrial"
-carriers = "QPSK"
-level_dbuv = 40
-cn_db = 20
-lock_ms = 300
-
-[[signal]]
-input = 1
-frequency_khz = 231000
-system = "catv"
-modulation = "256QAM"
-level_dbuv = 70
-cn_db = 26
-lock_ms = 0
-
-[[signal]]
-input = 1
-frequency_khz = 451250
-system = "level"
-level_dbuv = 79.5
-cn_db = 50
-)";
-
-// The meter as its service loop drives it: the clock goes on, then the handler answers.
-class Bench {
-public:
-    explicit Bench(Scene scene) : scene_(std::move(scene)) {}
-    explicit Bench(const std::string& text = kCalm) : Bench(parseScene(text, "test")) {}
-
-    Body call(const Service& service, uint16_t usCmd, const Body& request)
-    {
-        const auto command = std::ranges::find(service.commands, usCmd, &Command::usCmd);
-        if (command == service.commands.end())
-            throw std::logic_error("no such command");
-        state_.ulSimMs += scene_.clockMs;
-        Meter meter{scene_, state_};
-        return command->handler(meter, request);
-    }
-
-    uint8_t start(const wire::StartRequest& start)
-    {
-        return call(kMeasurementService, 0x103, toBody(start))[0];
-    }
-    uint8_t stop()
-    {
-        Body body(40);
-        return call(kMeasurementService, 0x103, body)[0];
-    }
-    uint8_t input(uint8_t ucInput)
-    {
-        return call(kMeasurementService, 0x100, {0, 0, 0, 0, ucInput, 0, 0, 0})[0];
-    }
-    uint8_t supply(uint8_t ucCode) { return call(kMeasurementService, 0x15, {ucCode, 0, 0, 0})[0]; }
-    wire::SingleResultResponse result()
-    {
-        const Body body = call(kMeasurementService, 0x104, Body(4));
-        EXPECT_EQ(body.size(), 44u);
-        return bodyAs<wire::SingleResultResponse>(body);
-    }
-    wire::MeasStatusResponse status()
-    {
-        return bodyAs<wire::MeasStatusResponse>(call(kMeasurementService, 0x17, Body(4)));
-    }
-    wire::PowerSupplyInfoResponse supplyInfo()
-    {
-        return bodyAs<wire::PowerSupplyInfoResponse>(call(kDeviceService, 0x22, Body(4)));
-    }
-
-    Scene scene_;
-    State state_{};
-};
-
-wire::StartRequest terrestrial()
-{
-    wire::StartRequest start{};
-    start.ucStartStop = 1;
-    start.ulFreq = 473143;
-    start.usMod = 1;
-    start.usCondition = 0x0027;
-    return start;
-}
-
-wire::StartRequest satellite()
-{
-    wire::StartRequest start{};
-    start.ucStartStop = 1;
-    start.ulFreq = 11727480;
-    start.ulLoFreq = 10678000;
-    start.usBdSys = 1;
-    start.ucSupplyLevel = 2;
-    return start;
-}
-
-wire::StartRequest catv()
-{
-    wire::StartRequest start{};
-    start.ucStartStop = 1;
-    start.ulFreq = 231000;
-    start.usBdSys = 3;
-    start.usMod = 5120;
-    return start;
-}
 
 TEST(VmeterServices, HaveTheirIdsAndCommands)
 {
@@ -613,6 +467,20 @@ TEST(ShortRequests, AreParameterErrorsAndChangeNothing)
     check(kMeasurementService, 0x100, 8, 4);
     check(kMeasurementService, 0x103, 40, 4);
     check(kMeasurementService, 0x104, 4, 44);
+    check(kMeasurementService, 0x105, 8, 4);
+    check(kMeasurementService, 0x106, 8, 44);
+    check(kMeasurementService, 0x107, 40, 4);
+    check(kMeasurementService, 0x108, 8, 412);
+    check(kMeasurementService, 0x109, 1292, 4);
+    check(kMeasurementService, 0x10B, 12, 40);
+    check(kMeasurementService, 0x10C, 12, 4);
+    check(kMeasurementService, 0x10D, 4, 8);
+    check(kMeasurementService, 0x10E, 8, 4);
+    check(kMeasurementService, 0x10F, 4, 8);
+    check(kDeviceService, 0x07, 4, 4);
+    check(kDeviceService, 0x1F, 4, 4);
+    check(kDeviceService, 0x20, 4, 44);
+    check(kDeviceService, 0x21, 4, 60);
     check(kDeviceService, 0x22, 4, 16);
 }
 
