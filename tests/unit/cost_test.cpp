@@ -2,6 +2,7 @@
 // close. Counted by standing in for libc's functions.
 #include "libvx63.h"
 #include "lmsg.h"
+#include "lsys.h"
 #include "support/log_file.h"
 
 #include <atomic>
@@ -121,8 +122,36 @@ int32_t lmsg_trcvMq(uint8_t, void* pMsg, uint32_t, uint32_t*, uint32_t)
     memset(pMsg, 0, LMSG_SIZE_MAX);
     memcpy(pMsg, t_request, 8);
     static_cast<uint8_t*>(pMsg)[3] |= 0x80;
+    if (t_request[2] == 0x10 && t_request[3] == 0x00) {
+        static_cast<uint8_t*>(pMsg)[8] = 3; // the program update: finished, not still running
+    }
     return LMSG_OK;
 }
+
+// Every settings file holds one record; every command and every removal succeeds.
+int32_t lsys_readCsvNewFmt(const char*, const char*, uint32_t, uint32_t, uint8_t*, uint32_t,
+                           const LsysColumn*)
+{
+    return 1;
+}
+
+int32_t lsys_writeCsvNewFmt(const char*, const char*, const char*, uint32_t, uint32_t, const uint8_t*,
+                            uint32_t, const LsysColumn*)
+{
+    return 0;
+}
+
+int32_t lsys_system(const char*)
+{
+    return 0;
+}
+
+int remove(const char*) noexcept
+{
+    return 0;
+}
+
+void sync() noexcept {}
 }
 
 namespace {
@@ -137,10 +166,42 @@ SingleMeasResult s_result;
 MeasStatus s_status;
 PowerSupplyInfo s_info;
 const MeasCondition kCondition = {};
+ProductInfo s_productInfo;
+FailInfo s_failInfo;
+KeyStatus s_keyStatus;
+DeviceStatus s_deviceStatus;
+uint32_t s_standbyStat;
+const uint8_t k32Bytes[32] = {};
+uint8_t s_file[12012];
+
+// The number of records that a read returns, as a result.
+int32_t oneRecord(int32_t count)
+{
+    return count == 1 ? 0 : -1;
+}
 
 // Every exported operation; a symbol that is missing here fails EveryOperationIsListed.
 const Operation kOperations[] = {
     {"vx63_init", 3, [] { return vx63_init(5); }},
+    {"vx63_readSetFile", 3, [] { return oneRecord(vx63_readSetFile(14, s_file, "ABC", 0)); }},
+    {"vx63_writeSetFile", 3, [] { return vx63_writeSetFile(14, s_file, "ABC", 1); }},
+    {"vx63_readSetFileIdx", 8, [] { return oneRecord(vx63_readSetFileIdx(14, s_file, 0, "ABC", 0)); }},
+    {"vx63_writeSetFileIdx", 9, [] { return vx63_writeSetFileIdx(14, s_file, 0, "ABC"); }},
+    {"vx63_isFileIdUserSet", 0, [] { return vx63_isFileIdUserSet(15); }},
+    {"vx63_isFileIdUserSetFlist", 0, [] { return vx63_isFileIdUserSetFlist(14); }},
+    {"vx63_isFileIdLoggerSet", 0, [] { return vx63_isFileIdLoggerSet(14); }},
+    {"vx63_isFileIdLoggerSetFlist", 0, [] { return vx63_isFileIdLoggerSetFlist(14); }},
+    {"vx63_deleteSetFileUser", 5, [] { return vx63_deleteSetFileUser("ABC"); }},
+    {"vx63_deleteSetFileUserUsb1", 5, [] { return vx63_deleteSetFileUserUsb1("ABC"); }},
+    {"vx63_deleteSetFileUserUsb2", 5, [] { return vx63_deleteSetFileUserUsb2("ABC"); }},
+    {"vx63_deleteSetFileLogger", 5, [] { return vx63_deleteSetFileLogger("ABC"); }},
+    {"vx63_deleteSetFileLoggerUsb1", 5, [] { return vx63_deleteSetFileLoggerUsb1("ABC"); }},
+    {"vx63_deleteSetFileLoggerUsb2", 5, [] { return vx63_deleteSetFileLoggerUsb2("ABC"); }},
+    {"vx63_deleteSetFileUserBulk", 8, [] { return vx63_deleteSetFileUserBulk(14); }},
+    {"vx63_deleteSetFileLoggerBulk", 8, [] { return vx63_deleteSetFileLoggerBulk(35); }},
+    {"vx63_deleteAllSetFile", 12, [] { return vx63_deleteAllSetFile(); }},
+    {"vx63_ntfUpdateFile", 2, [] { return vx63_ntfUpdateFile(0); }},
+    {"vx63_ntfUpdateFileIdx", 2, [] { return vx63_ntfUpdateFileIdx(0, 0); }},
     {"vx63_setMeasInput", 2, [] { return vx63_setMeasInput(1); }},
     {"vx63_reqPowerSupply", 2, [] { return vx63_reqPowerSupply(1); }},
     {"vx63_getMeasStatus", 3, [] { return vx63_getMeasStatus(&s_status); }},
@@ -149,6 +210,26 @@ const Operation kOperations[] = {
     {"vx63_startSingleMeas", 4, [] { return vx63_startSingleMeas(1, &kCondition); }},
     {"vx63_stopSingleMeas", 3, [] { return vx63_stopSingleMeas(1); }},
     {"vx63_getSingleMeasResult", 5, [] { return vx63_getSingleMeasResult(0, &s_result); }},
+    {"vx63_getProductInfo", 3, [] { return vx63_getProductInfo(&s_productInfo); }},
+    {"vx63_getFailinfo", 1, [] { return vx63_getFailinfo(&s_failInfo); }},
+    {"vx63_getKeyStatus", 0, [] { return vx63_getKeyStatus(&s_keyStatus); }},
+    {"vx63_getDeviceStatus", 0, [] { return vx63_getDeviceStatus(&s_deviceStatus); }},
+    {"vx63_setFailStat", 1, [] { return vx63_setFailStat(1, 1, k32Bytes); }},
+    {"vx63_reboot", 2, [] { return vx63_reboot(); }},
+    {"vx63_shutdown", 2, [] { return vx63_shutdown(); }},
+    {"vx63_standby", 2, [] { return vx63_standby(0); }},
+    {"vx63_wakeup", 2, [] { return vx63_wakeup(1); }},
+    {"vx63_force_standby", 2, [] { return vx63_force_standby(); }},
+    {"vx63_force_wakeup", 2, [] { return vx63_force_wakeup(); }},
+    {"vx63_getStandbyStat", 3, [] { return vx63_getStandbyStat(&s_standbyStat); }},
+    {"vx63_calibration", 2, [] { return vx63_calibration(1); }},
+    {"vx63_ntfLowBattStatChg", 2, [] { return vx63_ntfLowBattStatChg(1); }},
+    {"vx63_initFactoryDefault", 2, [] { return vx63_initFactoryDefault(); }},
+    {"vx63_setDeveloperMode", 2, [] { return vx63_setDeveloperMode(1); }},
+    {"vx63_prgUpdate", 2, [] { return vx63_prgUpdate(k32Bytes); }},
+    {"vx63_buzzer", 3, [] { return vx63_buzzer(1, 1); }},
+    {"vx63_forceBuzzerVolume", 3, [] { return vx63_forceBuzzerVolume(1, 1); }},
+    {"vx63_forceBrightness", 3, [] { return vx63_forceBrightness(1); }},
 };
 
 Counts costOf(const Operation& operation)
