@@ -1,0 +1,35 @@
+// The handlers of the measurement service, by family; its table is in measurement.cpp.
+#pragma once
+
+#include "service.h"
+
+#include <initializer_list>
+
+namespace vmeter {
+
+// single.cpp
+Body singleStart(Meter& meter, std::span<const uint8_t> request);
+Body singleResult(Meter& meter, std::span<const uint8_t> request);
+
+// constellation.cpp
+Body constellationStart(Meter& meter, std::span<const uint8_t> request);
+Body constellationResult(Meter& meter, std::span<const uint8_t> request);
+
+// delay_profile.cpp
+Body delayProfileStart(Meter& meter, std::span<const uint8_t> request);
+Body delayProfileBlock(Meter& meter, std::span<const uint8_t> request);
+
+// channel_list.cpp: multi-channel measurement and scan
+Body listStart(Meter& meter, std::span<const uint8_t> request);
+Body listResult(Meter& meter, std::span<const uint8_t> request);
+
+// optical_dc.cpp
+Body opticalStart(Meter& meter, std::span<const uint8_t> request);
+Body opticalResult(Meter& meter, std::span<const uint8_t> request);
+Body dcStart(Meter& meter, std::span<const uint8_t> request);
+Body dcResult(Meter& meter, std::span<const uint8_t> request);
+
+// Every start of a run on the tuner asks here: kRetOk, or why not. A run of the same kind is replaced.
+uint8_t tunerRet(const State& state, std::initializer_list<Run> kind);
+
+} // namespace vmeter
