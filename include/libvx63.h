@@ -25,8 +25,9 @@
  * for the response. A response that comes later is met, and discarded, by the thread's next call, which
  * then fails with VX63_ERR_COMM; the call after it works again.
  *
- * Log. Every call writes lines to /var/log/libvx63.cpp.txt: its start, its errors and its end. A log
- * that cannot be written never changes a result. The file is started anew once it exceeds 2 MiB.
+ * Log. Every call writes lines to /var/log/libvx63.cpp.txt: its start, its errors and its end (a function
+ * that leaves some of them out says so). A log that cannot be written never changes a result. The file is
+ * started anew once it exceeds 2 MiB.
  *
  * Units. The library passes frequencies, levels and codes through as they are; what they mean is decided
  * by the service that answers.
@@ -139,6 +140,51 @@ typedef struct MeasSetManuBdsysMod {
     uint32_t MOD;   /* modulation code */
 } MeasSetManuBdsysMod;
 
+/* Product data. Texts are NUL-padded; one that fills its field has NO terminator. */
+typedef struct ProductInfo {
+    char cModelCode[8];   /* model code */
+    char cOptInfo[5];     /* option information */
+    char cSerialNo[12];   /* serial number */
+    char cBootPrgVer[16]; /* boot program version */
+    char cMainPrgVer[16]; /* main program version */
+    char cSubPrgVer[16];  /* sub program version */
+    char cQtVer[16];      /* Qt version */
+    char cProductVer[16]; /* product version */
+} ProductInfo;
+
+/* The current failure. What the codes mean is decided by the system service. */
+typedef struct FailInfo {
+    uint16_t usCode;       /* failure code */
+    uint8_t ucStat;        /* failure state */
+    uint8_t ucCtl;         /* control */
+    uint16_t usWait;       /* wait; the log shows it as a signed number */
+    uint8_t ucReserved[2]; /* 0 */
+    uint8_t ucAddInfo[32]; /* additional information */
+} FailInfo;
+
+enum {
+    VX63_KEYS = 17 /* keys of the meter */
+};
+
+/* Key states. */
+typedef struct KeyStatus {
+    int32_t stat[VX63_KEYS]; /* 0 to 255 for each key */
+} KeyStatus;
+
+/*
+ * Device status. What the values mean is decided by the device service: each field is named by the place
+ * of its value in the service's report, and they do not stand in that order.
+ */
+typedef struct DeviceStatus {
+    uint16_t usStat0; /* the 16 bits at byte 0 */
+    uint8_t ucStat2;  /* byte 2 */
+    uint8_t ucStat6;  /* byte 6 */
+    uint32_t ulStat3; /* byte 3: 0 to 255 */
+    uint32_t ulStat4; /* byte 4: 0 to 255 */
+    uint32_t ulStat5; /* byte 5: 0 to 255 */
+    uint16_t usStat8; /* the 16 bits at byte 8 */
+} DeviceStatus;
+
 /* ---- Exported data --------------------------------------------------------------------------------- */
 
 /* Path of the log file; rewritten, with the same text, by every log statement. */
@@ -229,6 +275,157 @@ VX63_API int32_t vx63_stopSingleMeas(uint8_t ucDispType);
  * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_POWER, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_getSingleMeasResult(uint16_t usReadCount, SingleMeasResult* pResult);
+
+/* ---- Device information ---------------------------------------------------------------------------- */
+
+/* Of these, only vx63_getProductInfo logs its start and its end. */
+
+/*
+ * Reads the product data. Answered by the system service; 10 s.
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getProductInfo(ProductInfo* pProductInfo);
+
+/*
+ * Reads the current failure. Answered by the system service; 10 s.
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getFailinfo(FailInfo* pFail);
+
+/*
+ * Reads the key states. Answered by the key service; 10 s. A success logs nothing; a failure also logs the
+ * record as the caller holds it, into /var/log/libvx63_key.txt: fill it before the first call.
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getKeyStatus(KeyStatus* pKeyStat);
+
+/*
+ * Reads the device status. Answered by the device service; 10 s. A success logs nothing.
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getDeviceStatus(DeviceStatus* pDevStat);
+
+/*
+ * Sets the failure state. Answered by the system service, whose answer is not examined; 10 s.
+ *   usCode     failure code, passed on as it is
+ *   ucStat     0 or 1
+ *   ucAddInfo  32 bytes of additional information; read only
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_setFailStat(uint16_t usCode, uint8_t ucStat, const uint8_t* ucAddInfo);
+
+/* ---- Power and system control ---------------------------------------------------------------------- */
+
+/* What the one-byte arguments mean is decided by the service that answers: every value is passed on. */
+
+/*
+ * Restarts the meter. Answered by the system service; 10 s.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_reboot(void);
+
+/*
+ * Switches the meter off. Answered by the system service; 10 s.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_shutdown(void);
+
+/*
+ * Puts the meter into standby. 10 s.
+ *   ucMode  0: answered by the system service; any other: by the measurement service
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_standby(uint8_t ucMode);
+
+/*
+ * Wakes the meter up from standby. 10 s.
+ *   ucMode  0: answered by the system service; any other: by the measurement service
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_wakeup(uint8_t ucMode);
+
+/*
+ * Forces standby. Answered by the measurement service, though the log names the system service when the
+ * exchange fails; 10 s.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_force_standby(void);
+
+/*
+ * Forces the wake-up from standby. Answered by the measurement service, though the log names the system
+ * service when the exchange fails; 10 s.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_force_wakeup(void);
+
+/*
+ * Reads the standby state. Answered by the measurement service; 10 s.
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getStandbyStat(uint32_t* pStandbyStat);
+
+/*
+ * Calibrates the meter. Answered by the measurement service; 5 s.
+ *   ucMode  what to calibrate
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_calibration(uint8_t ucMode);
+
+/*
+ * Tells the measurement service that the low-battery state has changed. 5 s.
+ *   ucLowBattStat  the new state
+ * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_ntfLowBattStatChg(uint8_t ucLowBattStat);
+
+/*
+ * Resets the meter to its factory default. Answered by the system service; 5 s.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_initFactoryDefault(void);
+
+/*
+ * Switches the developer mode. Answered by the system service; 5 s.
+ *   ucOnOff  on or off
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_setDeveloperMode(uint8_t ucOnOff);
+
+/*
+ * Updates the meter's program and returns when the update has finished. Asks the system service again and
+ * again, without a pause, for as long as it answers that the update is still running: 600 s for each
+ * answer, and no limit to their number.
+ *   pUpdateReq  the update request: 32 bytes, passed on as they are; read once
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_prgUpdate(const void* pUpdateReq);
+
+/* ---- Buzzer and display ---------------------------------------------------------------------------- */
+
+/* What the values of the arguments mean is decided by the service that answers. */
+
+/*
+ * Sounds the buzzer. Answered by the buzzer service; 10 s.
+ *   buzz      kind of sound, 0 to 4
+ *   buzzMode  0 to 2
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_REPEAT, VX63_ERR_PRIORITY, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_buzzer(int32_t buzz, int32_t buzzMode);
+
+/*
+ * Forces the volume of the buzzer. Answered by the buzzer service; 10 s.
+ *   buzz     kind of sound, 0 to 4
+ *   buzzVol  0 to 3
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_REPEAT, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_forceBuzzerVolume(int32_t buzz, int32_t buzzVol);
+
+/*
+ * Forces the brightness of the display. Answered by the system service; 10 s.
+ *   brightness  0 to 2
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_forceBrightness(int32_t brightness);
 
 #ifdef __cplusplus
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -34,6 +35,14 @@ inline std::vector<uint8_t> bytes(std::string_view hex)
         }
     }
     return result;
+}
+
+// A byte as it is typed above: 12 is "0C".
+inline std::string hexByte(int value)
+{
+    char text[4];
+    snprintf(text, sizeof text, "%02X", static_cast<unsigned>(value));
+    return text;
 }
 
 } // namespace vx63test

@@ -121,6 +121,9 @@ int32_t lmsg_trcvMq(uint8_t, void* pMsg, uint32_t, uint32_t*, uint32_t)
     memset(pMsg, 0, LMSG_SIZE_MAX);
     memcpy(pMsg, t_request, 8);
     static_cast<uint8_t*>(pMsg)[3] |= 0x80;
+    if (t_request[2] == 0x10 && t_request[3] == 0x00) {
+        static_cast<uint8_t*>(pMsg)[8] = 3; // the program update: finished, not still running
+    }
     return LMSG_OK;
 }
 }
@@ -137,6 +140,12 @@ SingleMeasResult s_result;
 MeasStatus s_status;
 PowerSupplyInfo s_info;
 const MeasCondition kCondition = {};
+ProductInfo s_productInfo;
+FailInfo s_failInfo;
+KeyStatus s_keyStatus;
+DeviceStatus s_deviceStatus;
+uint32_t s_standbyStat;
+const uint8_t k32Bytes[32] = {};
 
 // Every exported operation; a symbol that is missing here fails EveryOperationIsListed.
 const Operation kOperations[] = {
@@ -149,6 +158,26 @@ const Operation kOperations[] = {
     {"vx63_startSingleMeas", 4, [] { return vx63_startSingleMeas(1, &kCondition); }},
     {"vx63_stopSingleMeas", 3, [] { return vx63_stopSingleMeas(1); }},
     {"vx63_getSingleMeasResult", 5, [] { return vx63_getSingleMeasResult(0, &s_result); }},
+    {"vx63_getProductInfo", 3, [] { return vx63_getProductInfo(&s_productInfo); }},
+    {"vx63_getFailinfo", 1, [] { return vx63_getFailinfo(&s_failInfo); }},
+    {"vx63_getKeyStatus", 0, [] { return vx63_getKeyStatus(&s_keyStatus); }},
+    {"vx63_getDeviceStatus", 0, [] { return vx63_getDeviceStatus(&s_deviceStatus); }},
+    {"vx63_setFailStat", 1, [] { return vx63_setFailStat(1, 1, k32Bytes); }},
+    {"vx63_reboot", 2, [] { return vx63_reboot(); }},
+    {"vx63_shutdown", 2, [] { return vx63_shutdown(); }},
+    {"vx63_standby", 2, [] { return vx63_standby(0); }},
+    {"vx63_wakeup", 2, [] { return vx63_wakeup(1); }},
+    {"vx63_force_standby", 2, [] { return vx63_force_standby(); }},
+    {"vx63_force_wakeup", 2, [] { return vx63_force_wakeup(); }},
+    {"vx63_getStandbyStat", 3, [] { return vx63_getStandbyStat(&s_standbyStat); }},
+    {"vx63_calibration", 2, [] { return vx63_calibration(1); }},
+    {"vx63_ntfLowBattStatChg", 2, [] { return vx63_ntfLowBattStatChg(1); }},
+    {"vx63_initFactoryDefault", 2, [] { return vx63_initFactoryDefault(); }},
+    {"vx63_setDeveloperMode", 2, [] { return vx63_setDeveloperMode(1); }},
+    {"vx63_prgUpdate", 2, [] { return vx63_prgUpdate(k32Bytes); }},
+    {"vx63_buzzer", 3, [] { return vx63_buzzer(1, 1); }},
+    {"vx63_forceBuzzerVolume", 3, [] { return vx63_forceBuzzerVolume(1, 1); }},
+    {"vx63_forceBrightness", 3, [] { return vx63_forceBrightness(1); }},
 };
 
 Counts costOf(const Operation& operation)

@@ -26,6 +26,20 @@ int main(void)
     int32_t (*const pStart)(uint8_t, const MeasCondition*) = vx63_startSingleMeas;
     int32_t (*const pStop)(uint8_t) = vx63_stopSingleMeas;
     int32_t (*const pResult)(uint16_t, SingleMeasResult*) = vx63_getSingleMeasResult;
+    int32_t (*const pProductInfo)(ProductInfo*) = vx63_getProductInfo;
+    int32_t (*const pFailinfo)(FailInfo*) = vx63_getFailinfo;
+    int32_t (*const pKeyStatus)(KeyStatus*) = vx63_getKeyStatus;
+    int32_t (*const pDeviceStatus)(DeviceStatus*) = vx63_getDeviceStatus;
+    int32_t (*const pSetFailStat)(uint16_t, uint8_t, const uint8_t*) = vx63_setFailStat;
+    int32_t (*const pWithoutArgument[])(void) = {vx63_reboot, vx63_shutdown, vx63_force_standby,
+                                                 vx63_force_wakeup, vx63_initFactoryDefault};
+    int32_t (*const pWithByte[])(uint8_t) = {vx63_standby, vx63_wakeup, vx63_calibration,
+                                             vx63_ntfLowBattStatChg, vx63_setDeveloperMode};
+    int32_t (*const pStandbyStat)(uint32_t*) = vx63_getStandbyStat;
+    int32_t (*const pPrgUpdate)(const void*) = vx63_prgUpdate;
+    int32_t (*const pBuzzer)(int32_t, int32_t) = vx63_buzzer;
+    int32_t (*const pBuzzerVolume)(int32_t, int32_t) = vx63_forceBuzzerVolume;
+    int32_t (*const pBrightness)(int32_t) = vx63_forceBrightness;
 
     expect(pInit(18) == VX63_ERR_ARG, "vx63_init(18)");
     expect(pInit(17) == VX63_OK, "vx63_init(17)");
@@ -35,6 +49,17 @@ int main(void)
     expect(pStart(0, NULL) == VX63_ERR_ARG, "vx63_startSingleMeas(NULL)");
     expect(pResult(0, NULL) == VX63_ERR_ARG, "vx63_getSingleMeasResult(NULL)");
     expect(pGetPowerSupplyInfo != NULL && pMixBand != NULL && pStop != NULL, "functions");
+    expect(pProductInfo(NULL) == VX63_ERR_ARG, "vx63_getProductInfo(NULL)");
+    expect(pFailinfo(NULL) == VX63_ERR_ARG, "vx63_getFailinfo(NULL)");
+    expect(pKeyStatus(NULL) == VX63_ERR_ARG, "vx63_getKeyStatus(NULL)");
+    expect(pDeviceStatus(NULL) == VX63_ERR_ARG, "vx63_getDeviceStatus(NULL)");
+    expect(pSetFailStat(0, 0, NULL) == VX63_ERR_ARG, "vx63_setFailStat(NULL)");
+    expect(pWithoutArgument[4] != NULL && pWithByte[4] != NULL, "power functions");
+    expect(pStandbyStat(NULL) == VX63_ERR_ARG, "vx63_getStandbyStat(NULL)");
+    expect(pPrgUpdate(NULL) == VX63_ERR_ARG, "vx63_prgUpdate(NULL)");
+    expect(pBuzzer(5, 0) == VX63_ERR_ARG, "vx63_buzzer(5)");
+    expect(pBuzzerVolume(0, 4) == VX63_ERR_ARG, "vx63_forceBuzzerVolume(4)");
+    expect(pBrightness(3) == VX63_ERR_ARG, "vx63_forceBrightness(3)");
 
     expect(VX63_OK == 0 && VX63_ERR_COMM == -1 && VX63_ERR_ARG == -2 && VX63_ERR_REPEAT == -6 &&
                VX63_ERR_POWER == -7 && VX63_ERR_PRIORITY == -8,
@@ -48,6 +73,10 @@ int main(void)
     expect(sizeof(MeasStatus) == 8 && sizeof(PowerSupplyInfo) == 12, "status records");
     expect(sizeof(SingleMeasResult) == 8040 && offsetof(SingleMeasResult, points) == 38, "SingleMeasResult");
     expect(sizeof(struct ConstaPoint) == 2, "ConstaPoint");
+    expect(sizeof(ProductInfo) == 105 && offsetof(ProductInfo, cProductVer) == 89, "ProductInfo");
+    expect(sizeof(FailInfo) == 40 && offsetof(FailInfo, ucAddInfo) == 8, "FailInfo");
+    expect(VX63_KEYS == 17 && sizeof(KeyStatus) == 68, "KeyStatus");
+    expect(sizeof(DeviceStatus) == 20 && offsetof(DeviceStatus, ulStat3) == 4, "DeviceStatus");
 
     expect(sizeof gLibDumpLog == 50000 && sizeof gLibDumpTestLog == 50000, "dump buffers");
     memset(gLibDumpTestLog, 'x', sizeof gLibDumpTestLog);

@@ -1,20 +1,15 @@
+#include "support/bytes.h"
 #include "support/operation_test.h"
 
 namespace {
 
 using testing::ElementsAre;
+using vx63test::hexByte;
 using vx63test::logMessages;
 using vx63test::platform;
 using vx63test::pointerText;
 
 using InputTest = vx63test::OperationTest;
-
-std::string hexByte(int value)
-{
-    char text[4];
-    snprintf(text, sizeof text, "%02X", static_cast<unsigned>(value));
-    return text;
-}
 
 // An exchange of process id 5 with the measurement service, answered with ucRet and nothing else.
 void expectExchange(const std::string& request, const std::string& responseCommand, int ucRet,
