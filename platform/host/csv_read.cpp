@@ -1,0 +1,310 @@
+// Reads CSV settings files into records: one pass over chunks of the file, without a limit to the length of a
+// line. A zero byte stands behind each chunk; as a NUL is never legal in a file, only who meets one has to
+// ask whether the chunk has ended.
+#include "csv.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace csv {
+
+namespace {
+
+// More than any field can hold; ten times as much still fits.
+constexpr uint64_t kTooLarge = uint64_t{1} << 32;
+
+// The file and the place in it. What parses keeps the place to itself as `at`, gives the new one back, and
+// nullptr when it failed.
+class Reader {
+public:
+    explicit Reader(int descriptor) : m_descriptor(descriptor), m_end(m_chunk)
+    {
+        m_chunk[0] = 0;
+        m_failure.line = 1;
+    }
+
+    const uint8_t* start() const { return m_chunk; }
+    const Failure& failure() const { return m_failure; }
+
+    const uint8_t* readVersion(const uint8_t* at, const char* version);
+    const uint8_t* readHeader(const uint8_t* at, uint32_t columnCount);
+    const uint8_t* readRecord(const uint8_t* at, uint32_t columnCount, const LsysColumn* columns,
+                              uint8_t* record);
+    bool atEnd(const uint8_t*& at);
+    const uint8_t* fail(int32_t code);
+
+private:
+    const uint8_t* more(const uint8_t* at);
+    const uint8_t* separate(const uint8_t* at, bool last, int32_t otherwise);
+    const uint8_t* readNumber(const uint8_t* at, const LsysColumn& column, uint8_t* field, bool last);
+    const uint8_t* readText(const uint8_t* at, uint32_t width, uint8_t* field, bool last);
+    const uint8_t* readQuoted(const uint8_t* at, uint32_t width, uint8_t* field);
+
+    int m_descriptor;
+    const uint8_t* m_end;
+    Failure m_failure; // its line and column tell the place until then
+    uint8_t m_chunk[kChunk + 1];
+};
+
+const uint8_t* Reader::fail(int32_t code)
+{
+    m_failure.code = code;
+    return nullptr;
+}
+
+// The next byte of the file, where `at` has met a NUL.
+const uint8_t* Reader::more(const uint8_t* at)
+{
+    if (at != m_end)
+        return fail(LSYS_ERR_BINARY);
+    ssize_t got;
+    do {
+        got = read(m_descriptor, m_chunk, kChunk);
+    } while (got < 0 && errno == EINTR);
+    if (got < 0) {
+        m_failure.error = errno;
+        return fail(LSYS_ERR_SYSTEM);
+    }
+    if (got == 0)
+        return fail(LSYS_ERR_CUT);
+    m_chunk[got] = 0;
+    m_end = m_chunk + got;
+    return *m_chunk != 0 ? m_chunk : fail(LSYS_ERR_BINARY);
+}
+
+bool Reader::atEnd(const uint8_t*& at)
+{
+    if (*at != 0)
+        return false;
+    at = more(at);
+    return at == nullptr;
+}
+
+// Steps over the comma behind a field, or the newline behind the last one. `otherwise` is what any other byte
+// means, once the field has taken what it could.
+inline const uint8_t* Reader::separate(const uint8_t* at, bool last, int32_t otherwise)
+{
+    if (*at == (last ? '\n' : ','))
+        return at + 1;
+    if (*at == '\r') {
+        ++at;
+        if (*at == 0 && (at = more(at)) == nullptr)
+            return nullptr;
+        if (*at != '\n')
+            return fail(LSYS_ERR_BINARY);
+        if (last)
+            return at + 1;
+    }
+    if (*at == ',' || *at == '\n')
+        return fail(LSYS_ERR_COLUMNS);
+    return fail(isControl(*at) ? LSYS_ERR_BINARY : otherwise);
+}
+
+const uint8_t* Reader::readVersion(const uint8_t* at, const char* version)
+{
+    bool same = true;
+    for (;;) {
+        for (; !isControl(*at); ++at) {
+            same = same && *at == static_cast<uint8_t>(*version);
+            version += same;
+        }
+        if (*at != 0)
+            break;
+        if ((at = more(at)) == nullptr)
+            return nullptr;
+    }
+    at = separate(at, true, LSYS_ERR_BINARY);
+    if (at == nullptr)
+        return nullptr;
+    if (!same || *version != '\0')
+        return fail(LSYS_ERR_VERSION);
+    ++m_failure.line;
+    return at;
+}
+
+const uint8_t* Reader::readHeader(const uint8_t* at, uint32_t columnCount)
+{
+    for (uint32_t i = 0; i < columnCount; ++i) {
+        m_failure.column = i + 1;
+        bool empty = true;
+        for (;;) {
+            for (; kPlain.is[*at]; ++at)
+                empty = false;
+            if (*at != 0)
+                break;
+            if ((at = more(at)) == nullptr)
+                return nullptr;
+        }
+        at = separate(at, i + 1 == columnCount, LSYS_ERR_QUOTE);
+        if (at == nullptr)
+            return nullptr;
+        if (empty)
+            return fail(LSYS_ERR_COLUMNS);
+    }
+    m_failure.column = 0;
+    ++m_failure.line;
+    return at;
+}
+
+inline const uint8_t* Reader::readNumber(const uint8_t* at, const LsysColumn& column, uint8_t* field,
+                                         bool last)
+{
+    if (*at == 0 && (at = more(at)) == nullptr)
+        return nullptr;
+    const bool negative = *at == '-';
+    at += negative;
+    uint64_t magnitude = 0;
+    bool empty = true;
+    for (;;) {
+        for (unsigned digit; (digit = *at - unsigned{'0'}) <= 9; ++at) {
+            magnitude = magnitude * 10 + digit;
+            if (magnitude > kTooLarge)
+                magnitude = kTooLarge;
+            empty = false;
+        }
+        if (*at != 0)
+            break;
+        if ((at = more(at)) == nullptr)
+            return nullptr;
+    }
+    at = separate(at, last, LSYS_ERR_NUMBER);
+    if (at == nullptr)
+        return nullptr;
+    if (empty)
+        return fail(LSYS_ERR_NUMBER);
+
+    uint32_t largest = UINT32_MAX >> (32 - 8 * column.ulWidth);
+    if (isSigned(column))
+        largest = largest / 2 + negative;
+    else if (negative)
+        largest = 0;
+    if (magnitude > largest)
+        return fail(LSYS_ERR_RANGE);
+    const uint32_t value = static_cast<uint32_t>(negative ? 0 - magnitude : magnitude);
+    if (column.ulWidth == 1) {
+        *field = static_cast<uint8_t>(value);
+    } else if (column.ulWidth == 2) {
+        const uint16_t narrow = static_cast<uint16_t>(value);
+        memcpy(field, &narrow, sizeof narrow);
+    } else {
+        memcpy(field, &value, sizeof value);
+    }
+    return at;
+}
+
+// Takes the quoted text behind its opening quote, and the closing quote.
+const uint8_t* Reader::readQuoted(const uint8_t* at, uint32_t width, uint8_t* field)
+{
+    uint8_t* const last = field + width - 1;
+    for (;; ++at) {
+        if (*at == 0 && (at = more(at)) == nullptr)
+            return m_failure.code == LSYS_ERR_CUT ? fail(LSYS_ERR_QUOTE) : nullptr;
+        if (*at == '"') {
+            ++at;
+            if (*at == 0 && (at = more(at)) == nullptr)
+                return nullptr;
+            if (*at != '"')
+                return at;
+        }
+        if (field == last)
+            return fail(LSYS_ERR_TEXT);
+        if (*at == '\n')
+            ++m_failure.line;
+        *field++ = *at;
+    }
+}
+
+inline const uint8_t* Reader::readText(const uint8_t* at, uint32_t width, uint8_t* field, bool last)
+{
+    if (*at == 0 && (at = more(at)) == nullptr)
+        return nullptr;
+    if (*at == '"') {
+        at = readQuoted(at + 1, width, field);
+        return at == nullptr ? nullptr : separate(at, last, LSYS_ERR_QUOTE);
+    }
+    uint8_t* const end = field + width - 1;
+    for (;;) {
+        for (; kPlain.is[*at]; ++at) {
+            if (field == end)
+                return fail(LSYS_ERR_TEXT);
+            *field++ = *at;
+        }
+        if (*at != 0)
+            return separate(at, last, LSYS_ERR_QUOTE);
+        if ((at = more(at)) == nullptr)
+            return nullptr;
+    }
+}
+
+const uint8_t* Reader::readRecord(const uint8_t* at, uint32_t columnCount, const LsysColumn* columns,
+                                  uint8_t* record)
+{
+    for (uint32_t i = 0; i < columnCount; ++i) {
+        const LsysColumn& column = columns[i];
+        uint8_t* const field = record + column.ulOffset;
+        const bool last = i + 1 == columnCount;
+        at = isText(column) ? readText(at, column.ulWidth, field, last) : readNumber(at, column, field, last);
+        if (at == nullptr) {
+            m_failure.column = i + 1;
+            return nullptr;
+        }
+    }
+    ++m_failure.line;
+    return at;
+}
+
+// The number of records, or what the reader has failed with.
+int32_t readFile(Reader& reader, const char* version, uint32_t maxRecords, uint32_t columnCount,
+                 uint8_t* record, uint32_t recordSize, const LsysColumn* columns)
+{
+    const uint8_t* at = reader.readVersion(reader.start(), version);
+    if (at != nullptr)
+        at = reader.readHeader(at, columnCount);
+    for (uint32_t count = 0; at != nullptr; ++count) {
+        if (reader.atEnd(at))
+            return reader.failure().code == LSYS_ERR_CUT ? static_cast<int32_t>(count)
+                                                         : reader.failure().code;
+        if (count == maxRecords) {
+            reader.fail(LSYS_ERR_RECORDS);
+            break;
+        }
+        memset(record, 0, recordSize);
+        at = reader.readRecord(at, columnCount, columns, record);
+        if (at == nullptr)
+            memset(record, 0, recordSize);
+        record += recordSize;
+    }
+    return reader.failure().code;
+}
+
+} // namespace
+
+} // namespace csv
+
+LSYS_EXPORT int32_t lsys_readCsvNewFmt(const char* pcPath, const char* pcVersion, uint32_t ulMaxRecords,
+                                       uint32_t ulColumnCount, uint8_t* pRecords, uint32_t ulRecordSize,
+                                       const LsysColumn* pColumns)
+{
+    using namespace csv;
+    if (pRecords == nullptr || ulMaxRecords > INT32_MAX ||
+        !describesFile(pcPath, pcVersion, ulColumnCount, pColumns, ulRecordSize))
+        return report(pcPath, {LSYS_ERR_ARG});
+
+    // Not to wait for the other end of a pipe.
+    const int descriptor = open(pcPath, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0)
+        return report(pcPath, systemFailure(errno));
+    struct stat status;
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        close(descriptor);
+        return report(pcPath, {LSYS_ERR_NOT_FILE});
+    }
+    Reader reader(descriptor);
+    const int32_t result =
+        readFile(reader, pcVersion, ulMaxRecords, ulColumnCount, pRecords, ulRecordSize, pColumns);
+    close(descriptor);
+    return result >= 0 ? result : report(pcPath, reader.failure());
+}
