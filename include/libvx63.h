@@ -11,7 +11,8 @@
  * takes no locks, allocates no memory and prints nothing. It never throws.
  *
  * Results. Every function returns one of the VX63_* result codes: 0 for success, negative for failure.
- * VX63_ERR_ARG is found before anything is sent, unless the service itself refuses a parameter.
+ * VX63_ERR_ARG is found before anything is sent, unless the service itself refuses a parameter. The
+ * functions that read, write and delete settings files differ: see there.
  *
  * Records. The caller owns every record and every pointer; the library keeps none after the call. An
  * output record is written on success only: after a failure it is as it was. A null pointer is refused
@@ -75,6 +76,64 @@ enum {
     VX63_POWER_SUPPLY_OFF = 0 /* antenna power supply off; 1 to 4 select a supply */
 };
 
+/*
+ * The settings files, all under /usr/local/bin/: records x bytes of a record, then the file. The %s of a
+ * setting set stands for the set's name. For sets and lists the records are the most that they hold.
+ */
+enum {
+    VX63_SET_FILE_POWOFF = 0,            /* 1 x 7: sys_set/system_setting_file_powoff.csv */
+    VX63_SET_FILE_VOLUME = 1,            /* 1 x 5: sys_set/system_setting_file_volume.csv */
+    VX63_SET_FILE_BRIGHTNESS = 2,        /* 1 x 4: sys_set/system_setting_file_brightness.csv */
+    VX63_SET_FILE_LOCAL_FREQ = 3,        /* 12 x 28: meas_set/measrement_setting_file_local_freq.csv */
+    VX63_SET_FILE_THRD = 4,              /* 24 x 88: meas_set/measrement_setting_file_thrd.csv */
+    VX63_SET_FILE_CNRMER = 5,            /* 15 x 3: meas_set/measrement_setting_file_cnrmer.csv */
+    VX63_SET_FILE_CATV_FREQ = 6,         /* 4 x 28: meas_set/measrement_setting_file_catv_freq.csv */
+    VX63_SET_FILE_CABLE_LOSS = 7,        /* 4 x 8: meas_set/measrement_setting_file_cable_loss.csv */
+    VX63_SET_FILE_CABLE_LOSS_ENB = 8,    /* 1 x 1: meas_set/measrement_setting_file_cable_loss_enb.csv */
+    VX63_SET_FILE_INPUT = 9,             /* 1 x 3: meas_set/measrement_setting_file_input.csv */
+    VX63_SET_FILE_CATV_MOD = 10,         /* 1 x 12: meas_set/measrement_setting_file_catv_mod.csv */
+    VX63_SET_FILE_DC_OUT = 11,           /* 3 x 10: meas_set/measrement_setting_file_dc_out.csv */
+    VX63_SET_FILE_OPT_MEAS = 12,         /* 1 x 12: meas_set/measrement_setting_file_opt_meas.csv */
+    VX63_SET_FILE_CONSTA_NUM = 13,       /* 1 x 16: meas_set/measrement_setting_file_consta_num.csv */
+    VX63_SET_FILE_USER_SET = 14,         /* 324 x 28: user_set/%s.csv */
+    VX63_SET_FILE_USER_LIST = 15,        /* 140 x 15: user_set/user_setting_file_list.csv */
+    VX63_SET_FILE_UHF = 16,              /* 40 x 12: ch_set/channel_setting_file_uhf_6mhz.csv */
+    VX63_SET_FILE_BS = 17,               /* 24 x 16: ch_set/channel_setting_file_bs_34.5mhz.csv */
+    VX63_SET_FILE_CS = 18,               /* 26 x 16: ch_set/channel_setting_file_cs_34.5mhz.csv */
+    VX63_SET_FILE_SCCB = 19,             /* 23 x 16: ch_set/channel_setting_file_sccb_27mhz.csv */
+    VX63_SET_FILE_SCCC = 20,             /* 24 x 16: ch_set/channel_setting_file_sccc_27mhz.csv */
+    VX63_SET_FILE_JSAT3A = 21,           /* 28 x 16: ch_set/channel_setting_file_jsat3a_27mhz.csv */
+    VX63_SET_FILE_JSAT4B = 22,           /* 32 x 16: ch_set/channel_setting_file_jsat4b_27mhz.csv */
+    VX63_SET_FILE_CATV_ALL = 23,         /* 150 x 16: ch_set/channel_setting_file_catv_all_6mhz.csv */
+    VX63_SET_FILE_CATV_90_470MHZ = 24,   /* 62 x 16: ch_set/channel_setting_file_catv_90_470mhz_6mhz.csv */
+    VX63_SET_FILE_CATV_470_1002MHZ = 25, /* 88 x 16: ch_set/channel_setting_file_catv_470_1002mhz_6mhz.csv */
+    VX63_SET_FILE_SKYP = 26,             /* 113 x 12: ch_set/channel_setting_file_skyp_6mhz.csv */
+    VX63_SET_FILE_PILOT = 27,            /* 20 x 12: ch_set/channel_setting_file_pilot.csv */
+    VX63_SET_FILE_LTE = 28,              /* 6 x 16: ch_set/channel_setting_file_lte.csv */
+    VX63_SET_FILE_FM = 29,               /* 251 x 12: ch_set/channel_setting_file_fm.csv */
+    VX63_SET_FILE_MANU_BDSYS_MOD = 30,   /* 23 x 8: meas_set/measrement_setting_file_manu_bdsys_mod.csv */
+    VX63_SET_FILE_BDSYS_CONV = 31,       /* 28 x 6: meas_set/measrement_setting_file_bdsys_conv.csv */
+    VX63_SET_FILE_CATV_BDSYS_CONV = 32,  /* 5 x 8: meas_set/measrement_setting_file_catv_bdsys_conv.csv */
+    VX63_SET_FILE_CATV_UP_STREAM = 33,   /* 1001 x 12: ch_set/channel_setting_file_catv_up_stream.csv */
+    VX63_SET_FILE_PMEAS_MNG = 34,        /* 48 x 68: pmeas_set/pmeas_setting_file_pmeas_mng.csv */
+    VX63_SET_FILE_LOGGER_SET = 35,       /* 324 x 28: logger_set/%s.csv */
+    VX63_SET_FILE_LOGGER_LIST = 36,      /* 140 x 15: logger_set/logger_setting_file_list.csv */
+    VX63_SET_FILE_JSAT3A_ANTENNA = 37,   /* 16 x 16: ch_set/channel_setting_file_jsat3a_antenna_27mhz.csv */
+    VX63_SET_FILE_JSAT4B_ANTENNA = 38,   /* 16 x 16: ch_set/channel_setting_file_jsat4b_antenna_27mhz.csv */
+    VX63_SET_FILE_FM_DEF = 39,           /* 12 x 12: ch_set/channel_setting_file_fm_def.csv */
+    VX63_SET_FILE_CATV_UP_STREAM_DEF = 40, /* 12 x 12: ch_set/channel_setting_file_catv_up_stream_def.csv */
+    VX63_SET_FILE_BS_CS = 41,              /* 50 x 16: ch_set/channel_setting_file_bs_cs_34.5mhz.csv */
+    VX63_SET_FILE_USER_SET_USB1 = 42,      /* 324 x 28: user_set_usb1/%s.csv */
+    VX63_SET_FILE_USER_LIST_USB1 = 43,     /* 140 x 15: user_set_usb1/user_setting_file_list.csv */
+    VX63_SET_FILE_USER_SET_USB2 = 44,      /* 324 x 28: user_set_usb2/%s.csv */
+    VX63_SET_FILE_USER_LIST_USB2 = 45,     /* 140 x 15: user_set_usb2/user_setting_file_list.csv */
+    VX63_SET_FILE_LOGGER_SET_USB1 = 46,    /* 324 x 28: logger_set_usb1/%s.csv */
+    VX63_SET_FILE_LOGGER_LIST_USB1 = 47,   /* 140 x 15: logger_set_usb1/logger_setting_file_list.csv */
+    VX63_SET_FILE_LOGGER_SET_USB2 = 48,    /* 324 x 28: logger_set_usb2/%s.csv */
+    VX63_SET_FILE_LOGGER_LIST_USB2 = 49,   /* 140 x 15: logger_set_usb2/logger_setting_file_list.csv */
+    VX63_SET_FILE_COUNT = 50
+};
+
 /* ---- Records --------------------------------------------------------------------------------------- */
 
 /* What to measure: passed to every measurement start. Only powerSupply is interpreted by the library. */
@@ -133,6 +192,27 @@ typedef struct SingleMeasResult {
     uint16_t CONS_NUM;  /* constellation points; left as it is by a plain result read */
     struct ConstaPoint points[VX63_CONSTA_POINTS_MAX]; /* left as they are by a plain result read */
 } SingleMeasResult;
+
+/* One channel of a setting set: a record of the files VX63_SET_FILE_USER_SET*, VX63_SET_FILE_LOGGER_SET*. */
+typedef struct SetChannel {
+    uint8_t NO;           /* number of the record */
+    uint8_t ENBFLG;       /* enable flag */
+    uint8_t BAND;         /* band code */
+    uint8_t SPEC;         /* specification code */
+    char CH[8];           /* channel name, NUL-terminated: at most 7 characters */
+    uint32_t CENTER_FREQ; /* centre frequency in kHz */
+    uint32_t MOD;         /* modulation bit mask */
+    uint32_t LOCAL_FREQ;  /* local-oscillator frequency in kHz; 4294967295 where there is none */
+    uint8_t GETDATA_FLG;  /* flag: get data */
+    uint8_t DC_OUT;       /* DC output */
+} SetChannel;
+
+/* One entry of a list of setting sets: a record of the files VX63_SET_FILE_USER_LIST*, _LOGGER_LIST*. */
+typedef struct SetListEntry {
+    uint8_t NO;         /* number of the record, from 1 */
+    uint8_t ENBFLG;     /* 1: names an existing set */
+    char FILE_NAME[13]; /* the set's name, without folder and ".csv", NUL-terminated: at most 12 characters */
+} SetListEntry;
 
 /* One row of the factory table of manual broadcast systems and modulations. */
 typedef struct MeasSetManuBdsysMod {
@@ -211,6 +291,113 @@ extern VX63_API const MeasSetManuBdsysMod g_measSetManuBdsysModDef[23];
  * Returns VX63_OK, or VX63_ERR_ARG (the thread's id stays as it was).
  */
 VX63_API int32_t vx63_init(int32_t procId);
+
+/* ---- Settings files -------------------------------------------------------------------------------- */
+
+/*
+ * These functions read and write files; they need no vx63_init() and ask no service. Each takes the id of a
+ * file, VX63_SET_FILE_*. A result of -1 is an argument error (not VX63_ERR_ARG), found before any file is
+ * touched; other negative results are those of the platform's reader or writer. A set's name is inserted
+ * into the path unchanged: 1 to 12 characters without a separator. A name too long for any path is refused.
+ * After a write the file has reached the flash. Any number of threads may call; two that write one file at
+ * the same time are not serialised.
+ */
+
+/*
+ * Reads a whole file.
+ *   fileId          0 to 49
+ *   pDat            receives the records; room for as many as the file can hold, see VX63_SET_FILE_*. After
+ *                   a failed read it may be written in part
+ *   pcMeasFileName  name of the set; for other files not used, may be null
+ *   bDefault        not 0: the factory contents instead of the file. Has no effect on sets and lists
+ * Returns the number of records read, or a negative value.
+ */
+VX63_API int32_t vx63_readSetFile(uint32_t fileId, void* pDat, const char* pcMeasFileName, uint32_t bDefault);
+
+/*
+ * Writes a whole file.
+ *   fileId          0 to 49
+ *   pDat            the records; read only
+ *   pcMeasFileName  name of the set; for other files not used, may be null
+ *   ulUserLine      records to write to a set or a list, 0 to as many as it can hold; any other file is
+ *                   always written whole
+ * Returns 0 or more, or a negative value.
+ */
+VX63_API int32_t vx63_writeSetFile(uint32_t fileId, const void* pDat, const char* pcMeasFileName,
+                                   uint32_t ulUserLine);
+
+/*
+ * Reads one record of a file.
+ *   fileId          0 to 49
+ *   pDat            addressed as if it held the whole file: record ulIdx alone is written, at its place
+ *   ulIdx           index of the record, from 0; less than the number of records in the file
+ *   pcUserFileName  name of the set; for other files not used, may be null
+ *   bDefault        not 0: the factory contents instead of the file. Has no effect on sets and lists
+ * Returns the number of records in the file, or a negative value (pDat is as it was).
+ */
+VX63_API int32_t vx63_readSetFileIdx(uint32_t fileId, void* pDat, uint32_t ulIdx, const char* pcUserFileName,
+                                     uint32_t bDefault);
+
+/*
+ * Replaces one record of a file; none can be added. The whole file is read and written back: of two writers
+ * at the same time the last one wins for the whole file.
+ *   fileId          0 to 49
+ *   pDat            addressed as if it held the whole file: record ulIdx alone is read, at its place
+ *   ulIdx           index of the record, from 0; less than the number of records in the file
+ *   pcUserFileName  name of the set; for other files not used, may be null
+ * Returns 0 or more, or a negative value.
+ */
+VX63_API int32_t vx63_writeSetFileIdx(uint32_t fileId, const void* pDat, uint32_t ulIdx,
+                                      const char* pcUserFileName);
+
+/*
+ * Whether a file is a user set, a list of user sets, a logger set, a list of logger sets. Any value may be
+ * asked for; nothing is logged.
+ * Returns 1 or 0.
+ */
+VX63_API int32_t vx63_isFileIdUserSet(int32_t fileId);
+VX63_API int32_t vx63_isFileIdUserSetFlist(int32_t fileId);
+VX63_API int32_t vx63_isFileIdLoggerSet(int32_t fileId);
+VX63_API int32_t vx63_isFileIdLoggerSetFlist(int32_t fileId);
+
+/*
+ * Deletes one set from the internal storage, USB memory 1 or 2. The list of its folder stays as it is: to
+ * take the name off the list is up to the caller (vx63_writeSetFileIdx).
+ *   pcUserFileName, pcLoggerFileName  name of the set
+ * Returns 0, or -1 (null pointer, name too long, or the file could not be removed).
+ */
+VX63_API int32_t vx63_deleteSetFileUser(const char* pcUserFileName);
+VX63_API int32_t vx63_deleteSetFileUserUsb1(const char* pcUserFileName);
+VX63_API int32_t vx63_deleteSetFileUserUsb2(const char* pcUserFileName);
+VX63_API int32_t vx63_deleteSetFileLogger(const char* pcLoggerFileName);
+VX63_API int32_t vx63_deleteSetFileLoggerUsb1(const char* pcLoggerFileName);
+VX63_API int32_t vx63_deleteSetFileLoggerUsb2(const char* pcLoggerFileName);
+
+/*
+ * Deletes everything in a folder of sets and writes its list anew, empty. A folder that is empty, the list
+ * included, counts as a failure.
+ *   fileId  the set: VX63_SET_FILE_USER_SET* or VX63_SET_FILE_LOGGER_SET*
+ * Returns 0, or -1; where the deletion itself failed, no list is written.
+ */
+VX63_API int32_t vx63_deleteSetFileUserBulk(uint32_t fileId);
+VX63_API int32_t vx63_deleteSetFileLoggerBulk(uint32_t fileId);
+
+/*
+ * Deletes every settings file of the meter, sets and lists included. None is made anew: until one is
+ * written, read the factory contents.
+ * Returns 0, or -1 where a folder failed (an empty one counts); the other folders are emptied all the same.
+ */
+VX63_API int32_t vx63_deleteAllSetFile(void);
+
+/*
+ * Tells the system service that a file, or one record of it, changed, so that it takes the new contents into
+ * use. 10 s.
+ *   fileId  0 to 49
+ *   ulIdx   index of the record; its low 8 bits are sent (300 arrives as 44)
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_ntfUpdateFile(uint32_t fileId);
+VX63_API int32_t vx63_ntfUpdateFileIdx(uint32_t fileId, uint32_t ulIdx);
 
 /* ---- Input and antenna power supply ---------------------------------------------------------------- */
 
