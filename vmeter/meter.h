@@ -2,10 +2,13 @@
 // which lies in memory that all of them map.
 #pragma once
 
+#include "device_state.h"
 #include "meas/wire.h"
 #include "scene/scene.h"
+#include "settings.h"
 
 #include <cstdint>
+#include <string>
 #include <type_traits>
 
 namespace vmeter {
@@ -27,12 +30,15 @@ struct State {
     uint8_t ucSupplyCode; // 0 to 4, as asked for
     uint8_t ucMixBandSupply;
     SingleState single;
+    DeviceState device;
 };
 static_assert(std::is_trivially_copyable_v<State>);
 
 struct Meter {
     const Scene& scene;
     State& state;
+    const Settings& settings = kForeignSettings;
+    std::string note = {}; // what the trace says beside the answer
 };
 
 } // namespace vmeter

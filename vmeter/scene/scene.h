@@ -3,6 +3,7 @@
 #pragma once
 
 #include "faults.h"
+#include "scene/device_scene.h"
 #include "signal/cable.h"
 #include "signal/modulation.h"
 
@@ -61,6 +62,7 @@ struct Scene {
     Input inputs[kInputCount];
     std::vector<Signal> signals;
     std::vector<FaultRule> faults;
+    DeviceScene device; // the meter itself
 };
 
 // No scene file is larger, in bytes; who reads one need not read on beyond it.

@@ -1,5 +1,6 @@
 // The device service. docs/measured-values.md tells units and results.
 #include "service.h"
+#include "services/device_status.h"
 #include "services/results.h"
 #include "signal/power_supply.h"
 
@@ -27,6 +28,7 @@ Body powerSupplyInfo(Meter& meter, std::span<const uint8_t> request)
 }
 
 constexpr Command kCommands[] = {
+    {0x0006, "device-status", deviceStatus},
     {0x0022, "power-supply-info", powerSupplyInfo},
 };
 

@@ -1,5 +1,6 @@
 // The measurement service. docs/measured-values.md tells units, bits and results.
 #include "service.h"
+#include "services/power_meas.h"
 #include "services/results.h"
 #include "signal/power_supply.h"
 #include "signal/single.h"
@@ -155,9 +156,13 @@ Body singleResult(Meter& meter, std::span<const uint8_t> request)
 }
 
 constexpr Command kCommands[] = {
-    {0x0015, "power-supply", powerSupply},      {0x0017, "meas-status", measStatus},
-    {0x001C, "mix-band-supply", mixBandSupply}, {0x0100, "set-input", setInput},
-    {0x0103, "single-start", singleStart},      {0x0104, "single-result", singleResult},
+    {0x000E, "standby", standbyMeasurement}, {0x000F, "wakeup", wakeUpMeasurement},
+    {0x0016, "calibration", calibrate},      {0x0018, "standby-state", standbyState},
+    {0x0019, "low-battery", lowBattery},     {0x001D, "force-standby", forceStandby},
+    {0x001E, "force-wakeup", forceWakeUp},   {0x0015, "power-supply", powerSupply},
+    {0x0017, "meas-status", measStatus},     {0x001C, "mix-band-supply", mixBandSupply},
+    {0x0100, "set-input", setInput},         {0x0103, "single-start", singleStart},
+    {0x0104, "single-result", singleResult},
 };
 
 } // namespace
