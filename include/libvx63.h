@@ -15,8 +15,8 @@
  * functions that read, write and delete settings files differ: see there.
  *
  * Records. The caller owns every record and every pointer; the library keeps none after the call. An
- * output record is written on success only: after a failure it is as it was. A null pointer is refused
- * with VX63_ERR_ARG unless the function says that it is not tested.
+ * output record is written on success only: after a failure it is as it was, unless the function says
+ * otherwise. A null pointer is refused with VX63_ERR_ARG unless the function says that it is not tested.
  *
  * Threads. Each thread that talks to a service first calls vx63_init() with a process id of its own; it
  * names the queue on which that thread's responses arrive. Threads with different ids may call any
@@ -213,6 +213,76 @@ typedef struct SetListEntry {
     uint8_t ENBFLG;     /* 1: names an existing set */
     char FILE_NAME[13]; /* the set's name, without folder and ".csv", NUL-terminated: at most 12 characters */
 } SetListEntry;
+
+enum {
+    VX63_DLYPRF_SAMPLES = 2048 /* samples of a delay profile */
+};
+
+/* A delay profile. */
+typedef struct DlyPrfResult {
+    uint16_t stat;                            /* 2 complete, 1 still measuring, any other: no data */
+    int8_t ucDlyPrfData[VX63_DLYPRF_SAMPLES]; /* samples in the order of their delay */
+} DlyPrfResult;
+
+/*
+ * Channels to measure or to scan: one block of sizeof(MultiMeasReg) + sRegNum * sizeof(MeasCondition) bytes.
+ * The array is C99's flexible one, which C++ compilers know as well.
+ */
+__extension__ typedef struct MultiMeasReg {
+    int16_t sRegNum;        /* number of channels that follow */
+    MeasCondition single[]; /* the channels; the index of a channel here is its index in a result read */
+} MultiMeasReg;
+
+/* Result of one channel of a multi-channel measurement or a scan. */
+typedef struct MultiMeasResult {
+    uint8_t lock;       /* lock state */
+    uint16_t stat;      /* measurement status */
+    uint16_t mesCond;   /* measured condition */
+    uint8_t readIdx;    /* index of the channel whose result this is */
+    uint8_t currIdx;    /* index of the channel that is being measured now */
+    uint16_t bdSys;     /* broadcast system detected */
+    uint32_t LEVEL;     /* level */
+    uint32_t CNR;       /* carrier-to-noise ratio */
+    uint32_t BER_TOTAL; /* bits counted for the bit error rate */
+    uint32_t BER_ERR;   /* erroneous bits among them */
+    uint16_t TSID;      /* transport-stream id */
+    uint8_t GI;         /* guard interval */
+    uint8_t LAYER;      /* hierarchical layer */
+    uint32_t MOD;       /* modulation */
+} MultiMeasResult;
+
+/* A point of the angle sensor's calibration. */
+typedef struct AnglePoint {
+    float x;
+    float y;
+    float z;
+} AnglePoint;
+
+/* Progress of the angle sensor's calibration. */
+typedef struct AngleCalStat {
+    int32_t lStatus; /* as the device service reports it */
+    AnglePoint centerPoint1;
+    AnglePoint centerPoint2;
+    AnglePoint centerPoint3;
+} AngleCalStat;
+
+/* Live values of the angle sensor. */
+typedef struct AngleCalInfoDetail {
+    float flRoll;
+    float flPitch;
+    float flAx; /* acceleration, raw */
+    float flAy;
+    float flAz;
+    float flMx; /* magnetic field, raw */
+    float flMy;
+    float flMz;
+    float flAxRot; /* acceleration, rotated */
+    float flAyRot;
+    float flAzRot;
+    float flMxRot; /* magnetic field, rotated */
+    float flMyRot;
+    float flMzRot;
+} AngleCalInfoDetail;
 
 /* One row of the factory table of manual broadcast systems and modulations. */
 typedef struct MeasSetManuBdsysMod {
@@ -457,11 +527,221 @@ VX63_API int32_t vx63_stopSingleMeas(uint8_t ucDispType);
 /*
  * Reads the latest values of the running measurement. Answered by the measurement service; 10 s. Poll it:
  * the values change while the measurement runs.
- *   usReadCount  0
- *   pResult      all fields but reserved, CONS_NUM and points are written
+ *   usReadCount  0: the values alone, pResult's CONS_NUM and points stay as they are; any other value:
+ *                constellation points as well, passed on as it is (see vx63_startConstaMeas)
+ *   pResult      all fields but reserved are written. CONS_NUM is what the service says, which can be more
+ *                than was asked for. Of that many points, those that the response did not carry are 0: one
+ *                response carries 624 at most. No more than VX63_CONSTA_POINTS_MAX points are written; the
+ *                points behind the last one written stay as they are.
  * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_POWER, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_getSingleMeasResult(uint16_t usReadCount, SingleMeasResult* pResult);
+
+/* ---- Constellation --------------------------------------------------------------------------------- */
+
+/*
+ * Starts to collect constellation points of the running single measurement. Read them with
+ * vx63_getSingleMeasResult. Answered by the measurement service; 10 s.
+ *   ucDispType  display type, passed on as it is
+ *   collectNum  points to collect: 1000, 2000 or 4000
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_startConstaMeas(uint8_t ucDispType, int32_t collectNum);
+
+/*
+ * Stops collecting. Answered by the measurement service; 10 s.
+ *   ucDispType  display type, as it was given to the start
+ * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_stopConstaMeas(uint8_t ucDispType);
+
+/* ---- Delay profile --------------------------------------------------------------------------------- */
+
+/*
+ * Starts to measure the delay profile of one channel. Answered by the measurement service; 10 s. A
+ * powerSupply outside 0 to 4 is logged and taken as off, not refused.
+ *   ucDispType  display type, passed on as it is
+ *   pCondition  what to measure; read only
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_startDlyPrfMeas(uint8_t ucDispType, const MeasCondition* pCondition);
+
+/*
+ * Stops the measurement. Answered by the measurement service; 10 s.
+ *   ucDispType  display type, as it was given to the start
+ * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_stopDlyPrfMeas(uint8_t ucDispType);
+
+/*
+ * Reads the delay profile in six blocks, from the first one in every call. Answered by the measurement
+ * service; 10 s for each block. A block that the service answers with another one is asked for again for as
+ * long as it does.
+ *   pResult  stat tells whether the profile is complete; if it is not, read again later. Written block by
+ *            block: when the profile turns out to be incomplete, and on failure, the blocks read before
+ *            stay, and on failure stat is that of the last of them.
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_POWER, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getDlyPrfResult(DlyPrfResult* pResult);
+
+/* ---- Multi-channel measurement --------------------------------------------------------------------- */
+
+/*
+ * Registers a list of channels and starts to measure them in turn. Answered by the measurement service;
+ * takes one exchange of 10 s for every 40 channels. When a part is refused, those before it stay registered
+ * and nothing is started or stopped. A powerSupply outside 0 to 4 is logged and taken as off, not refused.
+ *   ucDispType  display type, passed on as it is
+ *   pReg        the channels; read only. A channel's index has 8 bits: with more than 256 channels the first
+ *               ones are registered once more in place of those from 256 on. A negative sRegNum is refused:
+ *               with VX63_ERR_COMM from -39 down, with VX63_ERR_ARG above.
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_startMultiMeas(uint8_t ucDispType, const MultiMeasReg* pReg);
+
+/*
+ * Stops the measurement. Answered by the measurement service; 10 s.
+ *   ucDispType  display type, as it was given to the start
+ * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_stopMultiMeas(uint8_t ucDispType);
+
+/*
+ * Does nothing: sends nothing, logs nothing. Kept in the interface.
+ * Returns VX63_OK.
+ */
+VX63_API int32_t vx63_setMultiMeasChannel(void);
+
+/*
+ * Reads the latest values of one channel while the measurement runs. Answered by the measurement service;
+ * 10 s.
+ *   sIndex   index of the channel in the registration, from 0. No upper limit is tested; the service gets
+ *            the low 16 bits.
+ *   pResult  all fields are written
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_POWER, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getMultiMeasResult(int32_t sIndex, MultiMeasResult* pResult);
+
+/* ---- Priority multi-channel measurement ------------------------------------------------------------ */
+
+/*
+ * Starts a multi-channel measurement with a channel of priority: the same request as vx63_startSingleMeas,
+ * and the same results. Answered by the measurement service; 10 s.
+ *   ucDispType  display type, passed on as it is
+ *   pCondition  what to measure; read only
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_startMultiChPrioMeas(uint8_t ucDispType, const MeasCondition* pCondition);
+
+/*
+ * Stops the measurement. Answered by the measurement service; 10 s.
+ *   ucDispType  display type, as it was given to the start
+ * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_stopMultiChPrioMeas(uint8_t ucDispType);
+
+/*
+ * Reads the latest values. Answered by the measurement service; 10 s.
+ *   pResult  all fields but reserved, CONS_NUM and points are written
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_POWER, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getMultiChPrioMeas(SingleMeasResult* pResult);
+
+/* ---- Channel scan ---------------------------------------------------------------------------------- */
+
+/*
+ * Registers a list of channels and starts to scan them. Everything else is as in vx63_startMultiMeas.
+ */
+VX63_API int32_t vx63_startScan(uint8_t ucDispType, const MultiMeasReg* pReg);
+
+/*
+ * Stops the scan, or a multi-channel measurement: the service cannot tell one stop from the other.
+ * Everything else is as in vx63_stopMultiMeas.
+ */
+VX63_API int32_t vx63_stopScan(uint8_t ucDispType);
+
+/*
+ * Reads the latest values of one channel while the scan runs. Everything else is as in
+ * vx63_getMultiMeasResult.
+ */
+VX63_API int32_t vx63_getScanResult(int32_t sIndex, MultiMeasResult* pResult);
+
+/* ---- Optical power --------------------------------------------------------------------------------- */
+
+/*
+ * Starts to measure the optical input power. Answered by the measurement service; 10 s.
+ *   ulWaveLength  wavelength, not 0; any other value is passed on and the service judges it
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_startOptMeas(uint32_t ulWaveLength);
+
+/*
+ * Stops the measurement. Answered by the measurement service; 10 s.
+ * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_stopOptMeas(void);
+
+/*
+ * Reads the optical power. Answered by the measurement service; 10 s.
+ *   pResult  optical power as the service scales it; may be negative
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getOptMeasResult(int32_t* pResult);
+
+/* ---- DC voltage ------------------------------------------------------------------------------------ */
+
+/*
+ * Starts to measure the DC voltage. Answered by the measurement service; 10 s.
+ * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_startDcMeas(void);
+
+/*
+ * Stops the measurement. Answered by the measurement service; 10 s.
+ * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_stopDcMeas(void);
+
+/*
+ * Reads the DC voltage. Answered by the measurement service; 10 s.
+ *   pResult  voltage as the service scales it
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getDcMeasResult(uint32_t* pResult);
+
+/* ---- Antenna angle --------------------------------------------------------------------------------- */
+
+/*
+ * Switches the angle measurement on. Answered by the device service; 10 s.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_startAngleMeas(void);
+
+/*
+ * Switches the angle measurement off. Answered by the device service; 10 s.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_stopAngleMeas(void);
+
+/*
+ * Starts the calibration of the angle sensor; vx63_getAngleCalStat follows it. It cannot be stopped.
+ * Answered by the device service; 10 s.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_startAngleCal(void);
+
+/*
+ * Reads how far the calibration of the angle sensor got. Answered by the device service; 10 s.
+ *   pStat  not tested: must point to a record. Floats arrive bit for bit, those that are no numbers too.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getAngleCalStat(AngleCalStat* pStat);
+
+/*
+ * Reads the live values of the angle sensor. Answered by the device service; 10 s.
+ *   pInfo  not tested: must point to a record. Floats arrive bit for bit, those that are no numbers too.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getAngleCalInfoDetail(AngleCalInfoDetail* pInfo);
 
 /* ---- Device information ---------------------------------------------------------------------------- */
 
