@@ -61,8 +61,13 @@ Scene readScene(const std::string& path, Descriptor file)
         file = Descriptor(openScene(path));
     std::string text;
     char part[4096];
-    for (std::size_t got; (got = readFully(file.get(), part, sizeof part)) > 0;)
-        text.append(part, got);
+    ssize_t got;
+    while (text.size() <= kSceneSizeMax && (got = read(file.get(), part, sizeof part)) != 0) {
+        if (got > 0)
+            text.append(part, static_cast<std::size_t>(got));
+        else if (errno != EINTR)
+            throw Failure(path, errorText(errno), "give a file that you may read with --scene");
+    }
     return parseScene(text, path);
 }
 
@@ -165,6 +170,13 @@ std::string faultError(const std::string& text)
     return "";
 }
 
+std::string descriptorError(const std::string& text)
+{
+    int number = -1;
+    const bool open = CLI::detail::lexical_cast(text, number) && number >= 0 && fcntl(number, F_GETFD) >= 0;
+    return open ? "" : text + " is no open descriptor";
+}
+
 void addMeterOptions(CLI::App& command, Options& options)
 {
     command.add_option("--scene", options.scene, "scene file; none: the scene that is built in")
@@ -202,9 +214,9 @@ int runMain(int argc, char** argv)
 
     CLI::App app("A virtual meter: the five service processes of the meter over one simulated scene.",
                  "vx63-vmeter");
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1);
     app.footer("Example:\n"
-               "  vx63-vmeter run --trace messages.json -- vx63 measure single --freq 473143\n\n"
+               "  vx63-vmeter run --trace messages.json -- vx63 measure single --freq 557143\n\n"
                "See vx63-vmeter(1).");
     app.set_version_flag("--version", "vx63-vmeter " VX63_VERSION);
 
@@ -229,7 +241,7 @@ int runMain(int argc, char** argv)
         .add_option("--ready-fd", options.readyFd,
                     "write a byte to descriptor N when ready, not 'ready' to stderr")
         ->type_name("N")
-        ->check(CLI::NonNegativeNumber);
+        ->check(CLI::Validator(descriptorError, ""));
     serveCommand
         .add_option("--settings", options.settings,
                     "the settings folders are the meter's own: fill the empty ones (factory) or not (empty); "
@@ -263,6 +275,8 @@ int runMain(int argc, char** argv)
         return usageError(error.what());
     }
 
+    if (app.get_subcommands().empty())
+        return usageError("give run, serve, state or check");
     if (checkCommand.parsed())
         return separated ? usageError("check takes no command") : check(options);
     if (stateCommand.parsed())

@@ -197,6 +197,8 @@ private:
         int error = m_command < 0 ? errno : 0;
         if (m_command >= 0 && readFully(readEnd.get(), &error, sizeof error) != sizeof error)
             return; // it runs
+        waitpid(m_command, nullptr, 0);
+        m_command = -1;
         const bool missing = error == ENOENT;
         std::fprintf(
             stderr, "vx63-vmeter: %s: %s: %s\n", m_supervision.command[0].c_str(), errorText(error).c_str(),

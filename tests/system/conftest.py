@@ -124,10 +124,14 @@ class Process:
         self.pid = pid
         self.handle = os.pidfd_open(pid)
 
-    def wait(self):
-        """Until it has ended."""
-        assert select.select([self.handle], [], [], HANG)[0], f"process {self.pid} lives on"
+    def __del__(self):
         os.close(self.handle)
+
+    def ended(self, within=0):
+        return bool(select.select([self.handle], [], [], within)[0])
+
+    def wait(self):
+        assert self.ended(HANG), f"process {self.pid} lives on"
 
 
 def parents():

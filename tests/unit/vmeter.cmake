@@ -10,3 +10,13 @@ target_compile_definitions(unit_vmeter_scene PRIVATE VX63_SOURCE_DIR="${PROJECT_
 target_link_libraries(unit_vmeter_scene PRIVATE
     vmeter_core vx63_warnings GTest::gtest_main rapidcheck rapidcheck_gtest)
 add_test(NAME unit_vmeter_scene COMMAND unit_vmeter_scene --gtest_brief=1)
+
+# Its process side: fault rules, the trace, the memory that the services share.
+add_executable(unit_vmeter_process
+    vmeter_faults_test.cpp
+    vmeter_shared_test.cpp
+    vmeter_trace_test.cpp
+)
+target_link_libraries(unit_vmeter_process PRIVATE
+    vmeter_core vx63_warnings GTest::gtest_main rapidcheck rapidcheck_gtest)
+add_test(NAME unit_vmeter_process COMMAND unit_vmeter_process --gtest_brief=1)
