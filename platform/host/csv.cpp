@@ -11,15 +11,15 @@ namespace csv {
 
 namespace {
 
-const char* reason(int32_t code)
+const char* reason(const Failure& failure)
 {
-    switch (code) {
+    if (failure.error != 0) {
+        const char* const text = strerrordesc_np(failure.error);
+        return text != nullptr ? text : "unknown system error";
+    }
+    switch (failure.code) {
     case LSYS_ERR_ARG:
         return "the call's arguments describe no file";
-    case LSYS_ERR_MISSING:
-        return "no such file or folder";
-    case LSYS_ERR_PERMISSION:
-        return "not permitted";
     case LSYS_ERR_NOT_FILE:
         return "not a regular file";
     case LSYS_ERR_VERSION:
@@ -40,10 +40,8 @@ const char* reason(int32_t code)
         return "too many records";
     case LSYS_ERR_BINARY:
         return "binary garbage";
-    case LSYS_ERR_FULL:
-        return "disk full";
     default:
-        return "system error";
+        return "unknown error";
     }
 }
 
@@ -92,12 +90,10 @@ int32_t report(const char* path, const Failure& failure)
         snprintf(place, sizeof place, ":%u:%u", failure.line, failure.column);
     else if (failure.line != 0)
         snprintf(place, sizeof place, ":%u", failure.line);
-    const char* const why = failure.error != 0 ? strerrordesc_np(failure.error) : nullptr;
 
     char text[PATH_MAX + 256];
-    const int printed =
-        snprintf(text, sizeof text, "lsys: %.*s%s: %s%s%s", PATH_MAX, path != nullptr ? path : "(null)",
-                 place, reason(failure.code), why != nullptr ? ": " : "", why != nullptr ? why : "");
+    const int printed = snprintf(text, sizeof text, "lsys: %.*s%s: %s", PATH_MAX,
+                                 path != nullptr ? path : "(null)", place, reason(failure));
     if (printed < 0)
         return failure.code;
     size_t length =

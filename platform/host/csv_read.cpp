@@ -13,9 +13,6 @@ namespace csv {
 
 namespace {
 
-// More than any field can hold; ten times as much still fits.
-constexpr uint64_t kTooLarge = uint64_t{1} << 32;
-
 // The file and the place in it. What parses keeps the place to itself as `at`, gives the new one back, and
 // nullptr when it failed.
 class Reader {
@@ -157,12 +154,12 @@ inline const uint8_t* Reader::readNumber(const uint8_t* at, const LsysColumn& co
     const bool negative = *at == '-';
     at += negative;
     uint64_t magnitude = 0;
+    uint64_t excess = 0; // keeps what no field can hold, even when the magnitude itself has overflowed
     bool empty = true;
     for (;;) {
         for (unsigned digit; (digit = *at - unsigned{'0'}) <= 9; ++at) {
             magnitude = magnitude * 10 + digit;
-            if (magnitude > kTooLarge)
-                magnitude = kTooLarge;
+            excess |= magnitude >> 32;
             empty = false;
         }
         if (*at != 0)
@@ -181,7 +178,7 @@ inline const uint8_t* Reader::readNumber(const uint8_t* at, const LsysColumn& co
         largest = largest / 2 + negative;
     else if (negative)
         largest = 0;
-    if (magnitude > largest)
+    if (excess != 0 || magnitude > largest)
         return fail(LSYS_ERR_RANGE);
     const uint32_t value = static_cast<uint32_t>(negative ? 0 - magnitude : magnitude);
     if (column.ulWidth == 1) {

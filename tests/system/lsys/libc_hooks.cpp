@@ -1,0 +1,145 @@
+#include "libc_hooks.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+thread_local bool t_inHook = false; // what the hook itself calls is passed on
+
+// Whether the call is to fail.
+bool fails(const char* call)
+{
+    if (!hooks::s_onCall || t_inHook)
+        return false;
+    t_inHook = true;
+    const int error = hooks::s_onCall(call);
+    t_inHook = false;
+    errno = error;
+    return error != 0;
+}
+
+// libc's own function behind the hook.
+template <class Function>
+Function* real(Function*, const char* name)
+{
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+} // namespace
+
+void hooks::reset()
+{
+    s_onCall = nullptr;
+    s_writeLimit = SIZE_MAX;
+}
+
+// The names that 64-bit file sizes give them on 32-bit machines.
+#if __SIZEOF_POINTER__ == 4
+#define openat openat64
+#define fstat fstat64
+#define fstatat fstatat64
+#endif
+#define TEXT_OF(name) #name
+#define NAME(name) TEXT_OF(name)
+
+extern "C" {
+
+int openat(int folder, const char* path, int flags, ...)
+{
+    if (fails("openat"))
+        return -1;
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    return static_cast<int>(syscall(SYS_openat, folder, path, flags, mode));
+}
+
+int fstat(int file, struct stat* status) noexcept
+{
+    static const auto passed = real(&fstat, NAME(fstat));
+    return fails("fstat") ? -1 : passed(file, status);
+}
+
+int fstatat(int folder, const char* path, struct stat* status, int flags) noexcept
+{
+    static const auto passed = real(&fstatat, NAME(fstatat));
+    return fails("fstatat") ? -1 : passed(folder, path, status, flags);
+}
+
+int flock(int file, int operation) noexcept
+{
+    return fails("flock") ? -1 : static_cast<int>(syscall(SYS_flock, file, operation));
+}
+
+ssize_t read(int file, void* bytes, size_t count)
+{
+    return fails("read") ? -1 : syscall(SYS_read, file, bytes, count);
+}
+
+ssize_t write(int file, const void* bytes, size_t count)
+{
+    return fails("write") ? -1 : syscall(SYS_write, file, bytes, std::min(count, hooks::s_writeLimit));
+}
+
+int fsync(int file)
+{
+    return fails("fsync") ? -1 : static_cast<int>(syscall(SYS_fsync, file));
+}
+
+int fchmod(int file, mode_t mode) noexcept
+{
+    return fails("fchmod") ? -1 : static_cast<int>(syscall(SYS_fchmod, file, mode));
+}
+
+int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept
+{
+    return fails("renameat") ? -1
+                             : static_cast<int>(syscall(SYS_renameat2, fromFolder, from, toFolder, to, 0));
+}
+
+int unlinkat(int folder, const char* path, int flags) noexcept
+{
+    return fails("unlinkat") ? -1 : static_cast<int>(syscall(SYS_unlinkat, folder, path, flags));
+}
+
+int close(int file)
+{
+    return fails("close") ? -1 : static_cast<int>(syscall(SYS_close, file));
+}
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+
+void* __libc_malloc(size_t);
+void* __libc_calloc(size_t, size_t);
+void* __libc_realloc(void*, size_t);
+
+void* malloc(size_t size)
+{
+    hooks::s_allocations++;
+    return __libc_malloc(size);
+}
+
+void* calloc(size_t count, size_t size)
+{
+    hooks::s_allocations++;
+    return __libc_calloc(count, size);
+}
+
+void* realloc(void* memory, size_t size)
+{
+    hooks::s_allocations++;
+    return __libc_realloc(memory, size);
+}
+
+#endif
+
+} // extern "C"

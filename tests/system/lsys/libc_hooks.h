@@ -1,0 +1,26 @@
+// What stands between liblsys.so and libc in these tests: an executable's functions win over libc's. Left
+// alone, every hook passes its calls on.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace hooks {
+
+// Called before each system call on files with its name; what it gives, unless 0, is the errno that the call
+// fails with.
+inline std::function<int(const std::string& call)> s_onCall;
+
+// How many bytes a write() takes at most.
+inline size_t s_writeLimit = SIZE_MAX;
+
+// How often this thread has asked for memory. Not counted under the sanitizers, which have heaps of their
+// own.
+inline thread_local int64_t s_allocations = 0;
+
+// Puts every hook back.
+void reset();
+
+} // namespace hooks
