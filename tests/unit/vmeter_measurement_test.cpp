@@ -167,8 +167,9 @@ TEST(VmeterServices, HaveTheirIdsAndCommands)
         ASSERT_NE(found, kMeasurementService.commands.end()) << name;
         EXPECT_EQ(found->name, name);
     }
-    EXPECT_EQ(kDeviceService.commands[0].usCmd, 0x22);
-    EXPECT_STREQ(kDeviceService.commands[0].name, "power-supply-info");
+    const auto info = std::ranges::find(kDeviceService.commands, 0x22, &Command::usCmd);
+    ASSERT_NE(info, kDeviceService.commands.end());
+    EXPECT_STREQ(info->name, "power-supply-info");
 }
 
 TEST(SingleMeasurement, GivesTheChannel)
