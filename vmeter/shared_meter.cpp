@@ -74,6 +74,12 @@ uint64_t SharedMeter::update(const std::function<void(State&)>& change)
     return next.ulSimMs;
 }
 
+State SharedMeter::state()
+{
+    const Lock lock(*m_memory);
+    return m_memory->states[m_memory->current];
+}
+
 uint64_t SharedMeter::simMs()
 {
     const Lock lock(*m_memory);

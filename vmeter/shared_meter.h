@@ -26,6 +26,7 @@ public:
     // time after it.
     uint64_t update(const std::function<void(State&)>& change);
 
+    State state();
     uint64_t simMs();
 
     // Requests counted so far, one number per fault rule.
