@@ -7,6 +7,8 @@
 #include "queues.h"
 #include "run.h"
 #include "scene/scene.h"
+#include "state_json.h"
+#include "state_query.h"
 #include "supervisor.h"
 
 #include <CLI/CLI.hpp>
@@ -26,6 +28,10 @@ struct Options {
     std::optional<std::string> trace;
     std::vector<std::string> faults;
     bool inPlace = false;
+    std::optional<std::string> stateJson;
+    bool emptySettings = false;
+    std::string settings; // empty: not the meter's own
+    bool json = false;
     int readyFd = -1;
     std::vector<std::string> command;
 
@@ -35,6 +41,7 @@ struct Options {
     int holdFd = -1;
     int sceneFd = -1;
     int traceFd = -1;
+    int stateJsonFd = -1;
     std::string signals;
     bool probe = false;
 };
@@ -77,6 +84,9 @@ int serve(const Options& options)
         scene.faults.push_back(parseFault(fault));
     if (options.trace)
         trace = Descriptor(openTrace(*options.trace));
+    Descriptor stateJson = takeOver(options.stateJsonFd);
+    if (options.stateJson)
+        stateJson = Descriptor(openStateJson(*options.stateJson));
 
     const Descriptor claim = claimQueues();
     Supervision supervision;
@@ -84,6 +94,11 @@ int serve(const Options& options)
     supervision.traceFd = trace.get();
     supervision.readyFd = options.readyFd;
     supervision.controlFd = options.controlFd;
+    supervision.claimFd = claim.get();
+    supervision.stateJsonFd = stateJson.get();
+    supervision.settings.own = !options.settings.empty();
+    if (options.settings == "factory")
+        fillSettings(supervision.settings);
     supervision.callerSignals =
         options.controlFd >= 0 ? CallerSignals::fromText(options.signals) : CallerSignals::current();
     return supervise(scene, supervision);
@@ -97,6 +112,8 @@ int run(const Options& options)
     runOptions.trace = options.trace;
     runOptions.faults = options.faults;
     runOptions.inPlace = options.inPlace;
+    runOptions.stateJson = options.stateJson;
+    runOptions.emptySettings = options.emptySettings;
     runOptions.command = options.command;
     return vmeter::run(runOptions);
 }
@@ -118,6 +135,13 @@ int check(const Options& options)
         return 1;
     }
     std::puts("namespaces work here: 'vx63-vmeter run' needs nothing else");
+    return 0;
+}
+
+int showState(const Options& options)
+{
+    const std::string state = queryState();
+    std::fputs(options.json ? state.c_str() : stateText(state).c_str(), stdout);
     return 0;
 }
 
@@ -158,6 +182,8 @@ void addMeterOptions(CLI::App& command, Options& options)
     command.add_option("--scene", options.scene, "scene file; none: the scene that is built in")
         ->type_name("FILE");
     command.add_option("--trace", options.trace, "write every message to FILE, one line of JSON each")
+        ->type_name("FILE");
+    command.add_option("--state-json", options.stateJson, "write the meter's state to FILE at the end")
         ->type_name("FILE");
     command
         .add_option("--fault", options.faults,
@@ -201,6 +227,8 @@ int runMain(int argc, char** argv)
     runCommand.add_option("--state", options.state, "keep log and settings folders in DIR")->type_name("DIR");
     runCommand.add_flag("--in-place", options.inPlace,
                         "use this machine's own paths and queues (for a container that refuses namespaces)");
+    runCommand.add_flag("--empty-settings", options.emptySettings,
+                        "leave empty settings folders empty, without the factory files");
     runCommand.footer("The exit status is the command's, 128 + n after signal n; 125: the meter cannot run,\n"
                       "126: the command cannot be executed, 127: it is not found.\n\n"
                       "Example:\n"
@@ -214,14 +242,26 @@ int runMain(int argc, char** argv)
                     "write a byte to descriptor N when ready, not 'ready' to stderr")
         ->type_name("N")
         ->check(CLI::Validator(descriptorError, ""));
+    serveCommand
+        .add_option("--settings", options.settings,
+                    "the settings folders are the meter's own: fill the empty ones (factory) or not (empty); "
+                    "without this it changes none of them")
+        ->type_name("WHAT")
+        ->check(CLI::IsMember({"factory", "empty"}));
     serveCommand.add_option("--inside", options.controlFd)->group("");
     serveCommand.add_option("--begun", options.begunFd)->group("");
     serveCommand.add_option("--hold", options.holdFd)->group("");
     serveCommand.add_option("--scene-fd", options.sceneFd)->group("");
     serveCommand.add_option("--trace-fd", options.traceFd)->group("");
+    serveCommand.add_option("--state-json-fd", options.stateJsonFd)->group("");
     serveCommand.add_option("--signals", options.signals)->group("");
     serveCommand.footer("Example:\n"
                         "  unshare --ipc --map-root-user vx63-vmeter serve -- ./my-application");
+
+    CLI::App& stateCommand = *app.add_subcommand("state", "print the state of the meter that runs here");
+    stateCommand.add_flag("--json", options.json, "as one line of JSON");
+    stateCommand.footer("Example:\n"
+                        "  vx63-vmeter run -- sh -c './my-application; vx63-vmeter state'");
 
     CLI::App& checkCommand = *app.add_subcommand("check", "tell whether 'run' can have namespaces here");
     checkCommand.add_flag("--inside", options.probe)->group("");
@@ -236,9 +276,11 @@ int runMain(int argc, char** argv)
     }
 
     if (app.get_subcommands().empty())
-        return usageError("give run, serve or check");
+        return usageError("give run, serve, state or check");
     if (checkCommand.parsed())
         return separated ? usageError("check takes no command") : check(options);
+    if (stateCommand.parsed())
+        return separated ? usageError("state takes no command") : showState(options);
     if (separated && (options.command.empty() || options.command[0].empty()))
         return usageError("no COMMAND after --");
     if (serveCommand.parsed())

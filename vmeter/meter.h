@@ -2,11 +2,14 @@
 // which lies in memory that all of them map.
 #pragma once
 
+#include "device_state.h"
 #include "meas/wire.h"
 #include "meas/wire_multi.h"
 #include "scene/scene.h"
+#include "settings.h"
 
 #include <cstdint>
+#include <string>
 #include <type_traits>
 
 namespace vmeter {
@@ -63,12 +66,15 @@ struct State {
     uint32_t ulOpticalNm; // wavelength of the running optical measurement; 0 none
     uint8_t ucDcRunning;
     AngleState angle;
+    DeviceState device;
 };
 static_assert(std::is_trivially_copyable_v<State>);
 
 struct Meter {
     const Scene& scene;
     State& state;
+    const Settings& settings = kForeignSettings;
+    std::string note = {}; // what the trace says beside the answer
 };
 
 } // namespace vmeter

@@ -24,3 +24,15 @@ add_executable(unit_vmeter_process
 target_link_libraries(unit_vmeter_process PRIVATE
     vmeter_core vx63_warnings GTest::gtest_main rapidcheck rapidcheck_gtest)
 add_test(NAME unit_vmeter_process COMMAND unit_vmeter_process --gtest_brief=1)
+
+# The services about the meter itself: handlers, power, settings files, the state as JSON.
+add_executable(unit_vmeter_services
+    vmeter_device_scene_test.cpp
+    vmeter_services_test.cpp
+    vmeter_settings_test.cpp
+    vmeter_state_test.cpp
+)
+target_include_directories(unit_vmeter_services PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+target_link_libraries(unit_vmeter_services PRIVATE
+    vmeter_core vx63_warnings GTest::gtest_main rapidcheck rapidcheck_gtest)
+add_test(NAME unit_vmeter_services COMMAND unit_vmeter_services --gtest_brief=1)

@@ -22,7 +22,14 @@ TEST(VmeterServices, HaveTheirIdsAndCommands)
             commands[command.usCmd] = command.name;
         EXPECT_EQ(commands, expected);
     };
-    expectCommands(kMeasurementService, {{0x15, "power-supply"},
+    expectCommands(kMeasurementService, {{0x0E, "standby"},
+                                         {0x0F, "wakeup"},
+                                         {0x16, "calibration"},
+                                         {0x18, "standby-state"},
+                                         {0x19, "low-battery"},
+                                         {0x1D, "force-standby"},
+                                         {0x1E, "force-wakeup"},
+                                         {0x15, "power-supply"},
                                          {0x17, "meas-status"},
                                          {0x1C, "mix-band-supply"},
                                          {0x100, "set-input"},
@@ -38,7 +45,8 @@ TEST(VmeterServices, HaveTheirIdsAndCommands)
                                          {0x10D, "optical-result"},
                                          {0x10E, "dc-start"},
                                          {0x10F, "dc-result"}});
-    expectCommands(kDeviceService, {{0x07, "angle-start"},
+    expectCommands(kDeviceService, {{0x06, "device-status"},
+                                    {0x07, "angle-start"},
                                     {0x1F, "angle-calibration-start"},
                                     {0x20, "angle-calibration-status"},
                                     {0x21, "angle-detail"},

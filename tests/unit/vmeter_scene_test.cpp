@@ -267,7 +267,7 @@ TEST(Scene, RefusesWithFileLineKeyAndReason)
     const std::pair<std::string, std::string> cases[] = {
         {"sead = 1",
          "x.toml:1: sead: unknown key; known here: seed, clock_ms, noise_figure_db, level_sigma_db, "
-         "cn_sigma_db, input, signal, light, antenna, fault"},
+         "cn_sigma_db, input, signal, light, antenna, fault, product, failure, device, power, update, key"},
         {"seed = -1", "x.toml:1: seed: must be 0 to 9223372036854775807, is -1"},
         {"seed = 1.5", "x.toml:1: seed: must be an integer, not floating-point"},
         {"seed = \"1\"", "x.toml:1: seed: must be an integer, not string"},
@@ -608,6 +608,12 @@ std::set<std::string> documentedKeys()
                                                             {"## `echoes` of a signal", "signal.echoes."},
                                                             {"## `[[light]]`", "light."},
                                                             {"## `[antenna]`", "antenna."},
+                                                            {"## `[product]`", "product."},
+                                                            {"## `[failure]`", "failure."},
+                                                            {"## `[device]`", "device."},
+                                                            {"## `[power]`", "power."},
+                                                            {"## `[update]`", "update."},
+                                                            {"## `[[key]]`", "key."},
                                                             {"## `[[fault]]`", "fault."}};
     std::set<std::string> keys;
     std::istringstream text(readFile(VX63_SOURCE_DIR "/docs/scene.md"));
@@ -624,7 +630,7 @@ std::set<std::string> documentedKeys()
 TEST(SceneDocument, TellsEveryKeyAndNoOther)
 {
     const std::vector<std::string> known = sceneKeys();
-    EXPECT_EQ(known.size(), 61u);
+    EXPECT_EQ(known.size(), 98u);
     EXPECT_EQ(documentedKeys(), std::set<std::string>(known.begin(), known.end()));
 }
 

@@ -1,4 +1,5 @@
 #include "scene/fields.h"
+#include "scene/load_device.h"
 #include "scene/scene.h"
 #include "signal/reception.h"
 
@@ -17,9 +18,9 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::string_view kFileKeys[] = {"seed",        "clock_ms", "noise_figure_db", "level_sigma_db",
-                                          "cn_sigma_db", "input",    "signal",          "light",
-                                          "antenna",     "fault"};
+constexpr std::string_view kFileKeys[] = {
+    "seed",    "clock_ms", "noise_figure_db", "level_sigma_db", "cn_sigma_db", "input", "signal", "light",
+    "antenna", "fault",    "product",         "failure",        "device",      "power", "update", "key"};
 constexpr std::string_view kInputKeys[] = {"id", "cable", "lnb", "dc_v"};
 constexpr std::string_view kCableKeys[] = {"length_m", "loss_db_100m", "loss_db"};
 constexpr std::string_view kLnbKeys[] = {"current_ma", "short_circuit", "cross_polar_db"};
@@ -39,9 +40,11 @@ constexpr std::string_view kFaultKeys[] = {"service", "command",     "first", "l
 constexpr struct {
     std::string_view name;
     std::span<const std::string_view> keys;
-} kTables[] = {{"", kFileKeys},         {"input", kInputKeys},     {"input.cable", kCableKeys},
-               {"input.lnb", kLnbKeys}, {"signal", kSignalKeys},   {"signal.echoes", kEchoKeys},
-               {"light", kLightKeys},   {"antenna", kAntennaKeys}, {"fault", kFaultKeys}};
+} kTables[] = {{"", kFileKeys},           {"input", kInputKeys},     {"input.cable", kCableKeys},
+               {"input.lnb", kLnbKeys},   {"signal", kSignalKeys},   {"signal.echoes", kEchoKeys},
+               {"light", kLightKeys},     {"antenna", kAntennaKeys}, {"fault", kFaultKeys},
+               {"product", kProductKeys}, {"failure", kFailureKeys}, {"device", kDeviceKeys},
+               {"power", kPowerKeys},     {"update", kUpdateKeys},   {"key", kKeyKeys}};
 
 [[noreturn]] void refusePoints(const Fields& fields)
 {
@@ -342,6 +345,7 @@ Scene parseScene(std::string_view text, const std::string& name)
     readLights(fields, name, scene);
     readAntenna(fields, name, scene.antenna);
     readFaults(fields, name, scene);
+    scene.device = readDeviceScene(fields, name);
     return scene;
 }
 

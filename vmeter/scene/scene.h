@@ -3,6 +3,7 @@
 #pragma once
 
 #include "faults.h"
+#include "scene/device_scene.h"
 #include "signal/cable.h"
 #include "signal/modulation.h"
 
@@ -97,6 +98,7 @@ struct Scene {
     std::vector<Light> lights;
     Antenna antenna;
     std::vector<FaultRule> faults;
+    DeviceScene device; // the meter itself
 };
 
 // No scene file is larger, in bytes; who reads one need not read on beyond it.

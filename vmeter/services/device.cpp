@@ -1,5 +1,6 @@
 // The device service. docs/measured-values.md tells units and results.
 #include "services/device.h"
+#include "services/device_status.h"
 #include "services/results.h"
 #include "signal/channel_list.h"
 #include "signal/power_supply.h"
@@ -26,6 +27,7 @@ Body powerSupplyInfo(Meter& meter, std::span<const uint8_t> request)
 }
 
 constexpr Command kCommands[] = {
+    {0x0006, "device-status", deviceStatus},
     {0x0007, "angle-start", angleStart},
     {0x001F, "angle-calibration-start", angleCalibrationStart},
     {0x0020, "angle-calibration-status", angleCalibrationStatus},

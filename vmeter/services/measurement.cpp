@@ -2,6 +2,7 @@
 // tells units, bits and results.
 #include "services/measurement.h"
 #include "meas/wire.h"
+#include "services/power_meas.h"
 #include "services/results.h"
 #include "signal/channel_list.h"
 #include "signal/power_supply.h"
@@ -123,6 +124,13 @@ Body measStatus(Meter& meter, std::span<const uint8_t> request)
 }
 
 constexpr Command kCommands[] = {
+    {0x000E, "standby", standbyMeasurement},
+    {0x000F, "wakeup", wakeUpMeasurement},
+    {0x0016, "calibration", calibrate},
+    {0x0018, "standby-state", standbyState},
+    {0x0019, "low-battery", lowBattery},
+    {0x001D, "force-standby", forceStandby},
+    {0x001E, "force-wakeup", forceWakeUp},
     {0x0015, "power-supply", powerSupply},
     {0x0017, "meas-status", measStatus},
     {0x001C, "mix-band-supply", mixBandSupply},

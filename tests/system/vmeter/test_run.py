@@ -30,7 +30,7 @@ def test_exit_status_is_the_commands(script, status):
 
 
 def test_command_not_found():
-    ended = vmeter("run", "--", "no-such-program")
+    ended = vmeter("run", "--", "no-such-program", env={**os.environ, "PATH": "/usr/bin:/bin"})
     assert ended.returncode == 127
     assert ended.stderr == ("vx63-vmeter: no-such-program: No such file or directory: "
                             "give the path of a program, or a name on PATH\n")

@@ -7,7 +7,7 @@ from conftest import HANG, VMETER, vmeter
 
 
 @pytest.mark.parametrize("arguments, why", [
-    ((), "give run, serve or check"),
+    ((), "give run, serve, state or check"),
     (("walk",), "walk"),
     (("run",), "run needs -- COMMAND"),
     (("run", "true"), "true"),
