@@ -124,7 +124,7 @@ duration_ms = 1
 [[key]]
 time_ms = 350
 key = 3
-duration_ms = 51
+duration_ms = 150
 )");
     EXPECT_EQ(bench.call(kKey, 0x08), zeros(17));
     EXPECT_EQ(bench.call(kKey, 0x08), zeros(17, {{3, 1}}));
