@@ -365,12 +365,12 @@ VX63_API int32_t vx63_init(int32_t procId);
 /* ---- Settings files -------------------------------------------------------------------------------- */
 
 /*
- * These functions read and write files; they need no vx63_init() and ask no service. Each takes the id of a
- * file, VX63_SET_FILE_*. A result of -1 is an argument error (not VX63_ERR_ARG), found before any file is
- * touched; other negative results are those of the platform's reader or writer. A set's name is inserted
- * into the path unchanged: 1 to 12 characters without a separator. A name too long for any path is refused.
- * After a write the file has reached the flash. Any number of threads may call; two that write one file at
- * the same time are not serialised.
+ * These functions work on the files themselves: all but the two notices at the end need no vx63_init() and
+ * ask no service, and report an argument error as -1 (not VX63_ERR_ARG), before any file is touched. A
+ * failure of the platform's reader or writer is passed on as it came, negative. A file is named by its id,
+ * VX63_SET_FILE_*; a set's name, 1 to 12 characters without a separator, is inserted into its path unchanged,
+ * and refused where it is too long for any path. After a write the file has reached the flash. Any number of
+ * threads may call; two that write one file at the same time are not serialised.
  */
 
 /*

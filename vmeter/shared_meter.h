@@ -41,7 +41,6 @@ private:
     class Lock;
 
     std::size_t m_size;
-    std::size_t m_services;
     std::size_t m_faultRules;
     Memory* m_memory;
     std::atomic<int64_t>* m_comeBackMs;

@@ -102,13 +102,33 @@ Json noticeJson(const NoticeState& notice)
     return json;
 }
 
+std::string_view runName(Run run)
+{
+    switch (run) {
+    case Run::none:
+        break;
+    case Run::single:
+        return "single";
+    case Run::delayProfile:
+        return "delay-profile";
+    case Run::multi:
+        return "multi";
+    case Run::scan:
+        return "scan";
+    }
+    return "none";
+}
+
 Json measurementJson(const State& state)
 {
     return {{"input", state.ucInput},
             {"supply", state.ucSupplyCode},
             {"mix_band_supply", state.ucMixBandSupply != 0},
-            {"single_running", state.single.ucRunning != 0},
-            {"single_locked", state.single.ucLocked != 0}};
+            {"run", runName(state.run)},
+            {"locked", state.run != Run::none && state.demodulator.ucLocked != 0},
+            {"optical_nm", state.ulOpticalNm},
+            {"dc", state.ucDcRunning != 0},
+            {"angle", state.angle.ucOn != 0}};
 }
 
 } // namespace

@@ -84,9 +84,10 @@ int32_t vx63_getFailinfo(FailInfo* pFail)
         const auto rspData = response.as<wire::FailInfoResponse>();
         memcpy(pFail, &rspData, sizeof *pFail);
 
-        char addInfo[sizeof pFail->ucAddInfo * sizeof "0XFF, "];
+        constexpr size_t kAddInfoSize = sizeof pFail->ucAddInfo;
+        char addInfo[kAddInfoSize * sizeof "0XFF, "];
         size_t used = 0;
-        for (size_t i = 0; i < sizeof pFail->ucAddInfo; ++i) {
+        for (size_t i = 0; i < kAddInfoSize; ++i) {
             used += static_cast<size_t>(snprintf(addInfo + used, sizeof addInfo - used, "%s%#02X",
                                                  i == 0 ? "" : ", ", pFail->ucAddInfo[i]));
         }

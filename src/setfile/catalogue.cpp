@@ -47,7 +47,7 @@ struct Row {
     uint32_t defaultSize;
 };
 
-// The files "measrement" are spelled so on every meter.
+// "measrement" is how the meters spell it.
 constexpr Row kRows[] = {
     {0, "/usr/local/bin/sys_set/system_setting_file_powoff.csv", 7, 7, 1, kPowOff, 7},
     {1, "/usr/local/bin/sys_set/system_setting_file_volume.csv", 5, 5, 1, kVolume, 5},
@@ -123,10 +123,6 @@ consteval Catalogue makeCatalogue()
     uint32_t fileId = 0;
     for (const Row& row : kRows) {
         if (row.fileId != fileId) {
-            catalogueIsWrong();
-        }
-        if (row.factory.data != nullptr &&
-            (row.factory.rows != row.rows || row.factory.recordSize != row.dataSize)) {
             catalogueIsWrong();
         }
         catalogue.at(fileId++) = {.path = row.path,
@@ -225,10 +221,9 @@ static_assert(everyRow([](uint32_t, const SetFileDef& def) {
     return def.version == std::string_view("1.0.0");
 }));
 
-// The header names the columns, without blanks.
+// Every file has a header, which names its columns, without blanks.
 static_assert(everyRow([](uint32_t, const SetFileDef& def) {
-    return def.columns != nullptr && count(def.header, ',') + 1 == def.columnCount &&
-           count(def.header, ' ') == 0;
+    return count(def.header, ',') + 1 == def.columnCount && count(def.header, ' ') == 0;
 }));
 
 // A path is formatted once, with a set's name, and only where there is one.
@@ -246,8 +241,10 @@ static_assert(everyRow([](uint32_t, const SetFileDef& def) {
 
 // Factory contents are a whole file; sets and lists have none.
 static_assert(everyRow([](uint32_t fileId, const SetFileDef& def) {
-    return isSetOrList(fileId) ? def.defaultData == nullptr && def.defaultSize == 0
-                               : def.defaultData != nullptr && def.defaultSize == def.rows * def.dataSize;
+    const Factory& factory = kRows[fileId].factory;
+    return isSetOrList(fileId) ? factory.rows == 0 && def.defaultSize == 0
+                               : factory.rows == def.rows && factory.recordSize == def.dataSize &&
+                                     def.defaultSize == def.rows * def.dataSize;
 }));
 
 // Every file fits the staging buffer, and the largest fills it.

@@ -106,8 +106,7 @@ constexpr Records<16, 16> kJsat4bAnt = satellitePlan<16>({
     {2, "JD", 2, 2, 8, 12523250 - 250, 30000}, //
 });
 
-// File 41: BS and CS together, one polarisation after the other.
-constexpr Records<50, 16> kBsCs = []() consteval
+static consteval Records<50, 16> bsCsPlan()
 {
     Records<50, 16> plan = {};
     auto next = std::copy_n(kBs.begin(), 12, plan.begin());
@@ -116,7 +115,9 @@ constexpr Records<50, 16> kBsCs = []() consteval
     std::copy_n(kCs.begin() + 13, 13, next);
     return plan;
 }
-();
+
+// File 41: BS and CS together, one polarisation after the other.
+constexpr Records<50, 16> kBsCs = bsCsPlan();
 
 // ---- CATV plans: the public plan of 6 MHz channels (ARIB STD-B21, tables 10-2 to 10-4) ----
 
@@ -172,8 +173,7 @@ constexpr Records<88, 16> kCatvHigh = part<88>(kCatvAll, 62);
 
 // ---- The other plans ----
 
-// File 16: UHF 6 MHz.
-constexpr Records<40, 12> kUhf = []() consteval
+static consteval Records<40, 12> uhfPlan()
 {
     Records<40, 12> plan = {};
     for (uint32_t i = 0; i < plan.size(); ++i) {
@@ -181,11 +181,11 @@ constexpr Records<40, 12> kUhf = []() consteval
     }
     return plan;
 }
-();
 
-// File 26: skyp 6 MHz, "H001" to "H106" at 93250 + 6500 x (n - 1). Seven of them have a namesake at another
-// frequency right behind: "H-11" after "H011".
-constexpr Records<113, 12> kSkyp = []() consteval
+// File 16: UHF 6 MHz.
+constexpr Records<40, 12> kUhf = uhfPlan();
+
+static consteval Records<113, 12> skypPlan()
 {
     struct Namesake {
         uint32_t number;
@@ -215,12 +215,13 @@ constexpr Records<113, 12> kSkyp = []() consteval
     }
     return plan;
 }
-();
 
-namespace {
+// File 26: skyp 6 MHz, "H001" to "H106" at 93250 + 6500 x (n - 1). Seven of them have a namesake at another
+// frequency right behind: "H-11" after "H011".
+constexpr Records<113, 12> kSkyp = skypPlan();
 
 // A frequency in MHz with so many decimals.
-consteval Text megahertz(uint32_t freq, uint32_t decimals)
+static consteval Text megahertz(uint32_t freq, uint32_t decimals)
 {
     uint32_t unit = 1000; // kHz that the last digit counts
     for (uint32_t i = 0; i < decimals; ++i) {
@@ -232,10 +233,7 @@ consteval Text megahertz(uint32_t freq, uint32_t decimals)
     return text;
 }
 
-} // namespace
-
-// File 29: FM, every 100 kHz; a channel's name is its frequency.
-constexpr Records<251, 12> kFm = []() consteval
+static consteval Records<251, 12> fmPlan()
 {
     Records<251, 12> plan = {};
     for (uint32_t i = 0; i < plan.size(); ++i) {
@@ -244,10 +242,11 @@ constexpr Records<251, 12> kFm = []() consteval
     }
     return plan;
 }
-();
 
-// File 33: CATV up-stream, every 50 kHz; a channel's name is its frequency.
-constexpr Records<1001, 12> kUpStream = []() consteval
+// File 29: FM, every 100 kHz; a channel's name is its frequency.
+constexpr Records<251, 12> kFm = fmPlan();
+
+static consteval Records<1001, 12> upStreamPlan()
 {
     Records<1001, 12> plan = {};
     for (uint32_t i = 0; i < plan.size(); ++i) {
@@ -256,6 +255,8 @@ constexpr Records<1001, 12> kUpStream = []() consteval
     }
     return plan;
 }
-();
+
+// File 33: CATV up-stream, every 50 kHz; a channel's name is its frequency.
+constexpr Records<1001, 12> kUpStream = upStreamPlan();
 
 } // namespace vx63

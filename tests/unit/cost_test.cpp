@@ -2,6 +2,7 @@
 // close. Counted by standing in for libc's functions.
 #include "libvx63.h"
 #include "lmsg.h"
+#include "lsys.h"
 #include "support/log_file.h"
 
 #include <atomic>
@@ -126,6 +127,31 @@ int32_t lmsg_trcvMq(uint8_t, void* pMsg, uint32_t, uint32_t*, uint32_t)
     }
     return LMSG_OK;
 }
+
+// Every settings file holds one record; every command and every removal succeeds.
+int32_t lsys_readCsvNewFmt(const char*, const char*, uint32_t, uint32_t, uint8_t*, uint32_t,
+                           const LsysColumn*)
+{
+    return 1;
+}
+
+int32_t lsys_writeCsvNewFmt(const char*, const char*, const char*, uint32_t, uint32_t, const uint8_t*,
+                            uint32_t, const LsysColumn*)
+{
+    return 0;
+}
+
+int32_t lsys_system(const char*)
+{
+    return 0;
+}
+
+int remove(const char*) noexcept
+{
+    return 0;
+}
+
+void sync() noexcept {}
 }
 
 namespace {
@@ -146,10 +172,36 @@ KeyStatus s_keyStatus;
 DeviceStatus s_deviceStatus;
 uint32_t s_standbyStat;
 const uint8_t k32Bytes[32] = {};
+uint8_t s_file[12012];
+
+// The number of records that a read returns, as a result.
+int32_t oneRecord(int32_t count)
+{
+    return count == 1 ? 0 : -1;
+}
 
 // Every exported operation; a symbol that is missing here fails EveryOperationIsListed.
 const Operation kOperations[] = {
     {"vx63_init", 3, [] { return vx63_init(5); }},
+    {"vx63_readSetFile", 3, [] { return oneRecord(vx63_readSetFile(14, s_file, "ABC", 0)); }},
+    {"vx63_writeSetFile", 3, [] { return vx63_writeSetFile(14, s_file, "ABC", 1); }},
+    {"vx63_readSetFileIdx", 8, [] { return oneRecord(vx63_readSetFileIdx(14, s_file, 0, "ABC", 0)); }},
+    {"vx63_writeSetFileIdx", 9, [] { return vx63_writeSetFileIdx(14, s_file, 0, "ABC"); }},
+    {"vx63_isFileIdUserSet", 0, [] { return vx63_isFileIdUserSet(15); }},
+    {"vx63_isFileIdUserSetFlist", 0, [] { return vx63_isFileIdUserSetFlist(14); }},
+    {"vx63_isFileIdLoggerSet", 0, [] { return vx63_isFileIdLoggerSet(14); }},
+    {"vx63_isFileIdLoggerSetFlist", 0, [] { return vx63_isFileIdLoggerSetFlist(14); }},
+    {"vx63_deleteSetFileUser", 5, [] { return vx63_deleteSetFileUser("ABC"); }},
+    {"vx63_deleteSetFileUserUsb1", 5, [] { return vx63_deleteSetFileUserUsb1("ABC"); }},
+    {"vx63_deleteSetFileUserUsb2", 5, [] { return vx63_deleteSetFileUserUsb2("ABC"); }},
+    {"vx63_deleteSetFileLogger", 5, [] { return vx63_deleteSetFileLogger("ABC"); }},
+    {"vx63_deleteSetFileLoggerUsb1", 5, [] { return vx63_deleteSetFileLoggerUsb1("ABC"); }},
+    {"vx63_deleteSetFileLoggerUsb2", 5, [] { return vx63_deleteSetFileLoggerUsb2("ABC"); }},
+    {"vx63_deleteSetFileUserBulk", 8, [] { return vx63_deleteSetFileUserBulk(14); }},
+    {"vx63_deleteSetFileLoggerBulk", 8, [] { return vx63_deleteSetFileLoggerBulk(35); }},
+    {"vx63_deleteAllSetFile", 12, [] { return vx63_deleteAllSetFile(); }},
+    {"vx63_ntfUpdateFile", 2, [] { return vx63_ntfUpdateFile(0); }},
+    {"vx63_ntfUpdateFileIdx", 2, [] { return vx63_ntfUpdateFileIdx(0, 0); }},
     {"vx63_setMeasInput", 2, [] { return vx63_setMeasInput(1); }},
     {"vx63_reqPowerSupply", 2, [] { return vx63_reqPowerSupply(1); }},
     {"vx63_getMeasStatus", 3, [] { return vx63_getMeasStatus(&s_status); }},

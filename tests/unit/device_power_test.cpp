@@ -14,12 +14,12 @@ using DevicePowerTest = vx63test::OperationTest;
 struct Command {
     const char* name;
     int32_t (*call)();
-    const char* start;  // what it logs first
-    uint8_t service;    // whom it asks
+    const char* start; // what it logs first
+    uint8_t service;   // whom it asks
+    uint32_t timeout;
     const char* code;   // the command, as it lies in a request
     const char* answer; // the command, as it lies in a response
     const char* argument;
-    uint32_t timeout;
     const char* commFailed; // what it logs when the exchange fails
 };
 
@@ -42,37 +42,37 @@ std::string line(const Command& command, const std::string& message)
 
 // The members whose ucRet 0 is success and any other an error.
 const Command kCommands[] = {
-    {"vx63_reboot", [] { return vx63_reboot(); }, "Start.", 0, "0C 00", "0C 80", "00", 10000,
+    {"vx63_reboot", [] { return vx63_reboot(); }, "Start.", 0, 10000, "0C 00", "0C 80", "00",
      "PROC_ID_PSYS communication error. vx63_err=-1"},
-    {"vx63_shutdown", [] { return vx63_shutdown(); }, "Start.", 0, "0D 00", "0D 80", "00", 10000,
+    {"vx63_shutdown", [] { return vx63_shutdown(); }, "Start.", 0, 10000, "0D 00", "0D 80", "00",
      "PROC_ID_PSYS communication error. vx63_err=-1"},
-    {"vx63_standby", [] { return vx63_standby(0); }, "Start. ucMode=0", 0, "0E 00", "0E 80", "00", 10000,
+    {"vx63_standby", [] { return vx63_standby(0); }, "Start. ucMode=0", 0, 10000, "0E 00", "0E 80", "00",
      "PROC_ID_PSYS communication error. vx63_err=-1"},
-    {"vx63_standby", [] { return vx63_standby(1); }, "Start. ucMode=1", 12, "0E 00", "0E 80", "01", 10000,
+    {"vx63_standby", [] { return vx63_standby(1); }, "Start. ucMode=1", 12, 10000, "0E 00", "0E 80", "01",
      "PROC_ID_PMEAS communication error. vx63_err=-1"},
-    {"vx63_standby", [] { return vx63_standby(255); }, "Start. ucMode=255", 12, "0E 00", "0E 80", "FF", 10000,
+    {"vx63_standby", [] { return vx63_standby(255); }, "Start. ucMode=255", 12, 10000, "0E 00", "0E 80", "FF",
      "PROC_ID_PMEAS communication error. vx63_err=-1"},
-    {"vx63_wakeup", [] { return vx63_wakeup(0); }, "Start. ucMode=0", 0, "0F 00", "0F 80", "00", 10000,
+    {"vx63_wakeup", [] { return vx63_wakeup(0); }, "Start. ucMode=0", 0, 10000, "0F 00", "0F 80", "00",
      "PROC_ID_PSYS communication error. vx63_err=-1"},
-    {"vx63_wakeup", [] { return vx63_wakeup(1); }, "Start. ucMode=1", 12, "0F 00", "0F 80", "01", 10000,
+    {"vx63_wakeup", [] { return vx63_wakeup(1); }, "Start. ucMode=1", 12, 10000, "0F 00", "0F 80", "01",
      "PROC_ID_PMEAS communication error. vx63_err=-1"},
-    {"vx63_wakeup", [] { return vx63_wakeup(255); }, "Start. ucMode=255", 12, "0F 00", "0F 80", "FF", 10000,
+    {"vx63_wakeup", [] { return vx63_wakeup(255); }, "Start. ucMode=255", 12, 10000, "0F 00", "0F 80", "FF",
      "PROC_ID_PMEAS communication error. vx63_err=-1"},
     // Ask the measurement service, and name the system service.
-    {"vx63_force_standby", [] { return vx63_force_standby(); }, "Start.", 12, "1D 00", "1D 80", "00", 10000,
+    {"vx63_force_standby", [] { return vx63_force_standby(); }, "Start.", 12, 10000, "1D 00", "1D 80", "00",
      "PROC_ID_PSYS communication error. vx63_err=-1"},
-    {"vx63_force_wakeup", [] { return vx63_force_wakeup(); }, "Start.", 12, "1E 00", "1E 80", "00", 10000,
+    {"vx63_force_wakeup", [] { return vx63_force_wakeup(); }, "Start.", 12, 10000, "1E 00", "1E 80", "00",
      "PROC_ID_PSYS communication error. vx63_err=-1"},
-    {"vx63_calibration", [] { return vx63_calibration(0); }, "Start. ucMode=0", 12, "16 00", "16 80", "00",
-     5000, "PROC_ID_PMEAS communication error. vx63_err=-1"},
-    {"vx63_calibration", [] { return vx63_calibration(255); }, "Start. ucMode=255", 12, "16 00", "16 80",
-     "FF", 5000, "PROC_ID_PMEAS communication error. vx63_err=-1"},
-    {"vx63_initFactoryDefault", [] { return vx63_initFactoryDefault(); }, "Start.", 0, "1A 00", "1A 80", "00",
-     5000, "PROC_ID_PSYS communication error. vx63_err=-1"},
-    {"vx63_setDeveloperMode", [] { return vx63_setDeveloperMode(1); }, "Start. ucOnOff=1", 0, "1B 00",
-     "1B 80", "01", 5000, "PROC_ID_PSYS communication error. vx63_err=-1"},
-    {"vx63_setDeveloperMode", [] { return vx63_setDeveloperMode(254); }, "Start. ucOnOff=254", 0, "1B 00",
-     "1B 80", "FE", 5000, "PROC_ID_PSYS communication error. vx63_err=-1"},
+    {"vx63_calibration", [] { return vx63_calibration(0); }, "Start. ucMode=0", 12, 5000, "16 00", "16 80",
+     "00", "PROC_ID_PMEAS communication error. vx63_err=-1"},
+    {"vx63_calibration", [] { return vx63_calibration(255); }, "Start. ucMode=255", 12, 5000, "16 00",
+     "16 80", "FF", "PROC_ID_PMEAS communication error. vx63_err=-1"},
+    {"vx63_initFactoryDefault", [] { return vx63_initFactoryDefault(); }, "Start.", 0, 5000, "1A 00", "1A 80",
+     "00", "PROC_ID_PSYS communication error. vx63_err=-1"},
+    {"vx63_setDeveloperMode", [] { return vx63_setDeveloperMode(1); }, "Start. ucOnOff=1", 0, 5000, "1B 00",
+     "1B 80", "01", "PROC_ID_PSYS communication error. vx63_err=-1"},
+    {"vx63_setDeveloperMode", [] { return vx63_setDeveloperMode(254); }, "Start. ucOnOff=254", 0, 5000,
+     "1B 00", "1B 80", "FE", "PROC_ID_PSYS communication error. vx63_err=-1"},
 };
 
 TEST_F(DevicePowerTest, ACommandSendsItsArgument)

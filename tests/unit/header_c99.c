@@ -18,6 +18,20 @@ static void expect(int condition, const char* what)
 int main(void)
 {
     int32_t (*const pInit)(int32_t) = vx63_init;
+    int32_t (*const pReadSetFile)(uint32_t, void*, const char*, uint32_t) = vx63_readSetFile;
+    int32_t (*const pWriteSetFile)(uint32_t, const void*, const char*, uint32_t) = vx63_writeSetFile;
+    int32_t (*const pReadSetFileIdx)(uint32_t, void*, uint32_t, const char*, uint32_t) = vx63_readSetFileIdx;
+    int32_t (*const pWriteSetFileIdx)(uint32_t, const void*, uint32_t, const char*) = vx63_writeSetFileIdx;
+    int32_t (*const pIsFileId[])(int32_t) = {vx63_isFileIdUserSet, vx63_isFileIdUserSetFlist,
+                                             vx63_isFileIdLoggerSet, vx63_isFileIdLoggerSetFlist};
+    int32_t (*const pDeleteSetFile[])(const char*) = {
+        vx63_deleteSetFileUser,   vx63_deleteSetFileUserUsb1,   vx63_deleteSetFileUserUsb2,
+        vx63_deleteSetFileLogger, vx63_deleteSetFileLoggerUsb1, vx63_deleteSetFileLoggerUsb2};
+    int32_t (*const pDeleteSetFileBulk[])(uint32_t) = {vx63_deleteSetFileUserBulk,
+                                                       vx63_deleteSetFileLoggerBulk};
+    int32_t (*const pDeleteAllSetFile)(void) = vx63_deleteAllSetFile;
+    int32_t (*const pNtfUpdateFile)(uint32_t) = vx63_ntfUpdateFile;
+    int32_t (*const pNtfUpdateFileIdx)(uint32_t, uint32_t) = vx63_ntfUpdateFileIdx;
     int32_t (*const pSetMeasInput)(int32_t) = vx63_setMeasInput;
     int32_t (*const pReqPowerSupply)(int32_t) = vx63_reqPowerSupply;
     int32_t (*const pGetMeasStatus)(MeasStatus*) = vx63_getMeasStatus;
@@ -43,6 +57,26 @@ int main(void)
 
     expect(pInit(18) == VX63_ERR_ARG, "vx63_init(18)");
     expect(pInit(17) == VX63_OK, "vx63_init(17)");
+    uint8_t brightness[4] = {0};
+    expect(pReadSetFile(VX63_SET_FILE_BRIGHTNESS, brightness, NULL, 1) == 1 && brightness[0] == 3,
+           "vx63_readSetFile(brightness)");
+    expect(pWriteSetFile(VX63_SET_FILE_COUNT, brightness, NULL, 1) == -1, "vx63_writeSetFile(50)");
+    expect(pReadSetFileIdx(VX63_SET_FILE_BRIGHTNESS, brightness, 1, NULL, 1) == -1,
+           "vx63_readSetFileIdx(brightness, 1)");
+    expect(pWriteSetFileIdx(VX63_SET_FILE_USER_SET, brightness, 0, NULL) == -1,
+           "vx63_writeSetFileIdx(no name)");
+    for (size_t i = 0; i < sizeof pIsFileId / sizeof pIsFileId[0]; ++i) {
+        expect(pIsFileId[i](VX63_SET_FILE_POWOFF) == 0, "vx63_isFileId*(0)");
+    }
+    for (size_t i = 0; i < sizeof pDeleteSetFile / sizeof pDeleteSetFile[0]; ++i) {
+        expect(pDeleteSetFile[i](NULL) == -1, "vx63_deleteSetFile*(NULL)");
+    }
+    for (size_t i = 0; i < sizeof pDeleteSetFileBulk / sizeof pDeleteSetFileBulk[0]; ++i) {
+        expect(pDeleteSetFileBulk[i](VX63_SET_FILE_USER_LIST) == -1, "vx63_deleteSetFile*Bulk(15)");
+    }
+    expect(pDeleteAllSetFile != NULL, "vx63_deleteAllSetFile");
+    expect(pNtfUpdateFile(VX63_SET_FILE_COUNT) == VX63_ERR_ARG, "vx63_ntfUpdateFile(50)");
+    expect(pNtfUpdateFileIdx(VX63_SET_FILE_COUNT, 0) == VX63_ERR_ARG, "vx63_ntfUpdateFileIdx(50)");
     expect(pSetMeasInput(2) == VX63_ERR_ARG, "vx63_setMeasInput(2)");
     expect(pReqPowerSupply(5) == VX63_ERR_ARG, "vx63_reqPowerSupply(5)");
     expect(pGetMeasStatus(NULL) == VX63_ERR_ARG, "vx63_getMeasStatus(NULL)");
@@ -77,6 +111,9 @@ int main(void)
     expect(sizeof(FailInfo) == 40 && offsetof(FailInfo, ucAddInfo) == 8, "FailInfo");
     expect(VX63_KEYS == 17 && sizeof(KeyStatus) == 68, "KeyStatus");
     expect(sizeof(DeviceStatus) == 20 && offsetof(DeviceStatus, ulStat3) == 4, "DeviceStatus");
+    expect(sizeof(SetChannel) == 28 && offsetof(SetChannel, CH) == 4 && offsetof(SetChannel, DC_OUT) == 25,
+           "SetChannel");
+    expect(sizeof(SetListEntry) == 15 && offsetof(SetListEntry, FILE_NAME) == 2, "SetListEntry");
 
     expect(sizeof gLibDumpLog == 50000 && sizeof gLibDumpTestLog == 50000, "dump buffers");
     memset(gLibDumpTestLog, 'x', sizeof gLibDumpTestLog);

@@ -2,6 +2,10 @@
 find_package(rapidcheck REQUIRED)
 
 add_executable(unit_vmeter_scene
+    vmeter_angle_test.cpp
+    vmeter_constellation_test.cpp
+    vmeter_delay_profile_test.cpp
+    vmeter_list_test.cpp
     vmeter_measurement_test.cpp
     vmeter_scene_test.cpp
     vmeter_signal_test.cpp

@@ -346,6 +346,7 @@ TEST(Reboot, IsSilentForItsTimeAndThenAsSwitchedOn)
     bench.ret(kMeas, 0x1D);
     buzz(bench, 4, kRepeat);
     Meter meter{bench.scene_, bench.state_};
+    bench.ret(kDev, 0x07, 1);
     const uint64_t simMs = bench.state_.ulSimMs;
     reboot(meter, 10'000);
     const DeviceState& device = bench.state_.device;
@@ -361,6 +362,7 @@ TEST(Reboot, IsSilentForItsTimeAndThenAsSwitchedOn)
     EXPECT_EQ(device.ucLowBattery, 1);
     EXPECT_EQ(standbyState(bench), 0);
     EXPECT_EQ(bench.state_.ucInput, 0);
+    EXPECT_EQ(bench.state_.angle.ucOn, 0);
     EXPECT_EQ(bench.call(kMeas, 0x17), zeros(12));
     EXPECT_EQ(buzz(bench, 0, kOnce), 0);
 }

@@ -30,8 +30,8 @@ TEST(StateJson, TellsEverything)
               R"("buzzer":{"sounding":false,"kind":null,"repeating":false,"sounds":0,"volumes":[0,0,0,0,0]},)"
               R"("update":{"running":false,"step":0,"finished":0},)"
               R"("settings":{"notices":0,"file":null,"record":null,"read":null},)"
-              R"("measurement":{"input":0,"supply":0,"mix_band_supply":false,"single_running":false,)"
-              R"("single_locked":false}})"
+              R"("measurement":{"input":0,"supply":0,"mix_band_supply":false,"run":"none",)"
+              R"("locked":false,"optical_nm":0,"dc":false,"angle":false}})"
               "\n");
 }
 

@@ -19,15 +19,21 @@ namespace {
 using namespace std::string_view_literals;
 
 constexpr std::string_view kFileKeys[] = {
-    "seed",  "clock_ms", "noise_figure_db", "level_sigma_db", "cn_sigma_db", "input",  "signal",
-    "fault", "product",  "failure",         "device",         "power",       "update", "key"};
-constexpr std::string_view kInputKeys[] = {"id", "cable", "lnb"};
+    "seed",    "clock_ms", "noise_figure_db", "level_sigma_db", "cn_sigma_db", "input", "signal", "light",
+    "antenna", "fault",    "product",         "failure",        "device",      "power", "update", "key"};
+constexpr std::string_view kInputKeys[] = {"id", "cable", "lnb", "dc_v"};
 constexpr std::string_view kCableKeys[] = {"length_m", "loss_db_100m", "loss_db"};
 constexpr std::string_view kLnbKeys[] = {"current_ma", "short_circuit", "cross_polar_db"};
 constexpr std::string_view kSignalKeys[] = {
-    "input",         "frequency_khz",    "lo_khz",     "system", "modulation", "carriers",
-    "bandwidth_khz", "symbol_rate_ksps", "level_dbuv", "cn_db",  "tsid",       "guard_interval",
-    "layers",        "supply",           "tone",       "lock_ms"};
+    "input",         "frequency_khz",    "lo_khz",     "system",  "modulation", "carriers",
+    "bandwidth_khz", "symbol_rate_ksps", "level_dbuv", "cn_db",   "tsid",       "guard_interval",
+    "layers",        "supply",           "tone",       "lock_ms", "echoes"};
+constexpr std::string_view kEchoKeys[] = {"delay_us", "level_db", "phase_deg"};
+constexpr std::string_view kLightKeys[] = {"wavelength_nm", "power_dbm"};
+constexpr std::string_view kAntennaKeys[] = {
+    "roll_deg",        "pitch_deg",      "heading_deg",          "roll_swing_deg",
+    "pitch_swing_deg", "roll_period_ms", "pitch_period_ms",      "field_ut",
+    "inclination_deg", "hard_iron_ut",   "acceleration_sigma_g", "field_sigma_ut"};
 constexpr std::string_view kFaultKeys[] = {"service", "command",     "first", "last",
                                            "kind",    "probability", "value"};
 
@@ -35,7 +41,8 @@ constexpr struct {
     std::string_view name;
     std::span<const std::string_view> keys;
 } kTables[] = {{"", kFileKeys},           {"input", kInputKeys},     {"input.cable", kCableKeys},
-               {"input.lnb", kLnbKeys},   {"signal", kSignalKeys},   {"fault", kFaultKeys},
+               {"input.lnb", kLnbKeys},   {"signal", kSignalKeys},   {"signal.echoes", kEchoKeys},
+               {"light", kLightKeys},     {"antenna", kAntennaKeys}, {"fault", kFaultKeys},
                {"product", kProductKeys}, {"failure", kFailureKeys}, {"device", kDeviceKeys},
                {"power", kPowerKeys},     {"update", kUpdateKeys},   {"key", kKeyKeys}};
 
@@ -111,6 +118,7 @@ void readInputs(const Fields& top, const std::string& file, Scene& scene)
             scene.inputs[id].cable = readCable(*cable, file);
         if (const toml::table* lnb = fields.table("lnb"))
             scene.inputs[id].lnb = readLnb(*lnb, file);
+        scene.inputs[id].dcV = fields.number("dc_v", 0, 100, 0.0);
     }
 }
 
@@ -132,6 +140,22 @@ Modulation readModulation(const Fields& fields, std::string_view key, std::span<
     return allowed[fields.choice(key, names, fallback)];
 }
 
+std::vector<Echo> readEchoes(const Fields& signal, const std::string& file)
+{
+    constexpr size_t kEchoesMax = 16;
+    std::vector<Echo> echoes;
+    const std::vector<const toml::table*> tables = signal.tables("echoes");
+    if (tables.size() > kEchoesMax)
+        signal.fail("echoes", "must be at most 16, are " + std::to_string(tables.size()));
+    for (const toml::table* table : tables) {
+        const Fields fields(*table, file, "signal.echoes", kEchoKeys);
+        echoes.push_back({.delayUs = fields.number("delay_us", -84, 251),
+                          .levelDb = fields.number("level_db", -60, 0),
+                          .phaseDeg = fields.number("phase_deg", -360, 360, 0.0)});
+    }
+    return echoes;
+}
+
 Signal readSignal(const toml::table& table, const std::string& file)
 {
     const Fields fields(table, file, "signal", kSignalKeys);
@@ -145,6 +169,7 @@ Signal readSignal(const toml::table& table, const std::string& file)
     };
     refuseUnless(isOfdm, "carriers");
     refuseUnless(isOfdm, "guard_interval");
+    refuseUnless(isOfdm, "echoes");
     refuseUnless(isSingleCarrier, "symbol_rate_ksps");
     refuseUnless(!isSingleCarrier, "bandwidth_khz");
     refuseUnless(modulation != Modulation::none, "tsid");
@@ -180,6 +205,7 @@ Signal readSignal(const toml::table& table, const std::string& file)
     if (signal.supply == SupplyNeed::none && signal.tone != ToneNeed::any)
         fields.fail("tone", "needs a supply other than none");
     signal.ulLockMs = static_cast<uint32_t>(fields.integer("lock_ms", 0, 3600000, 450));
+    signal.echoes = readEchoes(fields, file);
     return signal;
 }
 
@@ -195,6 +221,45 @@ void readSignals(const Fields& top, const std::string& file, Scene& scene)
                       "a signal of the same input, frequency, oscillator and supply stands before");
         }
         scene.signals.push_back(signal);
+    }
+}
+
+void readLights(const Fields& top, const std::string& file, Scene& scene)
+{
+    for (const toml::table* table : top.tables("light")) {
+        const Fields fields(*table, file, "light", kLightKeys);
+        scene.lights.push_back({.wavelengthNm = fields.number("wavelength_nm", 800, 1700),
+                                .powerDbm = fields.number("power_dbm", -80, 30)});
+    }
+}
+
+void readAntenna(const Fields& top, const std::string& file, Antenna& antenna)
+{
+    const toml::table* table = top.table("antenna");
+    if (!table)
+        return;
+    const Fields fields(*table, file, "antenna", kAntennaKeys);
+    antenna.rollDeg = fields.number("roll_deg", -180, 180, antenna.rollDeg);
+    antenna.pitchDeg = fields.number("pitch_deg", -90, 90, antenna.pitchDeg);
+    antenna.headingDeg = fields.number("heading_deg", 0, 360, antenna.headingDeg);
+    antenna.rollSwingDeg = fields.number("roll_swing_deg", 0, 90, antenna.rollSwingDeg);
+    antenna.pitchSwingDeg = fields.number("pitch_swing_deg", 0, 90, antenna.pitchSwingDeg);
+    antenna.rollPeriodMs = fields.number("roll_period_ms", 100, 3600000, antenna.rollPeriodMs);
+    antenna.pitchPeriodMs = fields.number("pitch_period_ms", 100, 3600000, antenna.pitchPeriodMs);
+    antenna.fieldUt = fields.number("field_ut", 0, 200, antenna.fieldUt);
+    antenna.inclinationDeg = fields.number("inclination_deg", -90, 90, antenna.inclinationDeg);
+    antenna.accelerationSigmaG = fields.number("acceleration_sigma_g", 0, 1, antenna.accelerationSigmaG);
+    antenna.fieldSigmaUt = fields.number("field_sigma_ut", 0, 100, antenna.fieldSigmaUt);
+    const toml::node* node = fields.node("hard_iron_ut");
+    if (!node)
+        return;
+    const toml::array* axes = node->as_array();
+    for (size_t i = 0; i < std::size(antenna.hardIronUt); ++i) {
+        const bool isThere = axes && axes->size() == std::size(antenna.hardIronUt);
+        const double value = isThere ? numberOf(*axes->get(i)).value_or(NAN) : NAN;
+        if (!(value >= -1000 && value <= 1000))
+            fields.fail("hard_iron_ut", "must be three numbers, -1000 to 1000");
+        antenna.hardIronUt[i] = value;
     }
 }
 
@@ -277,6 +342,8 @@ Scene parseScene(std::string_view text, const std::string& name)
     scene.cnSigmaDb = fields.number("cn_sigma_db", 0, 10, scene.cnSigmaDb);
     readInputs(fields, name, scene);
     readSignals(fields, name, scene);
+    readLights(fields, name, scene);
+    readAntenna(fields, name, scene.antenna);
     readFaults(fields, name, scene);
     scene.device = readDeviceScene(fields, name);
     return scene;

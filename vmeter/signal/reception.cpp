@@ -91,9 +91,11 @@ Reception receive(const Scene& scene, uint8_t ucInput, const SupplyState& supply
         rest += fromDb(noiseDbuv);
     }
     for (const Signal& signal : scene.signals) {
-        if (signal.ucInput == ucInput && &signal != wanted)
-            rest +=
-                fromDb(meterDbuv(signal)) * overlap(signal.ifKhz(), signal.bandwidthKhz, tuned, bandwidth);
+        if (signal.ucInput != ucInput || &signal == wanted)
+            continue;
+        const double part = overlap(signal.ifKhz(), signal.bandwidthKhz, tuned, bandwidth);
+        if (part > 0.0)
+            rest += fromDb(meterDbuv(signal)) * part;
     }
     return {.levelDbuv = toDb(carrier + rest), .cnDb = toDb(carrier / rest), .wanted = wanted};
 }

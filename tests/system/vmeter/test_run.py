@@ -30,7 +30,7 @@ def test_exit_status_is_the_commands(script, status):
 
 
 def test_command_not_found():
-    ended = vmeter("run", "--", "no-such-program")
+    ended = vmeter("run", "--", "no-such-program", env={**os.environ, "PATH": "/usr/bin:/bin"})
     assert ended.returncode == 127
     assert ended.stderr == ("vx63-vmeter: no-such-program: No such file or directory: "
                             "give the path of a program, or a name on PATH\n")
@@ -296,6 +296,7 @@ def test_ctrl_c_is_the_commands_business():
                         "trap 'echo caught' INT; echo started; until [ \"$line\" = go ]; do read line; done; "
                         f"echo again; {EXCHANGE}; exit 5")
     terminal.read_until(b"started")
+    service = Process(next(pid for pid, name in descendants(terminal.process.pid).items() if name == "vx63-meas"))
     terminal.type(b"\x03")
     terminal.type(b"go\n")
     terminal.read_until(b"caught")
@@ -304,6 +305,7 @@ def test_ctrl_c_is_the_commands_business():
     terminal.read_until(b'{"result": 0}')
     terminal.type(b"receive 17 60000\n")
     assert b"0c1117800c000000" in terminal.read_until(b"}")
+    assert not service.ended()
     terminal.type(b"\x04")
     assert terminal.wait() == 5
 

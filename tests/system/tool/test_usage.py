@@ -1,0 +1,158 @@
+"""The command line, its help, man page and completion."""
+
+import os
+import re
+import subprocess
+
+import pytest
+
+from tool_support import SOURCE, VX63, run
+
+COMMANDS = ["measure", "input", "power-supply", "status", "log"]
+LEAVES = [["measure", "single"], ["input"], ["power-supply"], ["status"], ["log"]]
+
+
+def help_of(*words):
+    result = run(VX63, *words, "--help")
+    assert (result.returncode, result.stderr) == (0, "")
+    return result.stdout
+
+
+def listed(text, heading):
+    section = text.split(f"\n{heading}:\n")[1].split("\n\n")[0]
+    return re.findall(r"^  (\S+)", section, re.M)
+
+
+def options_of(*words):
+    return set(re.findall(r"^  (?:-h,)?(--[a-z-]+)", help_of(*words), re.M))
+
+
+@pytest.mark.parametrize("words, why", [
+    ([], "no command is given"),
+    (["measure"], "no command is given"),
+    (["bogus"], "'bogus' is no command"),
+    (["measure", "double"], "'double' is no command"),
+    (["--bogus"], "'--bogus' is no command"),
+    (["measure", "single"], "--freq is required"),
+    (["measure", "single", "--freq"], "--freq"),
+    (["measure", "single", "--freq", "0"], "--freq: '0' is not a whole number from 1 to 4294967295"),
+    (["measure", "single", "--freq", "4294967296"], "--freq: '4294967296' is not"),
+    (["measure", "single", "--freq", "-1"], "--freq: '-1' is not"),
+    (["measure", "single", "--freq", "557.143"], "--freq: '557.143' is not"),
+    (["measure", "single", "--freq", ""], "--freq: '' is not"),
+    (["measure", "single", "--freq", "1", "--freq", "2"], "--freq"),
+    (["measure", "single", "--freq", "1", "extra"], "extra"),
+    (["measure", "single", "--freq", "1", "--system", "moon"], "--system: 'moon' is none of terrestrial, satellite,"),
+    (["measure", "single", "--freq", "1", "--system", "65536"], "--system: '65536' is none of"),
+    (["measure", "single", "--freq", "1", "--mod", "am"], "--mod: 'am' is none of OFDM, BPSK,"),
+    (["measure", "single", "--freq", "1", "--condition", "0x10000"], "--condition: '0x10000' is not"),
+    (["measure", "single", "--freq", "1", "--channel", "123456789"], "--channel: '123456789' is longer than 8 bytes"),
+    (["measure", "single", "--freq", "1", "--supply", "5"], "--supply: '5' is not a whole number from 0 to 4"),
+    (["measure", "single", "--freq", "1", "--input", "2"], "--input: '2' is not a whole number from 0 to 1"),
+    (["measure", "single", "--freq", "1", "--disp-type", "256"], "--disp-type: '256' is not"),
+    (["measure", "single", "--freq", "1", "--lock-timeout", "nan"], "--lock-timeout: 'nan' is not a number of seconds"),
+    (["measure", "single", "--freq", "1", "--count", "0"], "--count: '0' is not"),
+    (["measure", "single", "--freq", "1", "--interval", "1"], "--interval requires --count"),
+    (["measure", "single", "--freq", "1", "--count", "2", "--interval", "-1"], "--interval: '-1' is not"),
+    (["input"], "INPUT is required"),
+    (["input", "2"], "INPUT: '2' is not a whole number from 0 to 1"),
+    (["input", "0", "1"], "1"),
+    (["power-supply", "on"], "SUPPLY: 'on' is not"),
+    (["power-supply", "5"], "SUPPLY: '5' is not"),
+    (["power-supply", "1", "--json"], "excludes"),
+    (["status", "now"], "now"),
+    (["log", "--lines", "some"], "--lines: 'some' is not"),
+    (["log", "\x1b[2J", "\x1b[2J"], "\\x1B[2J"),
+])
+def test_wrong_usage(words, why):
+    result = run(VX63, *words)
+    assert result.returncode == 64
+    assert result.stdout == ""
+    assert result.stderr.startswith("vx63: wrong usage of 'vx63")
+    assert why in result.stderr
+    assert re.search(r": see 'vx63[ a-z-]* --help'\n$", result.stderr)
+    assert result.stderr.count("\n") == 1
+
+
+def test_help_lists_commands_and_exit_codes():
+    text = help_of()
+    assert listed(text, "Commands") == COMMANDS
+    assert listed(text, "Exit codes")[:13] == ["0", "1", "2", "3", "6", "7", "8", "64", "66", "70", "74", "75", "129,"]
+
+
+@pytest.mark.parametrize("words", [[], ["measure"], *LEAVES])
+def test_help_has_an_example_that_is_right(words):
+    example = re.search(r"^Example: (vx63 .*)$", help_of(*words), re.M).group(1)
+    # With --help behind it, everything before is checked but nothing is done.
+    assert example.split()[1] in COMMANDS
+    assert run(VX63, *example.split()[1:], "--help").returncode == 0
+
+
+def test_version():
+    result = run(VX63, "--version")
+    assert (result.returncode, result.stderr) == (0, "")
+    assert re.fullmatch(r"vx63 \d+\.\d+\.\d+\n", result.stdout)
+
+
+@pytest.mark.parametrize("words", [["--help"], ["--version"], ["log", "/dev/stdin"]])
+def test_full_disk(words):
+    with open("/dev/full", "w") as full, open(__file__) as source:
+        result = run(VX63, *words, stdin=source, stdout=full)
+    assert result.returncode == 74
+    assert result.stderr == "vx63: cannot write to standard output: No space left on device: make room on the disk\n"
+
+
+def test_closed_output():
+    result = run("sh", "-c", f"'{VX63}' --version >&-")
+    assert result.returncode == 74
+    assert result.stderr.startswith("vx63: cannot write to standard output: ")
+
+
+def test_everything_closed():
+    assert run("sh", "-c", f"'{VX63}' --version <&- >&- 2>&-").returncode == 74
+
+
+def test_man_page_tells_every_option_and_exit_code():
+    page = (SOURCE / "docs" / "man" / "vx63.1").read_text().replace("\\-", "-").replace(" Fl -", " Fl -")
+    told = {"-" + option for option in re.findall(r"Fl (-[a-z-]+)", page)}
+    assert told == set().union(*(options_of(*words) for words in [[], *LEAVES]))
+    status = page.split(".Sh EXIT STATUS")[1].split(".Sh")[0]
+    assert re.findall(r"^\.It (.*)$", status, re.M) == [
+        line.split("  ")[1].strip() for line in help_of().split("Exit codes:\n")[1].split("\n\n")[0].splitlines()]
+
+
+def test_man_page_has_no_faults():
+    result = run("man", "--warnings", "-l", SOURCE / "docs" / "man" / "vx63.1")
+    assert (result.returncode, result.stderr) == (0, "")
+
+
+def completed(*words):
+    """What bash offers for the last word."""
+    script = f"""
+        source '{SOURCE / "tools" / "completion" / "vx63.bash"}'
+        COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
+        _vx63
+        printf '%s\\n' "${{COMPREPLY[@]}}"
+    """
+    result = run("bash", "-uc", script, "bash", "vx63", *words, cwd="/proc/self/fdinfo")
+    assert (result.returncode, result.stderr) == (0, "")
+    return set(result.stdout.split())
+
+
+def test_completion_offers_what_help_lists():
+    assert completed("") == set(COMMANDS) | options_of()
+    assert completed("measure", "") == set(listed(help_of("measure"), "Commands")) | {"--help"}
+    for words in LEAVES:
+        assert completed(*words, "--") == options_of(*words)
+
+
+def test_completion_of_values():
+    text = help_of("measure", "single")
+    for option, heading in [("--system", "Broadcast system"), ("--mod", "Modulation")]:
+        names = re.search(heading + r": (.*), or its code", text).group(1).split(", ")
+        assert completed("measure", "single", option, "") == set(names)
+    assert completed("measure", "single", "--freq", "") == set()
+    assert completed("power-supply", "o") == {"off"}
+    assert completed("st") == {"status"}
+    for process_id in completed("status", "--id", ""):
+        assert 0 <= int(process_id) <= 17 and process_id not in {"0", "6", "8", "10", "12"}

@@ -1,0 +1,20 @@
+// The commands: each adds itself to the command line and, when it is the one that was given, sets what is
+// to be done. A new command is a file with such a function, a line here and one in main.cpp, an entry in
+// the man page and in the completion.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+namespace tool {
+
+// Returns the exit code; throws Failure or BrokenPipe.
+using Command = std::function<int()>;
+
+void addMeasure(CLI::App& app, Command& command);
+void addInput(CLI::App& app, Command& command);
+void addPowerSupply(CLI::App& app, Command& command);
+void addStatus(CLI::App& app, Command& command);
+void addLog(CLI::App& app, Command& command);
+
+} // namespace tool

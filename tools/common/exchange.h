@@ -1,0 +1,21 @@
+// Calls of the library, as a command makes them.
+#pragma once
+
+#include "failure.h"
+
+#include <functional>
+#include <string>
+
+namespace tool {
+
+// Calls the library, and again when an answer to somebody's earlier, abandoned call was in the way: such an
+// answer lies in the queue of our process id and makes the next call fail at once. Returns the result.
+int32_t exchange(const std::function<int32_t()>& call);
+
+// What a negative result means.
+Failure failureOf(int32_t result, const std::string& what);
+
+// exchange(), with a negative result thrown as Failure.
+void require(const std::string& what, const std::function<int32_t()>& call);
+
+} // namespace tool
