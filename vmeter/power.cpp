@@ -15,11 +15,12 @@ void setText(char (&field)[kWidth], const std::string& text)
     std::copy_n(text.begin(), std::min(kWidth, text.size()), field);
 }
 
-// All that the measurement side remembers is gone.
+// All that the measurement service remembers is gone.
 void forgetMeasurements(State& state)
 {
     State fresh{};
     fresh.ulSimMs = state.ulSimMs;
+    fresh.angle = state.angle; // the device service's
     fresh.device = state.device;
     state = fresh;
 }
@@ -95,6 +96,7 @@ void fallAsleep(State& state, Standby standby)
 void reboot(Meter& meter, uint64_t nowMs)
 {
     forgetMeasurements(meter.state);
+    meter.state.angle.ucOn = 0;
     meter.state.ulSimMs += meter.scene.device.power.ulRebootMs;
     DeviceState& device = meter.state.device;
     device.ulRebootEndMs = nowMs + meter.scene.device.power.ulRebootMs;

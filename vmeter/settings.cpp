@@ -45,15 +45,25 @@ int32_t writeFactory(const Settings& settings, uint32_t fileId)
                                file.columnCount, records, file.dataSize, file.columns);
 }
 
+void emptyFolder(const fs::path& folder)
+{
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder))
+        fs::remove_all(entry.path());
+}
+
+// All files or none: a folder that holds some would count as filled the next time.
 void fillFolder(const Settings& settings, const fs::path& folder)
 {
     for (uint32_t fileId = 0; fileId < kCatalogue.size(); ++fileId) {
         const fs::path path = placeOf(settings, kCatalogue[fileId]);
         if (path.parent_path() != folder || vx63::isSet(fileId))
             continue;
-        if (const int32_t result = writeFactory(settings, fileId); result < 0)
-            throw Failure(path, "it cannot be written, lsys_err=" + std::to_string(result),
-                          "free some space, or use --empty-settings");
+        const int32_t result = writeFactory(settings, fileId);
+        if (result >= 0)
+            continue;
+        emptyFolder(folder);
+        throw Failure(path, "it cannot be written, lsys_err=" + std::to_string(result),
+                      "free some space, or use --empty-settings");
     }
 }
 
@@ -86,8 +96,7 @@ bool restoreSettings(const Settings& settings)
         return false;
     try {
         for (const char* const name : kSettingsFolders)
-            for (const fs::directory_entry& entry : fs::directory_iterator(settings.folder / name))
-                fs::remove_all(entry.path());
+            emptyFolder(settings.folder / name);
         fillSettings(settings);
     } catch (const std::exception&) {
         return false;

@@ -102,19 +102,19 @@ Json noticeJson(const NoticeState& notice)
     return json;
 }
 
-const char* runName(Run run)
+std::string_view runName(Run run)
 {
     switch (run) {
+    case Run::none:
+        break;
     case Run::single:
         return "single";
     case Run::delayProfile:
-        return "delay profile";
+        return "delay-profile";
     case Run::multi:
         return "multi";
     case Run::scan:
         return "scan";
-    case Run::none:
-        break;
     }
     return "none";
 }
@@ -125,7 +125,10 @@ Json measurementJson(const State& state)
             {"supply", state.ucSupplyCode},
             {"mix_band_supply", state.ucMixBandSupply != 0},
             {"run", runName(state.run)},
-            {"locked", state.run == Run::single && state.demodulator.ucLocked != 0}};
+            {"locked", state.run != Run::none && state.demodulator.ucLocked != 0},
+            {"optical_nm", state.ulOpticalNm},
+            {"dc", state.ucDcRunning != 0},
+            {"angle", state.angle.ucOn != 0}};
 }
 
 } // namespace

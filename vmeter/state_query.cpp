@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <sys/socket.h>
+#include <sys/time.h>
 
 namespace vmeter {
 namespace {
@@ -35,6 +36,9 @@ std::string queryState()
 {
     const QueueClaim claim = claimAddress();
     const Descriptor meter(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const timeval patience{.tv_sec = 10, .tv_usec = 0}; // with a supervisor that is stopped
+    setsockopt(meter.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+    setsockopt(meter.get(), SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
     if (!meter || connect(meter.get(), reinterpret_cast<const sockaddr*>(&claim.address), claim.length) != 0)
         throw Failure("state", errno == ECONNREFUSED ? "no meter serves the queues here" : errorText(errno),
                       "ask where the meter runs: vx63-vmeter run -- vx63-vmeter state");

@@ -24,14 +24,14 @@ TEST(VmeterServices, HaveTheirIdsAndCommands)
     };
     expectCommands(kMeasurementService, {{0x0E, "standby"},
                                          {0x0F, "wakeup"},
+                                         {0x15, "power-supply"},
                                          {0x16, "calibration"},
+                                         {0x17, "meas-status"},
                                          {0x18, "standby-state"},
                                          {0x19, "low-battery"},
+                                         {0x1C, "mix-band-supply"},
                                          {0x1D, "force-standby"},
                                          {0x1E, "force-wakeup"},
-                                         {0x15, "power-supply"},
-                                         {0x17, "meas-status"},
-                                         {0x1C, "mix-band-supply"},
                                          {0x100, "set-input"},
                                          {0x103, "single-start"},
                                          {0x104, "single-result"},
@@ -646,7 +646,15 @@ std::vector<Exchange> everyExchange()
             {dev, 0x07, {1, 0, 0, 0}, 4},
             {dev, 0x21, Body(4), 60},
             {dev, 0x1F, Body(4), 4},
-            {dev, 0x20, Body(4), 44}};
+            {dev, 0x20, Body(4), 44},
+            {dev, 0x06, Body(4), 10},
+            {meas, 0x16, Body(4), 4},
+            {meas, 0x19, {1, 0, 0, 0}, 4},
+            {meas, 0x0E, {1, 0, 0, 0}, 4},
+            {meas, 0x18, Body(4), 8},
+            {meas, 0x0F, {1, 0, 0, 0}, 4},
+            {meas, 0x1D, Body(4), 4},
+            {meas, 0x1E, Body(4), 4}};
 }
 
 TEST(Determinism, HoldsForEveryCommandWhoeverServesIt)

@@ -124,7 +124,7 @@ duration_ms = 1
 [[key]]
 time_ms = 350
 key = 3
-duration_ms = 51
+duration_ms = 150
 )");
     EXPECT_EQ(bench.call(kKey, 0x08), zeros(17));
     EXPECT_EQ(bench.call(kKey, 0x08), zeros(17, {{3, 1}}));
@@ -346,6 +346,7 @@ TEST(Reboot, IsSilentForItsTimeAndThenAsSwitchedOn)
     bench.ret(kMeas, 0x1D);
     buzz(bench, 4, kRepeat);
     Meter meter{bench.scene_, bench.state_};
+    bench.ret(kDev, 0x07, 1);
     const uint64_t simMs = bench.state_.ulSimMs;
     reboot(meter, 10'000);
     const DeviceState& device = bench.state_.device;
@@ -361,6 +362,7 @@ TEST(Reboot, IsSilentForItsTimeAndThenAsSwitchedOn)
     EXPECT_EQ(device.ucLowBattery, 1);
     EXPECT_EQ(standbyState(bench), 0);
     EXPECT_EQ(bench.state_.ucInput, 0);
+    EXPECT_EQ(bench.state_.angle.ucOn, 0);
     EXPECT_EQ(bench.call(kMeas, 0x17), zeros(12));
     EXPECT_EQ(buzz(bench, 0, kOnce), 0);
 }

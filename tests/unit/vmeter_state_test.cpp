@@ -31,7 +31,7 @@ TEST(StateJson, TellsEverything)
               R"("update":{"running":false,"step":0,"finished":0},)"
               R"("settings":{"notices":0,"file":null,"record":null,"read":null},)"
               R"("measurement":{"input":0,"supply":0,"mix_band_supply":false,"run":"none",)"
-              R"("locked":false}})"
+              R"("locked":false,"optical_nm":0,"dc":false,"angle":false}})"
               "\n");
 }
 

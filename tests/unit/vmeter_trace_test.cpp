@@ -28,7 +28,7 @@ TEST(Trace, ResponseWithAFaultAndANote)
     EXPECT_EQ(
         traceLine(0.5, 8, message, 0, {"oversized", "dropped"}),
         R"({"time":0.5,"sim_ms":0,"from":"key","to":"client 255","from_id":8,"to_id":255,)"
-        R"("command":"0x0008","kind":"response","ucSrcId":8,"ucDstId":255,"usCmd":32776,"usDataLen":65535,)"
+        R"("command":"key-status","kind":"response","ucSrcId":8,"ucDstId":255,"usCmd":32776,"usDataLen":65535,)"
         R"("usOptOrRet":4,"body":"","fault":"oversized","note":"dropped"})"
         "\n");
 }

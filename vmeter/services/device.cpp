@@ -1,6 +1,5 @@
 // The device service. docs/measured-values.md tells units and results.
 #include "services/device.h"
-#include "services/device_status.h"
 #include "services/results.h"
 #include "signal/channel_list.h"
 #include "signal/power_supply.h"

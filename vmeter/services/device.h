@@ -11,4 +11,7 @@ Body angleCalibrationStart(Meter& meter, std::span<const uint8_t> request);
 Body angleCalibrationStatus(Meter& meter, std::span<const uint8_t> request);
 Body angleDetail(Meter& meter, std::span<const uint8_t> request);
 
+// device_status.cpp
+Body deviceStatus(Meter& meter, std::span<const uint8_t> request);
+
 } // namespace vmeter

@@ -1,5 +1,5 @@
 // The device service's report on the meter itself. docs/services.md tells what its values mean.
-#include "services/device_status.h"
+#include "services/device.h"
 
 #include "device/wire.h"
 

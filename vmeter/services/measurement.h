@@ -29,6 +29,15 @@ Body opticalResult(Meter& meter, std::span<const uint8_t> request);
 Body dcStart(Meter& meter, std::span<const uint8_t> request);
 Body dcResult(Meter& meter, std::span<const uint8_t> request);
 
+// power_meas.cpp: standby, low battery and calibration
+Body standbyMeasurement(Meter& meter, std::span<const uint8_t> request);
+Body wakeUpMeasurement(Meter& meter, std::span<const uint8_t> request);
+Body calibrate(Meter& meter, std::span<const uint8_t> request);
+Body standbyState(Meter& meter, std::span<const uint8_t> request);
+Body lowBattery(Meter& meter, std::span<const uint8_t> request);
+Body forceStandby(Meter& meter, std::span<const uint8_t> request);
+Body forceWakeUp(Meter& meter, std::span<const uint8_t> request);
+
 // Every start of a run on the tuner asks here: kRetOk, or why not. A run of the same kind is replaced.
 uint8_t tunerRet(const State& state, std::initializer_list<Run> kind);
 

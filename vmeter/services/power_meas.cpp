@@ -1,5 +1,5 @@
 // Standby, low battery and calibration in the measurement service. docs/services.md tells modes and results.
-#include "services/power_meas.h"
+#include "services/measurement.h"
 
 #include "power.h"
 #include "services/results.h"
@@ -10,6 +10,8 @@ namespace vmeter {
 namespace {
 
 namespace wire = vx63::wire;
+
+constexpr uint8_t kRetNoChange = 3; // of the low-battery notice
 
 constexpr uint8_t kModeMeasurement = 1;
 constexpr uint8_t kCalibrationModeMax = 1;

@@ -10,10 +10,9 @@ namespace vmeter {
 inline constexpr uint8_t kRetOk = 0;
 inline constexpr uint8_t kRetError = 1;
 inline constexpr uint8_t kRetParameter = 2;
-inline constexpr uint8_t kRetPowerSupply = 3; // of a measurement
-inline constexpr uint8_t kRetNoChange = 3;    // of the low-battery notice
-inline constexpr uint8_t kRetBusy = 4;        // something else runs on the tuner
-inline constexpr uint8_t kRetNotNow = 4;
+inline constexpr uint8_t kRetPowerSupply = 3;
+inline constexpr uint8_t kRetBusy = 4;   // something else runs on the tuner
+inline constexpr uint8_t kRetNotNow = 4; // the state of the meter forbids it
 inline constexpr uint8_t kRetNotRunning = 5;
 inline constexpr uint8_t kRetStandby = 6;
 

@@ -94,7 +94,7 @@ def test_folders_are_private_and_empty():
     before = on_the_machine()
     script = "ls /var/log; cd /usr/local/bin && for f in " + " ".join(SETTINGS) + \
         "; do ls $f && echo x > $f/file && echo x > /var/log/$f || exit; done"
-    ended = vmeter("run", "--", "sh", "-c", script)
+    ended = vmeter("run", "--empty-settings", "--", "sh", "-c", script)
     assert (ended.returncode, ended.stdout, ended.stderr) == (0, "", "")
     assert on_the_machine() == before
 
@@ -126,7 +126,7 @@ def test_programs_of_the_machine_stay_visible(tmp_path):
     (programs / "unreadable").touch(mode=0)
     script = 'real; relative; into; "with space"; up && echo up; absolute; readlink /usr/local/bin/dangling; ' \
              'ls /usr/local/bin/sys_set; echo x > /usr/local/bin/real'
-    ended = outer(tmp_path, VMETER, "run", "--", "sh", "-c", script)
+    ended = outer(tmp_path, VMETER, "run", "--empty-settings", "--", "sh", "-c", script)
     assert ended.stdout == "real /usr/local/bin\n" * 2 + "deep\nspace\nup\nreal /usr/local/bin\nnowhere\n"
     assert "Read-only file system" in ended.stderr
     assert sorted(path.name for path in programs.iterdir()) == [

@@ -22,6 +22,10 @@ from conftest import HANG, VMETER, vmeter
     (("serve", "--ready-fd", "77"), "77"),
     (("check", "--", "true"), "check takes no command"),
     (("check", "more"), "more"),
+    (("state", "--", "true"), "state takes no command"),
+    (("state", "more"), "more"),
+    (("serve", "--settings", "some"), "--settings"),
+    (("serve", "--empty-settings"), "--empty-settings"),
 ])
 def test_usage_error(arguments, why):
     ended = vmeter(*arguments)
@@ -30,7 +34,7 @@ def test_usage_error(arguments, why):
     assert why in ended.stderr and ended.stderr.count("\n") == 1
 
 
-@pytest.mark.parametrize("command", [[], ["run"], ["serve"], ["check"]])
+@pytest.mark.parametrize("command", [[], ["run"], ["serve"], ["check"], ["state"]])
 def test_help(command):
     ended = vmeter(*command, "--help")
     assert (ended.returncode, ended.stderr) == (0, "")
