@@ -23,8 +23,10 @@
  * function at the same time. Two threads (or processes) that share an id take each other's responses.
  *
  * Time-outs. A function that says "10 s" waits up to 10 s to hand over its request and again up to 10 s
- * for the response. A response that comes later is met, and discarded, by the thread's next call, which
- * then fails with VX63_ERR_COMM; the call after it works again.
+ * for the response. A response that comes later stays in the thread's queue, where the next call meets it:
+ * that call fails with VX63_ERR_COMM - or, if it asks the same command, takes it for its answer - and its
+ * own response is left for the call after it. vx63_init() with an id whose queue is empty gets the thread
+ * back in step.
  *
  * Log. Every call writes lines to /var/log/libvx63.cpp.txt: its start, its errors and its end (a function
  * that leaves some of them out says so). A log that cannot be written never changes a result. The file is

@@ -5,16 +5,6 @@
 
 using namespace vx63;
 
-// 0 is success; 2 is a parameter error.
-static int32_t judgeNotice(uint8_t ucRet, Site at = Site())
-{
-    if (ucRet == 2) {
-        logLine(at, "parameter error. vx63_err=%d", VX63_ERR_ARG);
-        return VX63_ERR_ARG;
-    }
-    return judge(ucRet, at);
-}
-
 static constexpr Request kNtfUpdateFile = {
     .ucDstId = PROC_ID_PSYS, .usCmd = 0x0012, .ulTimeout = 10000, .commFailed = "PROC_ID_PSYS"};
 
@@ -31,7 +21,7 @@ int32_t vx63_ntfUpdateFile(uint32_t fileId)
     Response response;
     int32_t vx63_err = exchange(kNtfUpdateFile, reqData, response);
     if (vx63_err == VX63_OK) {
-        vx63_err = judgeNotice(response.ucRet());
+        vx63_err = judgeParameter(response.ucRet());
     }
     return logEnd(vx63_err);
 }
@@ -53,7 +43,7 @@ int32_t vx63_ntfUpdateFileIdx(uint32_t fileId, uint32_t ulIdx)
     Response response;
     int32_t vx63_err = exchange(kNtfUpdateFileIdx, reqData, response);
     if (vx63_err == VX63_OK) {
-        vx63_err = judgeNotice(response.ucRet());
+        vx63_err = judgeParameter(response.ucRet());
     }
     return logEnd(vx63_err);
 }

@@ -1,4 +1,4 @@
-// Bytes typed as hex in a test.
+// Bytes as a test types them, in hex.
 #pragma once
 
 #include <cstdint>
@@ -37,12 +37,22 @@ inline std::vector<uint8_t> bytes(std::string_view hex)
     return result;
 }
 
-// A byte as it is typed above: 12 is "0C".
-inline std::string hexByte(int value)
+// Values as they are typed above (12 is "0C"), in the order in which they lie in a message.
+inline std::string hexByte(unsigned value)
 {
     char text[4];
-    snprintf(text, sizeof text, "%02X", static_cast<unsigned>(value));
+    snprintf(text, sizeof text, "%02X", value & 0xFF);
     return text;
+}
+
+inline std::string hex16(unsigned value)
+{
+    return hexByte(value) + " " + hexByte(value >> 8);
+}
+
+inline std::string hex32(unsigned value)
+{
+    return hex16(value) + " " + hex16(value >> 16);
 }
 
 } // namespace vx63test

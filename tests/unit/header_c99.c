@@ -40,6 +40,32 @@ int main(void)
     int32_t (*const pStart)(uint8_t, const MeasCondition*) = vx63_startSingleMeas;
     int32_t (*const pStop)(uint8_t) = vx63_stopSingleMeas;
     int32_t (*const pResult)(uint16_t, SingleMeasResult*) = vx63_getSingleMeasResult;
+    int32_t (*const pStartConsta)(uint8_t, int32_t) = vx63_startConstaMeas;
+    int32_t (*const pStopConsta)(uint8_t) = vx63_stopConstaMeas;
+    int32_t (*const pStartDlyPrf)(uint8_t, const MeasCondition*) = vx63_startDlyPrfMeas;
+    int32_t (*const pStopDlyPrf)(uint8_t) = vx63_stopDlyPrfMeas;
+    int32_t (*const pDlyPrf)(DlyPrfResult*) = vx63_getDlyPrfResult;
+    int32_t (*const pStartMulti)(uint8_t, const MultiMeasReg*) = vx63_startMultiMeas;
+    int32_t (*const pStopMulti)(uint8_t) = vx63_stopMultiMeas;
+    int32_t (*const pSetMulti)(void) = vx63_setMultiMeasChannel;
+    int32_t (*const pMulti)(int32_t, MultiMeasResult*) = vx63_getMultiMeasResult;
+    int32_t (*const pStartPrio)(uint8_t, const MeasCondition*) = vx63_startMultiChPrioMeas;
+    int32_t (*const pStopPrio)(uint8_t) = vx63_stopMultiChPrioMeas;
+    int32_t (*const pPrio)(SingleMeasResult*) = vx63_getMultiChPrioMeas;
+    int32_t (*const pStartScan)(uint8_t, const MultiMeasReg*) = vx63_startScan;
+    int32_t (*const pStopScan)(uint8_t) = vx63_stopScan;
+    int32_t (*const pScan)(int32_t, MultiMeasResult*) = vx63_getScanResult;
+    int32_t (*const pStartOpt)(uint32_t) = vx63_startOptMeas;
+    int32_t (*const pStopOpt)(void) = vx63_stopOptMeas;
+    int32_t (*const pOpt)(int32_t*) = vx63_getOptMeasResult;
+    int32_t (*const pStartDc)(void) = vx63_startDcMeas;
+    int32_t (*const pStopDc)(void) = vx63_stopDcMeas;
+    int32_t (*const pDc)(uint32_t*) = vx63_getDcMeasResult;
+    int32_t (*const pStartAngle)(void) = vx63_startAngleMeas;
+    int32_t (*const pStopAngle)(void) = vx63_stopAngleMeas;
+    int32_t (*const pStartCal)(void) = vx63_startAngleCal;
+    int32_t (*const pCalStat)(AngleCalStat*) = vx63_getAngleCalStat;
+    int32_t (*const pCalDetail)(AngleCalInfoDetail*) = vx63_getAngleCalInfoDetail;
     int32_t (*const pProductInfo)(ProductInfo*) = vx63_getProductInfo;
     int32_t (*const pFailinfo)(FailInfo*) = vx63_getFailinfo;
     int32_t (*const pKeyStatus)(KeyStatus*) = vx63_getKeyStatus;
@@ -95,6 +121,26 @@ int main(void)
     expect(pBuzzerVolume(0, 4) == VX63_ERR_ARG, "vx63_forceBuzzerVolume(4)");
     expect(pBrightness(3) == VX63_ERR_ARG, "vx63_forceBrightness(3)");
 
+    expect(pStartConsta(0, 3000) == VX63_ERR_ARG, "vx63_startConstaMeas(3000)");
+    expect(pStartDlyPrf(0, NULL) == VX63_ERR_ARG, "vx63_startDlyPrfMeas(NULL)");
+    expect(pDlyPrf(NULL) == VX63_ERR_ARG, "vx63_getDlyPrfResult(NULL)");
+    expect(pStartMulti(0, NULL) == VX63_ERR_ARG, "vx63_startMultiMeas(NULL)");
+    expect(pSetMulti() == VX63_OK, "vx63_setMultiMeasChannel()");
+    expect(pMulti(0, NULL) == VX63_ERR_ARG, "vx63_getMultiMeasResult(NULL)");
+    expect(pStartPrio(0, NULL) == VX63_ERR_ARG, "vx63_startMultiChPrioMeas(NULL)");
+    expect(pPrio(NULL) == VX63_ERR_ARG, "vx63_getMultiChPrioMeas(NULL)");
+    expect(pStartScan(0, NULL) == VX63_ERR_ARG, "vx63_startScan(NULL)");
+    expect(pScan(0, NULL) == VX63_ERR_ARG, "vx63_getScanResult(NULL)");
+    expect(pStartOpt(0) == VX63_ERR_ARG, "vx63_startOptMeas(0)");
+    expect(pOpt(NULL) == VX63_ERR_ARG, "vx63_getOptMeasResult(NULL)");
+    expect(pDc(NULL) == VX63_ERR_ARG, "vx63_getDcMeasResult(NULL)");
+    expect(pStopConsta != NULL && pStopDlyPrf != NULL && pStopMulti != NULL && pStopPrio != NULL &&
+               pStopScan != NULL && pStopOpt != NULL && pStartDc != NULL && pStopDc != NULL,
+           "measurement functions");
+    expect(pStartAngle != NULL && pStopAngle != NULL && pStartCal != NULL && pCalStat != NULL &&
+               pCalDetail != NULL,
+           "angle functions");
+
     expect(VX63_OK == 0 && VX63_ERR_COMM == -1 && VX63_ERR_ARG == -2 && VX63_ERR_REPEAT == -6 &&
                VX63_ERR_POWER == -7 && VX63_ERR_PRIORITY == -8,
            "result codes");
@@ -107,6 +153,10 @@ int main(void)
     expect(sizeof(MeasStatus) == 8 && sizeof(PowerSupplyInfo) == 12, "status records");
     expect(sizeof(SingleMeasResult) == 8040 && offsetof(SingleMeasResult, points) == 38, "SingleMeasResult");
     expect(sizeof(struct ConstaPoint) == 2, "ConstaPoint");
+    expect(sizeof(DlyPrfResult) == 2050 && VX63_DLYPRF_SAMPLES == 2048, "DlyPrfResult");
+    expect(sizeof(MultiMeasReg) == 4 && offsetof(MultiMeasReg, single) == 4, "MultiMeasReg");
+    expect(sizeof(MultiMeasResult) == 36 && offsetof(MultiMeasResult, currIdx) == 7, "MultiMeasResult");
+    expect(sizeof(AngleCalStat) == 40 && sizeof(AngleCalInfoDetail) == 56, "angle records");
     expect(sizeof(ProductInfo) == 105 && offsetof(ProductInfo, cProductVer) == 89, "ProductInfo");
     expect(sizeof(FailInfo) == 40 && offsetof(FailInfo, ucAddInfo) == 8, "FailInfo");
     expect(VX63_KEYS == 17 && sizeof(KeyStatus) == 68, "KeyStatus");

@@ -6,6 +6,7 @@
 
 static_assert(std::is_trivially_copyable_v<SingleMeasResult> && std::is_standard_layout_v<SingleMeasResult>);
 static_assert(std::is_same_v<decltype(&vx63_startSingleMeas), int32_t (*)(uint8_t, const MeasCondition*)>);
+static_assert(sizeof(MultiMeasReg) == 4 && std::is_trivially_copyable_v<MultiMeasReg>);
 
 int main()
 {

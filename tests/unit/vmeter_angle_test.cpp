@@ -34,6 +34,19 @@ Bench antenna(const std::string& keys)
     return bench;
 }
 
+TEST(Angle, AQuarterTurnChangesTheAxes)
+{
+    constexpr double kQuarter = 1.5707963267948966;
+    const auto expectVector = [](const Vector& seen, double x, double y, double z) {
+        EXPECT_NEAR(seen.x, x, 1e-12);
+        EXPECT_NEAR(seen.y, y, 1e-12);
+        EXPECT_NEAR(seen.z, z, 1e-12);
+    };
+    expectVector(turnX({1, 2, 3}, kQuarter), 1, 3, -2);
+    expectVector(turnY({1, 2, 3}, kQuarter), -3, 2, 1);
+    expectVector(turnZ({1, 2, 3}, kQuarter), 2, -1, 3);
+}
+
 TEST(Angle, LevelAndNorthSeesGravityAndTheField)
 {
     Bench bench = antenna("field_ut = 50\ninclination_deg = 30");

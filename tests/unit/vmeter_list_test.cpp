@@ -217,14 +217,18 @@ TEST(ChannelList, WrapsAt256)
 {
     // 300 channels: the seventh part reaches from 240 over the end to 23, the eighth begins at 24.
     Bench bench;
-    for (unsigned part = 0; part < 7; ++part)
-        EXPECT_EQ(registerPart(bench, kMore, static_cast<uint8_t>(40 * part),
-                               std::vector<wire::Channel>(40, emptyChannel())),
-                  0);
+    for (unsigned part = 0; part < 7; ++part) {
+        std::vector<wire::Channel> channels(40, emptyChannel());
+        if (part == 6)
+            channels[20] = channelOf(terrestrial()); // 260 - 256
+        EXPECT_EQ(registerPart(bench, kMore, static_cast<uint8_t>(40 * part), channels), 0);
+    }
     std::vector<wire::Channel> last(20, emptyChannel());
     last[0] = channelOf(terrestrial());
     EXPECT_EQ(registerPart(bench, kScan, 24, last), 0);
-    bench.state_.ulSimMs += 256 * 200 + 300;
+    bench.state_.ulSimMs += 256 * 200 + 600;
+    EXPECT_EQ(read(bench, 3).stat, 0x0010);
+    EXPECT_EQ(read(bench, 4).lock, 1);
     EXPECT_EQ(read(bench, 24).lock, 1);
     EXPECT_EQ(read(bench, 25).stat, 0x0010);
     EXPECT_EQ(read(bench, 255).stat, 0x0010);
