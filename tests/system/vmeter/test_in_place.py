@@ -154,7 +154,7 @@ def parts(run):
     generation = descendants(run)
     vmeters = [pid for pid, name in generation.items() if name == "vx63-vmeter"]
     found["guardian"], found["supervisor"] = vmeters
-    found["command"] = next(pid for pid, name in generation.items() if name == "sleep")
+    found["command"] = next(pid for pid, name in generation.items() if name in ("sh", "sleep"))
     found["service"] = next(pid for pid, name in generation.items() if name == "vx63-meas")
     assert SERVICES <= set(generation.values())
     return found
