@@ -161,7 +161,7 @@ const std::map<std::string, Operation> kOperations = {
     {"vx63_ntfUpdateFileIdx", plain<vx63_ntfUpdateFileIdx, 0u, 0u>()},
 
     {"vx63_setMeasInput", plain<vx63_setMeasInput, 0>()},
-    {"vx63_reqPowerSupply", plain<vx63_reqPowerSupply, 0>()},
+    {"vx63_reqPowerSupply", plain<vx63_reqPowerSupply, 1>()},
     {"vx63_getMeasStatus", getter<MeasStatus, vx63_getMeasStatus>()},
     {"vx63_getPowerSupplyInfo", getter<PowerSupplyInfo, vx63_getPowerSupplyInfo>()},
     {"vx63_setPowerSupplyMultiMeasMixBand", plain<vx63_setPowerSupplyMultiMeasMixBand, uint8_t{1}>()},

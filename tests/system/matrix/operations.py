@@ -211,10 +211,10 @@ OPERATIONS = [
                    same(16, 8, 2)]),
     system("vx63_setFailStat", 0x11, NO_RET, length=36, ends=False),
 
-    measurement("vx63_getStandbyStat", 0x18, 4, PARAMETER, record=[same(0, 4, 4)], size=4),
     measurement("vx63_calibration", 0x16, 4, STRICT, "PROC_ID_PMEAS", 5000),
     measurement("vx63_ntfLowBattStatChg", 0x19, 4, LOW_BATTERY, "PROC_ID_PMEAS", 5000),
     measurement("vx63_standby(1)", 0x0E, 4, STRICT, "PROC_ID_PMEAS"),
+    measurement("vx63_getStandbyStat", 0x18, 4, PARAMETER, record=[same(0, 4, 4)], size=4),
     measurement("vx63_wakeup(1)", 0x0F, 4, STRICT, "PROC_ID_PMEAS"),
     # These ask the measurement service and blame the system service.
     measurement("vx63_force_standby", 0x1D, 4, STRICT, "PROC_ID_PSYS"),

@@ -32,6 +32,7 @@ light = [{ wavelength_nm = 1550, power_dbm = -8 }]
 [[input]]
 id = 0
 dc_v = 12
+lnb = { current_ma = 160 }
 
 [[signal]]
 input = 0
@@ -45,7 +46,7 @@ tsid = 0x7FE0
 
 FAULTS = ["silence", "late,1", "twice", "refuse,1", "refuse,4", "refuse,65535", "wrong", "stray", "die,0",
           *(f"ret,{ret}" for ret in (0, 1, 2, 3, 4, 5, 6, 7, 8, 255)),
-          "cut,0", "cut,1", "cut,4", "oversized,1293", "oversized,65535", "garbage"]
+          "cut,0", "cut,1", "cut,4", "cut,46", "oversized,1293", "oversized,65535", "garbage"]
 
 # How many requests the call that is hit sends when it does not end at that request, or not after the usual
 # number. A profile is asked for block by block until the right one comes; an update until it is finished.
