@@ -36,8 +36,8 @@ static_assert(offsetof(AngleCalInfoDetail, flMxRot) == 44);
 static_assert(offsetof(AngleCalInfoDetail, flMyRot) == 48);
 static_assert(offsetof(AngleCalInfoDetail, flMzRot) == 52);
 
-// Start and stop share a command; the body tells them apart. Intended: this command alone calls the device
-// service "subcpu".
+// Start and stop share a command; the body tells them apart. Intended: unlike the calibration, a failed
+// exchange is told as one with the "subcpu".
 static constexpr Request kAngleMeas = {
     .ucDstId = PROC_ID_PDEV, .usCmd = 0x0007, .ulTimeout = 10000, .commFailed = "subcpu"};
 

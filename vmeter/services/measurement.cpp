@@ -2,7 +2,6 @@
 // tells units, bits and results.
 #include "services/measurement.h"
 #include "meas/wire.h"
-#include "services/power_meas.h"
 #include "services/results.h"
 #include "signal/channel_list.h"
 #include "signal/power_supply.h"
