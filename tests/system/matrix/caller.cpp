@@ -34,7 +34,8 @@ using nlohmann::json;
 namespace {
 
 constexpr uint8_t kFill = 0xA5;
-constexpr size_t kGuard = 64; // bytes behind a record that no one may write
+constexpr size_t kGuard = 64;    // bytes behind a record that no one may write
+constexpr int kHangMs = 300'000; // longer than anything takes
 
 std::string hex(const void* data, size_t size)
 {
@@ -277,7 +278,7 @@ json await(unsigned queue)
     const std::string name = "/vx63." + std::to_string(queue);
     const mqd_t descriptor = mq_open(name.c_str(), O_RDONLY | O_NONBLOCK);
     pollfd ready{descriptor, POLLIN, 0};
-    const int result = descriptor < 0 ? -1 : poll(&ready, 1, -1);
+    const int result = descriptor < 0 ? -1 : poll(&ready, 1, kHangMs);
     mq_close(descriptor);
     return {{"result", result == 1 ? 0 : -1}};
 }
