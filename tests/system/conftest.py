@@ -70,9 +70,9 @@ class Message:
 class Client:
     """A client inside a meter's surroundings, driven from outside: `vx63-vmeter ... -- vmeter_exchange`."""
 
-    def __init__(self, *command, own=17, **options):
+    def __init__(self, *command, own=17, program=EXCHANGE, **options):
         self.own = own
-        self.process = subprocess.Popen([str(word) for word in command] + [str(EXCHANGE)],
+        self.process = subprocess.Popen([str(word) for word in command] + [str(program)],
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, **options)
 
     def __enter__(self):
