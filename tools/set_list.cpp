@@ -1,6 +1,7 @@
 #include "set_list.h"
 
 #include "common/failure.h"
+#include "common/overhear.h"
 #include "common/text.h"
 #include "libvx63.h"
 
@@ -197,11 +198,13 @@ void SetFolder::clear()
     if (m_listMissing) // a folder that is empty cannot be emptied
         writeFile({m_list, ""}, emptyList(m_list));
     const bool user = vx63_isFileIdUserSet(static_cast<int32_t>(m_set)) == 1;
-    const int32_t result = user ? vx63_deleteSetFileUserBulk(m_set) : vx63_deleteSetFileLoggerBulk(m_set);
+    std::string said;
+    const int32_t result = overhear(
+        [&] { return user ? vx63_deleteSetFileUserBulk(m_set) : vx63_deleteSetFileLoggerBulk(m_set); }, said);
     if (result != VX63_OK)
         throw Failure(kExitOutput, "cannot delete the sets of " + folderOf(m_set),
-                      "a file cannot be removed or written",
-                      "look at 'vx63 log --errors' and 'ls -l /usr/local/bin/" + folderOf(m_set) + "'");
+                      said.empty() ? "a file cannot be removed or written" : said.substr(0, said.find('\n')),
+                      "look at 'ls -la /usr/local/bin/" + folderOf(m_set) + "'");
     m_contents = emptyList(m_list);
     m_listed.clear();
     m_listMissing = false;

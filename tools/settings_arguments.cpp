@@ -30,9 +30,11 @@ void requireRecord(const FileRef& file, const Contents& contents, uint32_t recor
     if (record < contents.records)
         return;
     throw Failure(kExitUsage, format("cannot find record %u", record),
-                  nameOf(file) + format(" has %u records", contents.records),
-                  contents.records == 0 ? "choose another file"
-                                        : format("choose one from 0 to %u", contents.records - 1));
+                  nameOf(file) +
+                      format(" has %u record%s", contents.records, contents.records == 1 ? "" : "s"),
+                  contents.records == 0   ? "choose another file"
+                  : contents.records == 1 ? "choose 0"
+                                          : format("choose one from 0 to %u", contents.records - 1));
 }
 
 } // namespace tool

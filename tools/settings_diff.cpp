@@ -45,7 +45,10 @@ public:
     int exitCode() const { return m_broken ? kExitData : m_differ ? kExitDiffer : kExitSuccess; }
 
 private:
-    std::string otherName() const { return m_options.folder.empty() ? "factory" : m_options.folder; }
+    std::string otherName() const
+    {
+        return m_options.folder.empty() ? "factory" : printable(m_options.folder);
+    }
     void tell(const FileRef& file, const std::string& text, nlohmann::ordered_json json);
 
     const Options& m_options;

@@ -3,6 +3,7 @@
 #include "common/exchange.h"
 #include "common/failure.h"
 #include "common/output.h"
+#include "common/overhear.h"
 #include "common/text.h"
 #include "libvx63.h"
 #include "lsys.h"
@@ -10,10 +11,9 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
+#include <charconv>
 #include <cstdlib>
 #include <functional>
-#include <sys/mman.h>
 #include <unistd.h>
 
 namespace tool {
@@ -25,29 +25,14 @@ constexpr uint32_t kNoticeRecordMax = 255;
 
 constexpr const char* kDebugVariable = "LSYS_DEBUG";
 
-// Makes the call while its standard error goes into a file in memory; gives what came.
+// Makes a call to the platform and gets the reason that it gives.
 int32_t listen(const std::function<int32_t()>& call, std::string& said)
 {
-    std::fflush(stderr);
-    const int memory = memfd_create("vx63", MFD_CLOEXEC);
-    const int kept = memory < 0 ? -1 : dup(STDERR_FILENO);
-    if (kept < 0) {
-        if (memory >= 0)
-            close(memory);
-        return call();
-    }
     const bool wanted = getenv(kDebugVariable) != nullptr;
-    dup2(memory, STDERR_FILENO);
     setenv(kDebugVariable, "1", 0);
-    const int32_t result = call();
+    const int32_t result = overhear(call, said);
     if (!wanted)
         unsetenv(kDebugVariable);
-    dup2(kept, STDERR_FILENO);
-    close(kept);
-    char buffer[8192];
-    const ssize_t length = pread(memory, buffer, sizeof buffer, 0);
-    said.assign(buffer, length > 0 ? static_cast<size_t>(length) : 0);
-    close(memory);
     return result;
 }
 
@@ -85,6 +70,17 @@ const char* reasonOf(int32_t result)
     }
 }
 
+// Takes "NUMBER:" off the start of a text; 0 where there is none.
+uint32_t takeNumber(std::string_view& text)
+{
+    uint32_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end == text.data() + text.size() || *end != ':')
+        return 0;
+    text.remove_prefix(static_cast<size_t>(end - text.data()) + 1);
+    return number;
+}
+
 // The platform says "lsys: PATH:LINE:COLUMN: REASON"; line and column only where they are known. A platform
 // that says nothing leaves its result.
 Fault faultOf(int32_t result, const std::string& path, std::string_view said)
@@ -96,15 +92,11 @@ Fault faultOf(int32_t result, const std::string& path, std::string_view said)
     const std::string start = "lsys: " + path + ":";
     if (!said.starts_with(start))
         return fault;
-    const std::string rest(said.substr(start.size()));
-    int used = 0;
-    if (std::sscanf(rest.c_str(), "%u:%u: %n", &fault.line, &fault.column, &used) == 2 && used > 0) {
-        fault.reason = rest.substr(static_cast<size_t>(used));
-    } else if (fault.column = 0, std::sscanf(rest.c_str(), "%u: %n", &fault.line, &used) == 1 && used > 0) {
-        fault.reason = rest.substr(static_cast<size_t>(used));
-    } else if (fault.line = 0; rest.starts_with(' ')) {
-        fault.reason = rest.substr(1);
-    }
+    said.remove_prefix(start.size());
+    fault.line = takeNumber(said);
+    fault.column = fault.line == 0 ? 0 : takeNumber(said);
+    if (said.starts_with(' '))
+        fault.reason = said.substr(1);
     return fault;
 }
 

@@ -2,6 +2,7 @@
 #include "common/confirm.h"
 #include "common/failure.h"
 #include "common/identity.h"
+#include "common/overhear.h"
 #include "libvx63.h"
 #include "set_list.h"
 #include "settings_arguments.h"
@@ -48,7 +49,8 @@ int resetAll(const Options& options)
 {
     confirm(options.yes, "Delete every settings file, setting sets on all storages too?");
     const Identity identity(options.id);
-    if (vx63_deleteAllSetFile() != VX63_OK)
+    std::string said; // of every folder that is empty already
+    if (overhear([] { return vx63_deleteAllSetFile(); }, said) != VX63_OK)
         if (const auto left = leftover())
             throw Failure(kExitOutput, "cannot delete every settings file", *left + " is still there",
                           "look at 'ls -la' of its folder");

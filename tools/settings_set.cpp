@@ -57,9 +57,7 @@ void addSettingsSet(CLI::App& settings, Command& command)
     addFileArgument(*app, options->file);
     addNumber(*app, "RECORD", options->record, "N", "Record, from 0", 0, UINT32_MAX)->required();
     app->add_option("COLUMN", options->column, "Name of the column")->type_name("NAME")->required();
-    app->add_option("VALUE", options->value, "Number or text; a negative one behind --")
-        ->type_name("VALUE")
-        ->required();
+    app->add_option("VALUE", options->value, "Number or text")->type_name("VALUE")->required();
     addIdOption(*app, options->id);
     app->footer("Example: vx63 settings set sys_set/volume 0 VOLUME 2");
     app->callback([options, &command] { command = [options] { return set(*options); }; });
