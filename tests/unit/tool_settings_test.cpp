@@ -3,6 +3,7 @@
 #include "settings_name.h"
 #include "settings_record.h"
 
+#include <CLI/CLI.hpp>
 #include <gtest/gtest.h>
 
 #include <vector>
