@@ -16,5 +16,7 @@ void addInput(CLI::App& app, Command& command);
 void addPowerSupply(CLI::App& app, Command& command);
 void addStatus(CLI::App& app, Command& command);
 void addLog(CLI::App& app, Command& command);
+void addSettings(CLI::App& app, Command& command);
+void addSets(CLI::App& app, Command& command);
 
 } // namespace tool

@@ -16,14 +16,18 @@ constexpr const char* kFooter = R"(Exit codes:
   1    the meter's services do not answer, or not as they should
   2    the meter refuses a value
   3    measured, but there was no lock
+  4    settings files differ
   6    the buzzer is sounding a repeating pattern
   7    the antenna power supply reports a fault
   8    the buzzer is busy with a sound of higher priority
   64   wrong usage
+  65   a settings file is broken
   66   an input file cannot be read
   70   internal error
+  73   the name is taken, or there is no room for another set
   74   the output cannot be written
   75   another vx63 uses the same process id
+  77   not confirmed
   129, 130, 143  ended by a closed terminal, Ctrl-C, SIGTERM (128 + signal)
   141  the reader of the output went away
 
@@ -60,7 +64,7 @@ Failure wrongUsage(const CLI::App& app, const CLI::ParseError& error)
 
 int run(int argc, char** argv)
 {
-    CLI::App app("Measures with the meter, switches it and reads its log.", "vx63");
+    CLI::App app("Measures with the meter, switches it, reads its log and looks after its settings.", "vx63");
     app.set_version_flag("--version", "vx63 " VX63_VERSION, "Print the version and exit");
     app.set_help_flag("-h,--help", "Print this help and exit");
     app.get_formatter()->column_width(26);
@@ -74,6 +78,8 @@ int run(int argc, char** argv)
     addPowerSupply(app, command);
     addStatus(app, command);
     addLog(app, command);
+    addSettings(app, command);
+    addSets(app, command);
 
     try {
         app.parse(argc, argv);

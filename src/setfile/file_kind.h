@@ -3,6 +3,7 @@
 #pragma once
 
 #include "libvx63.h"
+#include "libvx63_settings.h"
 
 #include <cstdint>
 
@@ -43,20 +44,6 @@ constexpr bool isSetOrList(uint32_t fileId)
 {
     return kindOf(fileId) != FileKind::ordinary;
 }
-
-// A set and the list of its folder.
-struct SetPair {
-    int32_t set;
-    int32_t list;
-};
-inline constexpr SetPair kSetPairs[] = {
-    {14, 15}, // user set, internal
-    {35, 36}, // logger set, internal
-    {42, 43}, // user set, USB 1
-    {44, 45}, // user set, USB 2
-    {46, 47}, // logger set, USB 1
-    {48, 49}, // logger set, USB 2
-};
 
 // The list of a set's folder, or -1 where fileId is no set.
 int32_t vx63_getFileIdSetFlist(int32_t fileId);

@@ -15,14 +15,18 @@ enum ExitCode {
     kExitCommunication = 1, // VX63_ERR_COMM
     kExitArgument = 2,      // VX63_ERR_ARG
     kExitNoLock = 3,        // measured, but without lock
+    kExitDiffer = 4,        // settings files differ
     kExitRepeat = 6,        // VX63_ERR_REPEAT
     kExitPowerSupply = 7,   // VX63_ERR_POWER
     kExitPriority = 8,      // VX63_ERR_PRIORITY
     kExitUsage = 64,
+    kExitData = 65,
     kExitNoInput = 66,
     kExitInternal = 70,
+    kExitCreate = 73,
     kExitOutput = 74,
     kExitBusy = 75,
+    kExitDeclined = 77,
     kExitSignal = 128 // plus the number of the signal
 };
 

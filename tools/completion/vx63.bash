@@ -1,9 +1,24 @@
 # bash completion for vx63(1)
 
+_vx63_plans()
+{
+    echo ch_set/{uhf,bs,cs,sccb,sccc,jsat3a,jsat4b,catv_all,catv_90_470mhz,catv_470_1002mhz,skyp,pilot,lte,fm} \
+        ch_set/{jsat3a_antenna,jsat4b_antenna,fm_def,catv_up_stream_def,bs_cs}
+}
+
+_vx63_files()
+{
+    echo sys_set/{powoff,volume,brightness} \
+        meas_set/{local_freq,thrd,cnrmer,catv_freq,cable_loss,cable_loss_enb,input,catv_mod,dc_out,opt_meas} \
+        meas_set/{consta_num,manu_bdsys_mod,bdsys_conv,catv_bdsys_conv} pmeas_set/pmeas_mng \
+        {user,logger}_set{,_usb1,_usb2}/list ch_set/catv_up_stream
+    _vx63_plans
+}
+
 _vx63()
 {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local commands="measure input power-supply status log"
+    local commands="measure input power-supply status log settings sets"
     local command=${COMP_WORDS[1]} words=
     COMPREPLY=()
 
@@ -14,7 +29,9 @@ _vx63()
         --supply) words="0 1 2 3 4" ;;
         --input) words="0 1" ;;
         --id) words="1 2 3 4 5 7 9 11 13 14 15 16 17" ;;
-        --freq | --lo | --band | --condition | --channel | --disp-type | --lock-timeout | --count | --interval | --lines)
+        --with) compopt -o dirnames 2>/dev/null; return ;;
+        --from) words=$(_vx63_plans) ;;
+        --freq | --lo | --band | --condition | --channel | --disp-type | --lock-timeout | --count | --interval | --lines | --spec)
             return
             ;;
     esac
@@ -38,6 +55,40 @@ _vx63()
                 log)
                     words="--follow --errors --json --lines --help"
                     [[ $current != -* ]] && COMPREPLY=($(compgen -f -- "$current"))
+                    ;;
+                settings)
+                    if ((COMP_CWORD == 2)); then
+                        words="list show get set diff reset export import check --help"
+                    else
+                        case ${COMP_WORDS[2]} in
+                            list | check) words="--json --help" ;;
+                            show) words="--default --json --csv --help" ;;
+                            get) words="--default --help" ;;
+                            set) words="--id --help" ;;
+                            diff) words="--with --json --help" ;;
+                            reset) words="--all --delete --yes --id --help" ;;
+                            export) words="--help" ;;
+                            import) words="--yes --id --help" ;;
+                        esac
+                        case ${COMP_WORDS[2]} in
+                            show | get | set | diff | reset) ((COMP_CWORD == 3)) && words+=" $(_vx63_files)" ;;
+                            export | import) [[ $current != -* ]] && COMPREPLY=($(compgen -d -- "$current")) ;;
+                        esac
+                    fi
+                    ;;
+                sets)
+                    if ((COMP_CWORD == 2)); then
+                        words="list show create copy delete clear --help"
+                    else
+                        words="--usb1 --usb2 --logger --help"
+                        case ${COMP_WORDS[2]} in
+                            list) words+=" --json" ;;
+                            show) words+=" --json --csv" ;;
+                            create) words+=" --from --band --spec --mod --id" ;;
+                            copy) words+=" --id" ;;
+                            delete | clear) words+=" --yes --id" ;;
+                        esac
+                    fi
                     ;;
             esac
         fi

@@ -8,8 +8,10 @@ import pytest
 
 from tool_support import SOURCE, VX63, run
 
-COMMANDS = ["measure", "input", "power-supply", "status", "log"]
-LEAVES = [["measure", "single"], ["input"], ["power-supply"], ["status"], ["log"]]
+COMMANDS = ["measure", "input", "power-supply", "status", "log", "settings", "sets"]
+LEAVES = [["measure", "single"], ["input"], ["power-supply"], ["status"], ["log"],
+          *[["settings", name] for name in ("list", "show", "get", "set", "diff", "reset", "export", "import", "check")],
+          *[["sets", name] for name in ("list", "show", "create", "copy", "delete", "clear")]]
 
 
 def help_of(*words):
@@ -24,7 +26,7 @@ def listed(text, heading):
 
 
 def options_of(*words):
-    return set(re.findall(r"^  (?:-h,)?(--[a-z-]+)", help_of(*words), re.M))
+    return set(re.findall(r"^  (?:-h,)?(--[a-z0-9-]+)", help_of(*words), re.M))
 
 
 @pytest.mark.parametrize("words, why", [
@@ -61,6 +63,30 @@ def options_of(*words):
     (["power-supply", "5"], "SUPPLY: '5' is not"),
     (["power-supply", "1", "--json"], "excludes"),
     (["status", "now"], "now"),
+    (["settings"], "no command is given"),
+    (["settings", "bogus"], "'bogus' is no command"),
+    (["settings", "show"], "FILE is required"),
+    (["settings", "show", "list"], "FILE: 'list' can mean user_set/list, logger_set/list, user_set_usb1/list,"),
+    (["settings", "show", "ch_set/jsat"], "FILE: 'ch_set/jsat' is no settings file; there are ch_set/jsat3a, ch_set/"),
+    (["settings", "show", "50"], "FILE: '50' is no settings file, which 'vx63 settings list' tells"),
+    (["settings", "show", "42"], "FILE: 42 is a folder of setting sets; give user_set_usb1/NAME"),
+    (["settings", "show", "fm", "--json", "--csv"], "excludes"),
+    (["settings", "get", "fm", "-1", "CH_NO"], "RECORD: '-1' is not a whole number from 0 to 4294967295"),
+    (["settings", "set", "fm", "0", "CH_NO"], "VALUE is required"),
+    (["settings", "reset"], "FILE or --all is required"),
+    (["settings", "reset", "fm", "--all"], "excludes"),
+    (["settings", "reset", "fm", "--delete"], "--delete requires --all"),
+    (["settings", "import"], "DIR is required"),
+    (["sets"], "no command is given"),
+    (["sets", "list", "--usb1", "--usb2"], "excludes"),
+    (["sets", "create", "A"], "--from is required"),
+    (["sets", "create", "A", "--from", "B"], "--from: 'B' is no settings file"),
+    (["sets", "delete", "1234567890123"], "NAME: '1234567890123' is no name of a set: it has 13 bytes, more than 12"),
+    (["sets", "delete", "../volume"], "NAME: '../volume' is no name of a set: it holds a separator"),
+    (["sets", "delete", ""], "NAME: '' is no name of a set: it is empty"),
+    (["sets", "delete", "."], "NAME: '.' is no name of a set: it begins with a point"),
+    (["sets", "delete", "a\tb"], "is no name of a set: it is not printable"),
+    (["sets", "copy", "ch_set/uhf", "A"], "SOURCE: 'ch_set/uhf' is no set; 'vx63 sets create' makes one of a plan"),
     (["log", "--lines", "some"], "--lines: 'some' is not"),
     (["log", "\x1b[2J", "\x1b[2J"], "\\x1B[2J"),
 ])
@@ -77,10 +103,11 @@ def test_wrong_usage(words, why):
 def test_help_lists_commands_and_exit_codes():
     text = help_of()
     assert listed(text, "Commands") == COMMANDS
-    assert listed(text, "Exit codes")[:13] == ["0", "1", "2", "3", "6", "7", "8", "64", "66", "70", "74", "75", "129,"]
+    assert listed(text, "Exit codes")[:17] == ["0", "1", "2", "3", "4", "6", "7", "8", "64", "65", "66", "70", "73", "74",
+                                               "75", "77", "129,"]
 
 
-@pytest.mark.parametrize("words", [[], ["measure"], *LEAVES])
+@pytest.mark.parametrize("words", [[], ["measure"], ["settings"], ["sets"], *LEAVES])
 def test_help_has_an_example_that_is_right(words):
     example = re.search(r"^Example: (vx63 .*)$", help_of(*words), re.M).group(1)
     # With --help behind it, everything before is checked but nothing is done.
@@ -114,7 +141,7 @@ def test_everything_closed():
 
 def test_man_page_tells_every_option_and_exit_code():
     page = (SOURCE / "docs" / "man" / "vx63.1").read_text().replace("\\-", "-").replace(" Fl -", " Fl -")
-    told = {"-" + option for option in re.findall(r"Fl (-[a-z-]+)", page)}
+    told = {"-" + option for option in re.findall(r"Fl (-[a-z0-9-]+)", page)}
     assert told == set().union(*(options_of(*words) for words in [[], *LEAVES]))
     status = page.split(".Sh EXIT STATUS")[1].split(".Sh")[0]
     assert re.findall(r"^\.It (.*)$", status, re.M) == [
@@ -141,7 +168,8 @@ def completed(*words):
 
 def test_completion_offers_what_help_lists():
     assert completed("") == set(COMMANDS) | options_of()
-    assert completed("measure", "") == set(listed(help_of("measure"), "Commands")) | {"--help"}
+    for words in (["measure"], ["settings"], ["sets"]):
+        assert completed(*words, "") == set(listed(help_of(*words), "Commands")) | {"--help"}
     for words in LEAVES:
         assert completed(*words, "--") == options_of(*words)
 
@@ -153,6 +181,9 @@ def test_completion_of_values():
         assert completed("measure", "single", option, "") == set(names)
     assert completed("measure", "single", "--freq", "") == set()
     assert completed("power-supply", "o") == {"off"}
-    assert completed("st") == {"status"}
+    assert completed("sta") == {"status"}
+    assert completed("settings", "show", "sys") == {"sys_set/powoff", "sys_set/volume", "sys_set/brightness"}
+    assert completed("sets", "create", "A", "--from", "ch_set/j") == {
+        "ch_set/jsat3a", "ch_set/jsat4b", "ch_set/jsat3a_antenna", "ch_set/jsat4b_antenna"}
     for process_id in completed("status", "--id", ""):
         assert 0 <= int(process_id) <= 17 and process_id not in {"0", "6", "8", "10", "12"}

@@ -1,0 +1,97 @@
+// vx63 settings reset: back to the factory contents.
+#include "common/confirm.h"
+#include "common/failure.h"
+#include "common/identity.h"
+#include "common/overhear.h"
+#include "libvx63.h"
+#include "set_list.h"
+#include "settings_arguments.h"
+#include "settings_commands.h"
+#include "settings_file.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+namespace tool {
+
+namespace {
+
+struct Options {
+    int32_t id = kDefaultProcessId;
+    FileRef file{};
+    CLI::Option* given = nullptr;
+    bool all = false;
+    bool onlyDelete = false;
+    bool yes = false;
+};
+
+void resetFile(uint32_t fileId)
+{
+    writeFile({fileId, ""}, kindOf(fileId) == FileKind::list ? emptyList(fileId) : factoryContents(fileId));
+    noticeFile(fileId);
+}
+
+// A file that is still there; empty folders make the deletion fail although nothing is left in them.
+std::optional<std::string> leftover()
+{
+    for (uint32_t fileId = 0; fileId < VX63_SET_FILE_COUNT; ++fileId) {
+        std::error_code error;
+        const auto folder = std::filesystem::path(vx63::kSettingsFiles[fileId].path).parent_path();
+        for (const auto& entry : std::filesystem::directory_iterator(folder, error))
+            if (!entry.path().filename().string().starts_with('.'))
+                return entry.path().string();
+    }
+    return std::nullopt;
+}
+
+int resetAll(const Options& options)
+{
+    confirm(options.yes, "Delete every settings file, setting sets on all storages too?");
+    const Identity identity(options.id);
+    std::string said; // of every folder that is empty already
+    if (overhear([] { return vx63_deleteAllSetFile(); }, said) != VX63_OK)
+        if (const auto left = leftover())
+            throw Failure(kExitOutput, "cannot delete every settings file", *left + " is still there",
+                          "look at 'ls -la' of its folder");
+    if (options.onlyDelete)
+        return kExitSuccess;
+    for (uint32_t fileId = 0; fileId < VX63_SET_FILE_COUNT; ++fileId)
+        if (kindOf(fileId) != FileKind::set)
+            resetFile(fileId);
+    return kExitSuccess;
+}
+
+int reset(const Options& options)
+{
+    const FileRef& file = options.file;
+    if (kindOf(file.fileId) != FileKind::ordinary)
+        throw Failure(kExitUsage, "cannot reset " + nameOf(file), "sets and lists have no factory contents",
+                      "use 'vx63 sets delete' or 'vx63 sets clear'");
+    confirm(options.yes, "Replace " + nameOf(file) + " by its factory contents?");
+    const Identity identity(options.id);
+    resetFile(file.fileId);
+    return kExitSuccess;
+}
+
+} // namespace
+
+void addSettingsReset(CLI::App& settings, Command& command)
+{
+    const auto options = std::make_shared<Options>();
+    CLI::App* app = settings.add_subcommand("reset", "Back to the factory contents")->group("Commands");
+    options->given = addFileArgument(*app, options->file)->required(false);
+    CLI::Option* all = app->add_flag("--all", options->all, "Every file; all setting sets are deleted")
+                           ->excludes(options->given);
+    app->add_flag("--delete", options->onlyDelete, "Delete the files and write none anew")->needs(all);
+    addYesOption(*app, options->yes);
+    addIdOption(*app, options->id);
+    app->footer("Example: vx63 settings reset sys_set/volume --yes");
+    app->callback([options, &command] {
+        if (!options->all && options->given->count() == 0)
+            throw CLI::ValidationError("FILE or --all is required");
+        command = [options] { return options->all ? resetAll(*options) : reset(*options); };
+    });
+}
+
+} // namespace tool
