@@ -74,7 +74,7 @@ std::vector<Measured> bestOfGroups(const std::vector<ListChannel>& channels,
     return best;
 }
 
-std::string verdictText(const Judgement& judgement, bool locked)
+std::string verdictText(const Judgement& judgement, bool locked, bool needsLock)
 {
     const char* name = verdictName(judgement.whole);
     if (name == nullptr)
@@ -89,8 +89,8 @@ std::string verdictText(const Judgement& judgement, bool locked)
     add(judgement.level, "level");
     add(judgement.cnr, "C/N");
     add(judgement.ber, "BER");
-    if (why.empty() && !locked)
-        why = "no lock";
+    if (!locked && needsLock)
+        why += why.empty() ? "no lock" : ", no lock";
     return name + (": " + why);
 }
 
@@ -104,12 +104,14 @@ std::string tableOf(ListKind kind, const std::vector<Measured>& list)
             continue;
         const bool locked = result.lock != 0;
         const auto modulation = modulationName(result.MOD);
-        text += format("%-8s %12u %6s %6s %9s %-4s %-7s %s\n", printable(measured.channel.name).c_str(),
-                       measured.channel.condition.ulFreq, tenths(result.LEVEL).c_str(),
-                       hasSignal(result) ? tenths(result.CNR).c_str() : "-",
-                       bitErrorRateText(readingOf(measured).result).c_str(), locked ? "yes" : "no",
-                       locked ? std::string(modulation.value_or("?")).c_str() : "-",
-                       verdictText(measured.judgement, locked).c_str());
+        text +=
+            format("%-8s %12u %6s %6s %9s %-4s %-7s %s\n", printable(measured.channel.name).c_str(),
+                   measured.channel.condition.ulFreq, tenths(result.LEVEL).c_str(),
+                   hasSignal(result) ? tenths(result.CNR).c_str() : "-",
+                   bitErrorRateText(readingOf(measured).result).c_str(), locked ? "yes" : needsLock ? "no" : "-",
+                   locked ? std::string(modulation.value_or("?")).c_str() : "-",
+                   verdictText(measured.judgement, locked, measured.channel.condition.usBdSys != kSystemLevel)
+                       .c_str());
     }
     return text;
 }

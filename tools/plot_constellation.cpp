@@ -11,6 +11,7 @@ namespace tool {
 namespace {
 
 constexpr double kEdge = 128; // I and Q are signed bytes
+constexpr double kNear = 96;  // holds all that modulations with few points need
 constexpr double kSide = 560;
 constexpr size_t kMostMarks = 64; // ideal points that a terminal has room for among the others
 
@@ -19,9 +20,13 @@ constexpr size_t kMostMarks = 64; // ideal points that a terminal has room for a
 void plotConstellation(const std::string& path, const std::string& title, const std::string& subtitle,
                        std::span<const ConstaPoint> points, const std::optional<IdealPoints>& ideal)
 {
+    const bool near = std::ranges::all_of(points, [](const ConstaPoint& point) {
+        return std::abs(point.I) < kNear && std::abs(point.Q) < kNear;
+    });
+    const double edge = near ? kNear : kEdge;
     Picture picture(path, kSide, kSide, title, subtitle,
-                    {"I (root mean square of the ideal points: 64)", -kEdge, kEdge, 32},
-                    {"Q", -kEdge, kEdge, 32});
+                    {"I (root mean square of the ideal points: 64)", -edge, edge, 32},
+                    {"Q", -edge, edge, 32});
     cairo_t* const cr = picture.cairo();
     picture.clip();
     picture.colour({kInk.red, kInk.green, kInk.blue, 0.45});
@@ -37,10 +42,9 @@ void plotConstellation(const std::string& path, const std::string& title, const 
         cairo_fill(cr);
     }
     if (ideal) {
-        // Crosses as large as half the way to the next ideal point lets them be.
-        const double arm = ideal->points.size() > 100 ? 3 : 5;
+        const double arm = ideal->points.size() > 100 ? 4 : 7;
         picture.colour(kOrange);
-        cairo_set_line_width(cr, 1.4);
+        cairo_set_line_width(cr, 1.1);
         for (const auto& point : ideal->points) {
             const double x = picture.x(point.real());
             const double y = picture.y(point.imag());

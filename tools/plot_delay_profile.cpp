@@ -56,6 +56,7 @@ void drawPaths(const Picture& picture, const std::vector<Path>& paths)
         const double x = picture.x(path.delayUs);
         const double y = picture.y(path.levelDb);
         taken.push_back({x - 5, y - 5, x + 5, y + 5});
+        taken.push_back({x - 3, y, x + 3, picture.bottom()}); // its line
         picture.colour(kOrange);
         cairo_set_line_width(cr, 1.6);
         cairo_arc(cr, x, y, 4.5, 0, 2 * std::numbers::pi);
@@ -65,8 +66,10 @@ void drawPaths(const Picture& picture, const std::vector<Path>& paths)
     std::vector<Path> strongest = paths;
     std::ranges::stable_sort(strongest, std::ranges::greater(), &Path::levelDb);
     for (const Path& path : strongest) {
-        const std::string lines[] = {format("%+.1f \u00B5s  %+.1f dB", path.delayUs, path.levelDb),
-                                     format("%+.2f km", distanceKm(path.delayUs))};
+        const bool main = &path == &strongest.front();
+        const std::string lines[] = {
+            main ? "main path" : format("%+.1f \u00B5s, %+.2f km", path.delayUs, distanceKm(path.delayUs)),
+            main ? "" : format("%+.1f dB", path.levelDb)};
         const double width = std::max(picture.textWidth(lines[0], 11), picture.textWidth(lines[1], 11));
         const double x = picture.x(path.delayUs);
         const double y = picture.y(path.levelDb);
@@ -131,7 +134,7 @@ void plotDelayProfile(const std::string& path, const std::string& title, const s
 std::string delayProfileText(const DlyPrfResult& profile, const std::optional<GuardInterval>& guard,
                              const TextStyle& style)
 {
-    constexpr size_t kRows = 14;
+    constexpr size_t kRows = 14;  // of 5 dB
     constexpr size_t kMargin = 5; // "-60 |"
     const size_t columns = style.columns - kMargin - 1;
     DotCanvas canvas(columns, kRows, style.unicode);
@@ -141,7 +144,7 @@ std::string delayProfileText(const DlyPrfResult& profile, const std::optional<Gu
         return static_cast<long>((us - kFirstUs) / (kLastUs - kFirstUs) * width);
     };
     const auto row = [&](double db) {
-        return std::lround((kHighestDb - db) / (kHighestDb - kLowestDb) * (height - 1));
+        return std::lround((kHighestDb - db) / (kHighestDb - kLowestDb) * height);
     };
     // A column of dots is several samples wide: the strongest one is shown, filled down to the bottom.
     std::vector<double> tops(canvas.width(), kLowestDb);
@@ -156,10 +159,10 @@ std::string delayProfileText(const DlyPrfResult& profile, const std::optional<Gu
     const std::vector<std::string> lines = canvas.rows();
     std::string text;
     for (size_t i = 0; i < lines.size(); ++i) {
-        const double db = kHighestDb - static_cast<double>(i) / (kRows - 1) * (kHighestDb - kLowestDb);
-        const bool labelled = i % 3 == 1; // 5 dB a row
-        text += (labelled ? format("%3.0f ", std::round(db)) : std::string(4, ' ')) +
-                (style.unicode ? "│" : "|") + lines[i] + "\n";
+        // The label names the upper edge of its row.
+        const double db = kHighestDb - static_cast<double>(i) / kRows * (kHighestDb - kLowestDb);
+        text += (i % 2 == 1 ? format("%3.0f ", db) : std::string(4, ' ')) + (style.unicode ? "│" : "|") +
+                lines[i] + "\n";
     }
     const auto mark = [&](std::string& line, double us, const std::string& label) {
         const auto at = static_cast<size_t>(column(us)) / (style.unicode ? 2 : 1);

@@ -11,6 +11,7 @@ namespace tool {
 namespace {
 
 constexpr double kStep = 10;
+constexpr double kRowStep = 5; // on a terminal
 
 double highest(const std::vector<LevelBar>& bars)
 {
@@ -94,7 +95,6 @@ void plotLevels(const std::string& path, const std::string& title, const std::st
 
 std::string levelsText(const std::vector<LevelBar>& bars, const TextStyle& style)
 {
-    constexpr size_t kRows = 10;
     constexpr size_t kMargin = 5; // "100 |"
     const size_t columns = style.columns - kMargin - 1;
     // Several columns a channel, one of them a gap, or several channels a column, of which the strongest
@@ -111,18 +111,19 @@ std::string levelsText(const std::vector<LevelBar>& bars, const TextStyle& style
         values.insert(values.end(), wide > 1 ? wide - 1 : 1, level);
         if (wide > 1)
             values.push_back(0);
-        if (names.size() <= column && (names.empty() || names.back() != ' ' || names.size() < column + 1)) {
+        if (names.size() <= column) {
             const std::string name = printable(bars[i].name);
             if (column + name.size() <= columns)
                 names += std::string(column - names.size(), ' ') + name + " ";
         }
     }
     const double high = highest(bars);
-    const std::vector<std::string> rows = barRows(values, 0, high, kRows, style.unicode);
+    const auto height = static_cast<size_t>(std::lround(high / kRowStep));
+    const std::vector<std::string> rows = barRows(values, 0, high, height, style.unicode);
     std::string text;
     for (size_t i = 0; i < rows.size(); ++i) {
         // The label names the upper edge of its row.
-        const double edge = high * static_cast<double>(kRows - i) / kRows;
+        const double edge = kRowStep * static_cast<double>(height - i);
         text += (i % 2 == 0 ? format("%3.0f ", edge) : std::string(4, ' ')) + (style.unicode ? "│" : "|") +
                 rows[i] + "\n";
     }
