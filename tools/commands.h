@@ -12,6 +12,15 @@ namespace tool {
 using Command = std::function<int()>;
 
 void addMeasure(CLI::App& app, Command& command);
+// Below measure.
+void addConstellation(CLI::App& measure, Command& command);
+void addDelayProfile(CLI::App& measure, Command& command);
+void addMulti(CLI::App& measure, Command& command);
+void addOptical(CLI::App& measure, Command& command);
+void addDc(CLI::App& measure, Command& command);
+void addMeasureAngle(CLI::App& measure, Command& command);
+void addScan(CLI::App& app, Command& command);
+void addAngle(CLI::App& app, Command& command);
 void addInput(CLI::App& app, Command& command);
 void addPowerSupply(CLI::App& app, Command& command);
 void addStatus(CLI::App& app, Command& command);

@@ -74,6 +74,8 @@ int run(int argc, char** argv)
 
     Command command;
     addMeasure(app, command);
+    addScan(app, command);
+    addAngle(app, command);
     addInput(app, command);
     addPowerSupply(app, command);
     addStatus(app, command);

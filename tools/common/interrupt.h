@@ -10,6 +10,10 @@ namespace tool {
 //   notice  shown on a terminal's stderr when the first signal arrives
 void catchInterruption(const char* notice);
 
+// The notice of the commands that measure.
+inline constexpr const char* kStoppingNotice =
+    "\nvx63: stopping the measurement; Ctrl-C again ends at once\n";
+
 // The signal that arrived, or 0.
 int interruption();
 
