@@ -15,6 +15,19 @@ void addMeasure(CLI::App& app, Command& command);
 void addInput(CLI::App& app, Command& command);
 void addPowerSupply(CLI::App& app, Command& command);
 void addStatus(CLI::App& app, Command& command);
+void addInfo(CLI::App& app, Command& command);
+void addDoctor(CLI::App& app, Command& command);
+void addKeys(CLI::App& app, Command& command);
+void addFailure(CLI::App& app, Command& command);
+void addPower(CLI::App& app, Command& command);
+void addUpdate(CLI::App& app, Command& command);
+void addFactoryReset(CLI::App& app, Command& command);
+void addDeveloperMode(CLI::App& app, Command& command);
+void addCalibrate(CLI::App& app, Command& command);
+void addBattery(CLI::App& app, Command& command);
+void addBuzzer(CLI::App& app, Command& command);
+void addVolume(CLI::App& app, Command& command);
+void addBrightness(CLI::App& app, Command& command);
 void addLog(CLI::App& app, Command& command);
 
 } // namespace tool

@@ -16,6 +16,7 @@ constexpr const char* kFooter = R"(Exit codes:
   1    the meter's services do not answer, or not as they should
   2    the meter refuses a value
   3    measured, but there was no lock
+  5    the doctor found something wrong
   6    the buzzer is sounding a repeating pattern
   7    the antenna power supply reports a fault
   8    the buzzer is busy with a sound of higher priority
@@ -24,6 +25,7 @@ constexpr const char* kFooter = R"(Exit codes:
   70   internal error
   74   the output cannot be written
   75   another vx63 uses the same process id
+  77   not confirmed
   129, 130, 143  ended by a closed terminal, Ctrl-C, SIGTERM (128 + signal)
   141  the reader of the output went away
 
@@ -73,6 +75,19 @@ int run(int argc, char** argv)
     addInput(app, command);
     addPowerSupply(app, command);
     addStatus(app, command);
+    addInfo(app, command);
+    addDoctor(app, command);
+    addKeys(app, command);
+    addFailure(app, command);
+    addPower(app, command);
+    addUpdate(app, command);
+    addFactoryReset(app, command);
+    addDeveloperMode(app, command);
+    addCalibrate(app, command);
+    addBattery(app, command);
+    addBuzzer(app, command);
+    addVolume(app, command);
+    addBrightness(app, command);
     addLog(app, command);
 
     try {

@@ -15,6 +15,7 @@ enum ExitCode {
     kExitCommunication = 1, // VX63_ERR_COMM
     kExitArgument = 2,      // VX63_ERR_ARG
     kExitNoLock = 3,        // measured, but without lock
+    kExitUnhealthy = 5,     // the doctor found something wrong
     kExitRepeat = 6,        // VX63_ERR_REPEAT
     kExitPowerSupply = 7,   // VX63_ERR_POWER
     kExitPriority = 8,      // VX63_ERR_PRIORITY
@@ -23,6 +24,7 @@ enum ExitCode {
     kExitInternal = 70,
     kExitOutput = 74,
     kExitBusy = 75,
+    kExitDeclined = 77,
     kExitSignal = 128 // plus the number of the signal
 };
 
