@@ -17,6 +17,7 @@ constexpr const char* kFooter = R"(Exit codes:
   2    the meter refuses a value
   3    measured, but there was no lock
   4    settings files differ
+  5    the doctor found something wrong
   6    the buzzer is sounding a repeating pattern
   7    the antenna power supply reports a fault
   8    the buzzer is busy with a sound of higher priority
@@ -79,6 +80,19 @@ int run(int argc, char** argv)
     addInput(app, command);
     addPowerSupply(app, command);
     addStatus(app, command);
+    addInfo(app, command);
+    addDoctor(app, command);
+    addKeys(app, command);
+    addFailure(app, command);
+    addPower(app, command);
+    addUpdate(app, command);
+    addFactoryReset(app, command);
+    addDeveloperMode(app, command);
+    addCalibrate(app, command);
+    addBattery(app, command);
+    addBuzzer(app, command);
+    addVolume(app, command);
+    addBrightness(app, command);
     addLog(app, command);
     addSettings(app, command);
     addSets(app, command);

@@ -5,6 +5,7 @@
 #include "common/identity.h"
 #include "common/output.h"
 #include "common/text.h"
+#include "device_status.h"
 #include "libvx63.h"
 #include "supply.h"
 
@@ -33,6 +34,7 @@ int showStatus(const Options& options)
     MeasStatus status{};
     require("cannot read the measurement status", [&] { return vx63_getMeasStatus(&status); });
     const PowerSupplyInfo supply = readSupply();
+    const DeviceStatus device = readDeviceStatus();
     const bool measuring = (status.ulMeasStat & kMeasuring) != 0;
     const bool locked = (status.ulMeasStat & kLocked) != 0;
     const bool fault = (status.usInputStat & kSupplyFault) != 0;
@@ -46,6 +48,7 @@ int showStatus(const Options& options)
             {"measurement_status_code", status.ulMeasStat},
             {"input_status_code", status.usInputStat},
             {"power_supply", supplyJson(supply)},
+            {"device", deviceStatusJson(device)},
         };
         print(json.dump() + "\n");
         return kExitSuccess;
@@ -60,6 +63,8 @@ int showStatus(const Options& options)
     };
     const Rows supplies = supplyRows(supply);
     rows.insert(rows.end(), supplies.begin(), supplies.end());
+    const Rows devices = deviceStatusRows(device);
+    rows.insert(rows.end(), devices.begin(), devices.end());
     print(aligned(rows));
     return kExitSuccess;
 }
@@ -69,8 +74,9 @@ int showStatus(const Options& options)
 void addStatus(CLI::App& app, Command& command)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App* status = app.add_subcommand("status", "Show the status bits of the meter and its power supply")
-                           ->group("Commands");
+    CLI::App* status =
+        app.add_subcommand("status", "Show how the meter is: measurement, power supply, battery")
+            ->group("Commands");
     status->add_flag("--json", options->json, "Print a JSON object");
     addIdOption(*status, options->id);
     status->footer("Example: vx63 status --json");

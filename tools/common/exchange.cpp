@@ -66,4 +66,15 @@ void require(const std::string& what, const std::function<int32_t()>& call)
         throw failureOf(result, what);
 }
 
+void requireOnce(const std::string& what, const std::function<int32_t()>& call)
+{
+    ProductInfo info{};
+    require(what, [&] { return vx63_getProductInfo(&info); });
+    if (s_behind > 0)
+        throw Failure(kExitCommunication, what, "answers to somebody's earlier calls seem to be in the way",
+                      "see 'vx63 doctor', or choose another id with --id");
+    if (const int32_t result = call(); result != VX63_OK)
+        throw failureOf(result, what);
+}
+
 } // namespace tool

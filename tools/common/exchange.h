@@ -18,4 +18,9 @@ Failure failureOf(int32_t result, const std::string& what);
 // exchange(), with a negative result thrown as Failure.
 void require(const std::string& what, const std::function<int32_t()>& call);
 
+// For a call to the system service that must not be made twice: it is made once, and only after a harmless
+// read has shown that the service answers and that no answer to an earlier call is in the way. Throws
+// Failure.
+void requireOnce(const std::string& what, const std::function<int32_t()>& call);
+
 } // namespace tool

@@ -16,6 +16,7 @@ enum ExitCode {
     kExitArgument = 2,      // VX63_ERR_ARG
     kExitNoLock = 3,        // measured, but without lock
     kExitDiffer = 4,        // settings files differ
+    kExitUnhealthy = 5,     // the doctor found something wrong
     kExitRepeat = 6,        // VX63_ERR_REPEAT
     kExitPowerSupply = 7,   // VX63_ERR_POWER
     kExitPriority = 8,      // VX63_ERR_PRIORITY
