@@ -145,9 +145,8 @@ def test_show(meter):
      "cannot read user_set/NARA: there is no such set: see 'vx63 sets list'"),
     (["show", "user_set/list", "--default"], 64,
      "cannot show user_set/list: sets and lists have no factory contents: leave out --default"),
-    (["reset", "user_set/list", "--yes"], 64,
-     "cannot reset user_set/list: sets and lists have no factory contents: "
-     "use 'vx63 sets delete' or 'vx63 sets clear'"),
+    (["reset", "user_set/NARA", "--yes"], 64,
+     "cannot reset user_set/NARA: sets have no factory contents: use 'vx63 sets delete'"),
     (["diff", "--with", "/nowhere"], 66,
      "cannot compare with /nowhere: it is no folder: give one that 'vx63 settings export' made"),
     (["import", "/nowhere", "--yes"], 66,
