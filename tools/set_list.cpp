@@ -20,6 +20,16 @@ SetListEntry entryAt(const Contents& list, uint32_t record)
     return entry;
 }
 
+// An empty name makes a free entry.
+void putEntry(Contents& list, uint32_t record, const std::string& name)
+{
+    SetListEntry entry{};
+    entry.NO = static_cast<uint8_t>(record + 1);
+    entry.ENBFLG = name.empty() ? 0 : 1;
+    std::memcpy(entry.FILE_NAME, name.data(), std::min(name.size(), sizeof entry.FILE_NAME - 1));
+    std::memcpy(list.bytes.data() + record * sizeof entry, &entry, sizeof entry);
+}
+
 bool fileExists(const FileRef& file)
 {
     return access(pathOf(file).c_str(), F_OK) == 0;
@@ -33,15 +43,18 @@ uint32_t listOf(uint32_t setFileId)
         std::ranges::find(vx63::kSetPairs, static_cast<int32_t>(setFileId), &vx63::SetPair::set)->list);
 }
 
-Contents emptyList(uint32_t listFileId)
+uint32_t setOf(uint32_t listFileId)
+{
+    return static_cast<uint32_t>(
+        std::ranges::find(vx63::kSetPairs, static_cast<int32_t>(listFileId), &vx63::SetPair::list)->set);
+}
+
+Contents listNaming(uint32_t listFileId, const std::vector<std::string>& names)
 {
     const vx63::SettingsFile& file = vx63::kSettingsFiles[listFileId];
     Contents list{std::vector<uint8_t>(size_t{file.rows} * file.dataSize), file.rows};
-    for (uint32_t i = 0; i < file.rows; ++i) {
-        SetListEntry entry{};
-        entry.NO = static_cast<uint8_t>(i + 1);
-        std::memcpy(list.bytes.data() + i * sizeof entry, &entry, sizeof entry);
-    }
+    for (uint32_t i = 0; i < file.rows; ++i)
+        putEntry(list, i, i < names.size() ? names[i] : "");
     return list;
 }
 
@@ -99,7 +112,7 @@ bool deleteSetFile(const FileRef& set)
 
 SetFolder::SetFolder(uint32_t setFileId)
     : m_set(setFileId), m_list(listOf(setFileId)), m_listMissing(!fileExists({m_list, ""})),
-      m_contents(m_listMissing ? emptyList(m_list) : readOrFactory({m_list, ""})),
+      m_contents(m_listMissing ? listNaming(m_list, {}) : readOrFactory({m_list, ""})),
       m_listed(listedSets(m_list, m_contents))
 {}
 
@@ -119,11 +132,7 @@ std::optional<uint32_t> SetFolder::recordOf(const std::string& name) const
 // An empty name frees the entry.
 void SetFolder::writeEntry(uint32_t record, const std::string& name)
 {
-    SetListEntry entry{};
-    entry.NO = static_cast<uint8_t>(record + 1);
-    entry.ENBFLG = name.empty() ? 0 : 1;
-    std::memcpy(entry.FILE_NAME, name.data(), std::min(name.size(), sizeof entry.FILE_NAME - 1));
-    std::memcpy(m_contents.bytes.data() + record * sizeof entry, &entry, sizeof entry);
+    putEntry(m_contents, record, name);
     if (m_listMissing || record >= m_contents.records) {
         m_contents.records = std::max(m_contents.records, record + 1);
         writeFile({m_list, ""}, m_contents);
@@ -193,23 +202,24 @@ void SetFolder::remove(const std::string& name)
         noticeRecord(m_list, *record);
 }
 
-void SetFolder::clear()
+void clearSets(uint32_t setFileId)
 {
-    if (m_listMissing) // a folder that is empty cannot be emptied
-        writeFile({m_list, ""}, emptyList(m_list));
-    const bool user = vx63_isFileIdUserSet(static_cast<int32_t>(m_set)) == 1;
+    const uint32_t list = listOf(setFileId);
+    if (!fileExists({list, ""})) // a folder that is empty cannot be emptied
+        writeFile({list, ""}, listNaming(list, {}));
+    const bool user = vx63_isFileIdUserSet(static_cast<int32_t>(setFileId)) == 1;
     std::string said;
     const int32_t result = overhear(
-        [&] { return user ? vx63_deleteSetFileUserBulk(m_set) : vx63_deleteSetFileLoggerBulk(m_set); }, said);
+        [&] {
+            return user ? vx63_deleteSetFileUserBulk(setFileId) : vx63_deleteSetFileLoggerBulk(setFileId);
+        },
+        said);
     if (result != VX63_OK)
-        throw Failure(kExitOutput, "cannot delete the sets of " + folderOf(m_set),
+        throw Failure(kExitOutput, "cannot delete the sets of " + folderOf(setFileId),
                       said.empty() ? "a file cannot be removed or written" : said.substr(0, said.find('\n')),
-                      "look at 'ls -la /usr/local/bin/" + folderOf(m_set) + "'");
-    m_contents = emptyList(m_list);
-    m_listed.clear();
-    m_listMissing = false;
-    noticeFile(m_set);
-    noticeFile(m_list);
+                      "look at 'ls -la /usr/local/bin/" + folderOf(setFileId) + "'");
+    noticeFile(setFileId);
+    noticeFile(list);
 }
 
 } // namespace tool

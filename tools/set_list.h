@@ -9,11 +9,12 @@
 
 namespace tool {
 
-// The list of a set's folder.
+// The list of a set's folder, and the other way round.
 uint32_t listOf(uint32_t setFileId);
+uint32_t setOf(uint32_t listFileId);
 
-// A list without sets.
-Contents emptyList(uint32_t listFileId);
+// A list of these sets, no more than it can hold.
+Contents listNaming(uint32_t listFileId, const std::vector<std::string>& names);
 
 struct ListEntry {
     uint32_t record;
@@ -42,8 +43,6 @@ public:
     // Off the list first, for the same reason.
     void remove(const std::string& name);
 
-    void clear();
-
 private:
     std::optional<uint32_t> recordOf(const std::string& name) const;
     void writeEntry(uint32_t record, const std::string& name);
@@ -55,6 +54,9 @@ private:
     Contents m_contents;
     std::vector<ListEntry> m_listed;
 };
+
+// Deletes every set of a folder and empties its list, whatever state that is in. Throws Failure.
+void clearSets(uint32_t setFileId);
 
 // Deletes the file of a set; false when it cannot be deleted.
 bool deleteSetFile(const FileRef& set);

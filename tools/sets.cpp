@@ -1,4 +1,5 @@
 // vx63 sets: the setting sets, which people name, on the meter's three storages.
+#include "commands.h"
 #include "common/confirm.h"
 #include "common/failure.h"
 #include "common/identity.h"
@@ -9,7 +10,6 @@
 #include "libvx63.h"
 #include "set_list.h"
 #include "settings_arguments.h"
-#include "settings_commands.h"
 #include "settings_record.h"
 #include "settings_show.h"
 
@@ -161,7 +161,7 @@ int clear(const Options& options)
 {
     confirm(options.yes, "Delete every set of " + folderOf(options.set()) + "?");
     const Identity identity(options.id);
-    SetFolder(options.set()).clear();
+    clearSets(options.set());
     return kExitSuccess;
 }
 

@@ -191,9 +191,9 @@ Contents readOrFactory(const FileRef& file)
         return read.contents;
     if (!read.fault->missing)
         throw Failure(kExitData, "cannot read " + nameOf(file), faultText(*read.fault),
-                      kind == FileKind::ordinary
-                          ? "correct " + pathOf(file) + ", or use 'vx63 settings reset " + nameOf(file) + "'"
-                          : "correct " + pathOf(file));
+                      kind == FileKind::set ? "correct " + pathOf(file) + ", or use 'vx63 sets delete'"
+                                            : "correct " + pathOf(file) + ", or use 'vx63 settings reset " +
+                                                  nameOf(file) + "'");
     if (kind == FileKind::set)
         throw Failure(kExitNoInput, "cannot read " + nameOf(file), "there is no such set",
                       "see 'vx63 sets list'");

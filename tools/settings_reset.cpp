@@ -2,6 +2,7 @@
 #include "common/confirm.h"
 #include "common/failure.h"
 #include "common/identity.h"
+#include "common/output.h"
 #include "common/overhear.h"
 #include "libvx63.h"
 #include "set_list.h"
@@ -28,7 +29,8 @@ struct Options {
 
 void resetFile(uint32_t fileId)
 {
-    writeFile({fileId, ""}, kindOf(fileId) == FileKind::list ? emptyList(fileId) : factoryContents(fileId));
+    writeFile({fileId, ""},
+              kindOf(fileId) == FileKind::list ? listNaming(fileId, {}) : factoryContents(fileId));
     noticeFile(fileId);
 }
 
@@ -62,15 +64,38 @@ int resetAll(const Options& options)
     return kExitSuccess;
 }
 
+// A list is made anew of the sets that have a file.
+void resetList(uint32_t listFileId)
+{
+    const uint32_t setFileId = setOf(listFileId);
+    std::vector<std::string> names;
+    for (const std::string& name : setFilesIn("/usr/local/bin/" + folderOf(listFileId), setFileId)) {
+        if (setNameFault(name) || names.size() == vx63::kSettingsFiles[listFileId].rows)
+            complain("cannot list '" + name +
+                     "': the name or the number of the sets is wrong: "
+                     "see 'vx63 settings check'");
+        else
+            names.push_back(name);
+    }
+    writeFile({listFileId, ""}, listNaming(listFileId, names));
+    noticeFile(listFileId);
+}
+
 int reset(const Options& options)
 {
     const FileRef& file = options.file;
-    if (kindOf(file.fileId) != FileKind::ordinary)
-        throw Failure(kExitUsage, "cannot reset " + nameOf(file), "sets and lists have no factory contents",
-                      "use 'vx63 sets delete' or 'vx63 sets clear'");
-    confirm(options.yes, "Replace " + nameOf(file) + " by its factory contents?");
+    const FileKind kind = kindOf(file.fileId);
+    if (kind == FileKind::set)
+        throw Failure(kExitUsage, "cannot reset " + nameOf(file), "sets have no factory contents",
+                      "use 'vx63 sets delete'");
+    confirm(options.yes, kind == FileKind::list
+                             ? "Make " + nameOf(file) + " anew of the sets that have a file?"
+                             : "Replace " + nameOf(file) + " by its factory contents?");
     const Identity identity(options.id);
-    resetFile(file.fileId);
+    if (kind == FileKind::list)
+        resetList(file.fileId);
+    else
+        resetFile(file.fileId);
     return kExitSuccess;
 }
 

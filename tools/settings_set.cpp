@@ -33,11 +33,11 @@ int set(const Options& options)
         throw Failure(kExitUsage, "cannot set " + std::string(column->name), *why, "give another value");
 
     const Identity identity(options.id);
-    const bool missing = readFile(file).fault.has_value();
+    const auto fault = readFile(file).fault;
     Contents contents = readOrFactory(file);
     requireRecord(file, contents, options.record);
     storeCell(*column, contents.bytes.data() + options.record * entryOf(file).dataSize, options.value);
-    if (missing) { // the factory contents and this value make the file
+    if (fault && fault->missing) { // the factory contents and this value make the file
         writeFile(file, contents);
         noticeFile(file.fileId);
     } else {

@@ -127,6 +127,20 @@ def test_without_a_list(meter):
     assert result.stderr.startswith("vx63: cannot read user_set/list: line 1: ")
 
 
+def test_a_broken_list_is_made_anew(meter):
+    result = meter.shell(f"""
+        for name in B A; do "$VX63" sets create $name --from ch_set/lte; done
+        echo broken > {ROOT}user_set/user_setting_file_list.csv
+        "$VX63" settings reset user_set/list --yes; "$VX63" sets list; "$VX63" settings check | grep -c ok
+        echo broken > {ROOT}user_set/user_setting_file_list.csv
+        "$VX63" sets clear --yes; "$VX63" sets list
+    """)
+    assert (result.returncode, result.stderr) == (0, "")
+    assert result.stdout == ("RECORD  NAME  CHANNELS\n0       A     6\n1       B     6\n46\n"
+                             "RECORD  NAME  CHANNELS\n")
+    assert notices(meter)[4:] == [("file", 15), ("file", 14), ("file", 15)]
+
+
 def test_a_list_with_few_records(meter):
     result = meter.shell(f"""
         printf '1.0.0\\nNO,ENBFLG,FILE_NAME\\n' > {ROOT}user_set/user_setting_file_list.csv

@@ -2,11 +2,13 @@
 
 import json
 import re
+import tempfile
 
 import pytest
 
+from conftest import VMETER
 from settings_catalogue import COLUMNS, FILES
-from tool_support import VX63, Terminal, isolation, meter, run  # noqa: F401 (fixtures)
+from tool_support import VX63, Terminal, environment, isolation, meter, run  # noqa: F401 (fixtures)
 
 ROOT = "/usr/local/bin/"
 VOLUME = ROOT + "sys_set/system_setting_file_volume.csv"
@@ -145,9 +147,8 @@ def test_show(meter):
      "cannot read user_set/NARA: there is no such set: see 'vx63 sets list'"),
     (["show", "user_set/list", "--default"], 64,
      "cannot show user_set/list: sets and lists have no factory contents: leave out --default"),
-    (["reset", "user_set/list", "--yes"], 64,
-     "cannot reset user_set/list: sets and lists have no factory contents: "
-     "use 'vx63 sets delete' or 'vx63 sets clear'"),
+    (["reset", "user_set/NARA", "--yes"], 64,
+     "cannot reset user_set/NARA: sets have no factory contents: use 'vx63 sets delete'"),
     (["diff", "--with", "/nowhere"], 66,
      "cannot compare with /nowhere: it is no folder: give one that 'vx63 settings export' made"),
     (["import", "/nowhere", "--yes"], 66,
@@ -346,7 +347,15 @@ def test_full_disk(meter, words):
     assert result.stderr == "vx63: cannot write to standard output: No space left on device: make room on the disk\n"
 
 
-def test_no_meter_and_no_files():
-    """On a PC, outside a virtual meter: everything is missing, nothing fails."""
-    result = run(VX63, "settings", "show", "sys_set/volume", "--default")
-    assert (result.returncode, result.stderr) == (0, "")
+def test_no_files_at_all(isolation):
+    script = """
+        "$VX63" settings check | grep -vc missing; "$VX63" settings list --json | grep -c '"present":true'
+        "$VX63" settings diff; echo $?
+        "$VX63" settings export "$DIR"; "$VX63" settings show volume --default --csv | tail -n 1
+        "$VX63" settings reset --all --yes; "$VX63" settings check | grep -c ok
+    """
+    with tempfile.TemporaryDirectory() as folder:
+        result = run(VMETER, "run", *isolation, "--empty-settings", "--", "sh", "-c", script,
+                     env=environment(VX63=str(VX63), DIR=folder))
+    assert result.stderr == ""
+    assert result.stdout == "0\n0\n0\n0 files exported, 44 are missing\n0,1,2,3,0\n44\n"
