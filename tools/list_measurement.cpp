@@ -103,15 +103,17 @@ std::string tableOf(ListKind kind, const std::vector<Measured>& list)
         if (kind == ListKind::scan && !hasSignal(result))
             continue;
         const bool locked = result.lock != 0;
+        const bool needsLock = measured.channel.condition.usBdSys != kSystemLevel;
         const auto modulation = modulationName(result.MOD);
-        text +=
-            format("%-8s %12u %6s %6s %9s %-4s %-7s %s\n", printable(measured.channel.name).c_str(),
-                   measured.channel.condition.ulFreq, tenths(result.LEVEL).c_str(),
-                   hasSignal(result) ? tenths(result.CNR).c_str() : "-",
-                   bitErrorRateText(readingOf(measured).result).c_str(), locked ? "yes" : needsLock ? "no" : "-",
-                   locked ? std::string(modulation.value_or("?")).c_str() : "-",
-                   verdictText(measured.judgement, locked, measured.channel.condition.usBdSys != kSystemLevel)
-                       .c_str());
+        text += format("%-8s %12u %6s %6s %9s %-4s %-7s %s\n", printable(measured.channel.name).c_str(),
+                       measured.channel.condition.ulFreq, tenths(result.LEVEL).c_str(),
+                       hasSignal(result) ? tenths(result.CNR).c_str() : "-",
+                       bitErrorRateText(readingOf(measured).result).c_str(),
+                       locked      ? "yes"
+                       : needsLock ? "no"
+                                   : "-",
+                       locked ? std::string(modulation.value_or("?")).c_str() : "-",
+                       verdictText(measured.judgement, locked, needsLock).c_str());
     }
     return text;
 }

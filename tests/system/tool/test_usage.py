@@ -8,8 +8,10 @@ import pytest
 
 from tool_support import SOURCE, VX63, run
 
-COMMANDS = ["measure", "input", "power-supply", "status", "log", "settings", "sets"]
-LEAVES = [["measure", "single"], ["input"], ["power-supply"], ["status"], ["log"],
+COMMANDS = ["measure", "scan", "angle", "input", "power-supply", "status", "log", "settings", "sets"]
+LEAVES = [["measure", "single"], ["measure", "constellation"], ["measure", "delay-profile"], ["measure", "multi"],
+          ["measure", "optical"], ["measure", "dc"], ["measure", "angle"], ["scan"], ["angle", "calibrate"],
+          ["input"], ["power-supply"], ["status"], ["log"],
           *[["settings", name] for name in ("list", "show", "get", "set", "diff", "reset", "export", "import", "check")],
           *[["sets", name] for name in ("list", "show", "create", "copy", "delete", "clear")]]
 
@@ -56,6 +58,28 @@ def options_of(*words):
     (["measure", "single", "--freq", "1", "--count", "0"], "--count: '0' is not"),
     (["measure", "single", "--freq", "1", "--interval", "1"], "--interval requires --count"),
     (["measure", "single", "--freq", "1", "--count", "2", "--interval", "-1"], "--interval: '-1' is not"),
+    (["measure", "constellation"], "--freq is required"),
+    (["measure", "constellation", "--freq", "1", "--points", "3000"], "--points: '3000' is none of 1000, 2000, 4000"),
+    (["measure", "constellation", "--freq", "1", "--points", "-1000"], "--points: '-1000' is none of"),
+    (["measure", "constellation", "--freq", "1", "--plot", "points.gif"],
+     "--plot: 'points.gif' is no file name that ends in .png or .svg"),
+    (["measure", "constellation", "--freq", "1", "--plot", ".png"], "--plot: '.png' is no file name"),
+    (["measure", "delay-profile"], "--freq is required"),
+    (["measure", "multi"], "--plan or --conditions is required"),
+    (["measure", "multi", "--plan", "uhf", "--conditions", "list.json"], "excludes"),
+    (["measure", "multi", "--plan", "vhf"], "--plan: 'vhf' is none of uhf, bs, cs, bs-cs, catv,"),
+    (["scan"], "--plan is required"),
+    (["scan", "--plan", ""], "--plan: '' is none of uhf,"),
+    (["scan", "--plan", "uhf", "--json", "--csv"], "excludes"),
+    (["scan", "--plan", "uhf", "--supply", "5"], "--supply: '5' is not a whole number from 0 to 4"),
+    (["scan", "--plan", "uhf", "--system", "moon"], "--system: 'moon' is none of terrestrial,"),
+    (["scan", "--plan", "uhf", "--mod", "am"], "--mod: 'am' is none of OFDM,"),
+    (["measure", "optical"], "--wavelength is required"),
+    (["measure", "optical", "--wavelength", "0"], "--wavelength: '0' is not a whole number"),
+    (["measure", "dc", "--input", "2"], "--input: '2' is not"),
+    (["angle"], "no command is given"),
+    (["angle", "turn"], "'turn' is no command"),
+    (["angle", "calibrate", "--timeout", "-1"], "--timeout: '-1' is not a number of seconds"),
     (["input"], "INPUT is required"),
     (["input", "2"], "INPUT: '2' is not a whole number from 0 to 1"),
     (["input", "0", "1"], "1"),
