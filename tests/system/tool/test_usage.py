@@ -8,8 +8,14 @@ import pytest
 
 from tool_support import SOURCE, VX63, run
 
-COMMANDS = ["measure", "input", "power-supply", "status", "log"]
-LEAVES = [["measure", "single"], ["input"], ["power-supply"], ["status"], ["log"]]
+DEVICE_COMMANDS = ["info", "doctor", "keys", "failure", "power", "update", "factory-reset", "developer-mode",
+                   "calibrate", "battery", "buzzer", "volume", "brightness"]
+DEVICE_LEAVES = [["info"], ["doctor"], ["keys"], ["failure", "show"], ["failure", "set"], ["failure", "clear"],
+                 *(["power", word] for word in ["reboot", "shutdown", "standby", "wakeup", "state"]), ["update"],
+                 ["factory-reset"], ["developer-mode"], ["calibrate"], ["battery"], ["buzzer"], ["volume"],
+                 ["brightness"]]
+COMMANDS = ["measure", "input", "power-supply", "status", *DEVICE_COMMANDS, "log"]
+LEAVES = [["measure", "single"], ["input"], ["power-supply"], ["status"], *DEVICE_LEAVES, ["log"]]
 
 
 def help_of(*words):
@@ -61,6 +67,40 @@ def options_of(*words):
     (["power-supply", "5"], "SUPPLY: '5' is not"),
     (["power-supply", "1", "--json"], "excludes"),
     (["status", "now"], "now"),
+    (["info", "now"], "now"),
+    (["doctor", "--watch"], "--watch"),
+    (["keys", "--interval", "1"], "--interval requires --watch"),
+    (["keys", "--watch", "--interval", "-1"], "--interval: '-1' is not"),
+    (["failure"], "no command is given"),
+    (["failure", "set"], "CODE is required"),
+    (["failure", "set", "65536"], "CODE: '65536' is not a whole number from 0 to 65535"),
+    (["failure", "set", "-1"], "-1"),
+    (["failure", "set", "1", "--info", "0"], "--info: '0' is not up to 32 bytes"),
+    (["failure", "set", "1", "--info", "0g"], "--info: '0g' is not up to 32 bytes"),
+    (["failure", "set", "1", "--info", "00" * 33], "is not up to 32 bytes"),
+    (["power"], "no command is given"),
+    (["power", "sleep"], "'sleep' is no command"),
+    (["power", "standby", "--force", "--measurement"], "excludes"),
+    (["update"], "FILE or --program is required"),
+    (["update", "--program", "main"], "requires"),
+    (["update", "--new-version", "1"], "--new-version requires --program"),
+    (["update", "--program", "all", "--new-version", "1", "--size", "1"], "--program: 'all' is none of boot, main"),
+    (["update", "--program", "main", "--new-version", "", "--size", "1"], "--new-version: '' is not 1 to 16"),
+    (["update", "--program", "main", "--new-version", "1" * 17, "--size", "1"], "is not 1 to 16"),
+    (["update", "--program", "main", "--new-version", "\u00e4", "--size", "1"], "is not 1 to 16"),
+    (["update", "--program", "main", "--new-version", "1", "--size", "0"], "--size: '0' is not"),
+    (["update", "--program", "main", "--new-version", "1", "--size", "1", "--source", "usb3"], "--source: 'usb3' is"),
+    (["update", "request", "--program", "main", "--new-version", "1", "--size", "1"], "excludes"),
+    (["developer-mode"], "STATE is required"),
+    (["developer-mode", "1"], "STATE: '1' is neither on nor off"),
+    (["battery", "high"], "STATE: 'high' is neither low nor ok"),
+    (["buzzer"], "SOUND is required"),
+    (["buzzer", "5"], "SOUND: '5' is none of click, confirmation"),
+    (["buzzer", "click", "--repeat", "--stop"], "excludes"),
+    (["volume", "all"], "VOLUME is required"),
+    (["volume", "all", "4"], "VOLUME: '4' is not a whole number from 0 to 3"),
+    (["volume", "bell", "1"], "SOUND: 'bell' is none of"),
+    (["brightness", "3"], "BRIGHTNESS: '3' is not a whole number from 0 to 2"),
     (["log", "--lines", "some"], "--lines: 'some' is not"),
     (["log", "\x1b[2J", "\x1b[2J"], "\\x1B[2J"),
 ])
@@ -77,10 +117,11 @@ def test_wrong_usage(words, why):
 def test_help_lists_commands_and_exit_codes():
     text = help_of()
     assert listed(text, "Commands") == COMMANDS
-    assert listed(text, "Exit codes")[:13] == ["0", "1", "2", "3", "6", "7", "8", "64", "66", "70", "74", "75", "129,"]
+    assert listed(text, "Exit codes")[:15] == ["0", "1", "2", "3", "5", "6", "7", "8", "64", "66", "70", "74", "75", "77",
+                                                "129,"]
 
 
-@pytest.mark.parametrize("words", [[], ["measure"], *LEAVES])
+@pytest.mark.parametrize("words", [[], ["measure"], ["failure"], ["power"], *LEAVES])
 def test_help_has_an_example_that_is_right(words):
     example = re.search(r"^Example: (vx63 .*)$", help_of(*words), re.M).group(1)
     # With --help behind it, everything before is checked but nothing is done.
@@ -142,6 +183,8 @@ def completed(*words):
 def test_completion_offers_what_help_lists():
     assert completed("") == set(COMMANDS) | options_of()
     assert completed("measure", "") == set(listed(help_of("measure"), "Commands")) | {"--help"}
+    for words in [["failure"], ["power"]]:
+        assert completed(*words, "") == set(listed(help_of(*words), "Commands")) | {"--help"}
     for words in LEAVES:
         assert completed(*words, "--") == options_of(*words)
 
@@ -153,6 +196,6 @@ def test_completion_of_values():
         assert completed("measure", "single", option, "") == set(names)
     assert completed("measure", "single", "--freq", "") == set()
     assert completed("power-supply", "o") == {"off"}
-    assert completed("st") == {"status"}
+    assert completed("sta") == {"status"}
     for process_id in completed("status", "--id", ""):
         assert 0 <= int(process_id) <= 17 and process_id not in {"0", "6", "8", "10", "12"}
