@@ -204,7 +204,8 @@ std::vector<Verdict> interrogate(OwnLog& log, bool logWorks)
 }
 
 // The queues of all services as one check, then each service.
-void addServices(const std::vector<Verdict>& verdicts, int32_t id, std::vector<Check>& checks)
+//   logWorks  without the log nobody knows why a call fails at once, nor whose fault it is
+void addServices(const std::vector<Verdict>& verdicts, int32_t id, bool logWorks, std::vector<Check>& checks)
 {
     const auto isQueue = [](const Verdict& verdict) {
         return verdict.trouble == Trouble::queue || verdict.trouble == Trouble::ownQueue ||
@@ -240,6 +241,10 @@ void addServices(const std::vector<Verdict>& verdicts, int32_t id, std::vector<C
         check.remedy = silent ? "no service answers: the meter is off, restarts, or is not there; without a "
                                 "meter, put 'vx63-vmeter run --' before the command"
                               : troubleRemedy(verdict);
+        if (verdict.trouble == Trouble::unknown && !logWorks) {
+            check.health = Health::remarkable;
+            check.remedy.clear();
+        }
         if (verdict.trouble == Trouble::none || verdict.trouble == Trouble::slow) {
             check.health = verdict.trouble == Trouble::none ? Health::good : Health::remarkable;
             check.ms = verdict.ms;
@@ -303,7 +308,7 @@ int examine(const Options& options)
         const Identity identity(options.id); // the first that is logged
         const bool written = !log.messages().empty();
         const std::vector<Verdict> verdicts = interrogate(log, written);
-        addServices(verdicts, options.id, checks);
+        addServices(verdicts, options.id, written, checks);
         checks.push_back(checkLog(written));
     }
     const std::vector<Check> settings = checkSettings();

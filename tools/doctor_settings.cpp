@@ -124,7 +124,13 @@ Check checkFile(const std::string& path, uint32_t fileId, const char* set)
     static std::array<uint8_t, kRecordsMax> s_records;
     const int32_t records = vx63_readSetFile(fileId, s_records.data(), set, 0);
     if (records >= 0)
-        return {"files", path, Health::good, "none", format("%d records", records), "", {}};
+        return {"files",
+                path,
+                Health::good,
+                "none",
+                format("%d", records) + (records == 1 ? " record" : " records"),
+                "",
+                {}};
     const auto id = static_cast<int32_t>(fileId);
     const bool list = vx63_isFileIdUserSetFlist(id) == 1 || vx63_isFileIdLoggerSetFlist(id) == 1;
     if (records == kMissing)

@@ -49,7 +49,14 @@ def test_status_as_text(meter):
                              "Voltage           0 V\n"
                              "Current           0 mA\n"
                              "Power             0 mW\n"
-                             "A/D converter     0\n")
+                             "A/D converter     0\n"
+                             "Battery           80 %\n"
+                             "Battery voltage   7400 mV\n"
+                             "Battery state     good\n"
+                             "Fed by            battery\n"
+                             "Charger           off\n"
+                             "Temperature       30 C\n"
+                             "USB memory        none\n")
 
 
 def test_status_while_another_measures(meter):

@@ -8,10 +8,16 @@ import pytest
 
 from tool_support import SOURCE, VX63, run
 
-COMMANDS = ["measure", "scan", "angle", "input", "power-supply", "status", "log", "settings", "sets"]
+DEVICE_COMMANDS = ["info", "doctor", "keys", "failure", "power", "update", "factory-reset", "developer-mode",
+                   "calibrate", "battery", "buzzer", "volume", "brightness"]
+DEVICE_LEAVES = [["info"], ["doctor"], ["keys"], ["failure", "show"], ["failure", "set"], ["failure", "clear"],
+                 *(["power", word] for word in ["reboot", "shutdown", "standby", "wakeup", "state"]), ["update"],
+                 ["factory-reset"], ["developer-mode"], ["calibrate"], ["battery"], ["buzzer"], ["volume"],
+                 ["brightness"]]
+COMMANDS = ["measure", "scan", "angle", "input", "power-supply", "status", *DEVICE_COMMANDS, "log", "settings", "sets"]
 LEAVES = [["measure", "single"], ["measure", "constellation"], ["measure", "delay-profile"], ["measure", "multi"],
           ["measure", "optical"], ["measure", "dc"], ["measure", "angle"], ["scan"], ["angle", "calibrate"],
-          ["input"], ["power-supply"], ["status"], ["log"],
+          ["input"], ["power-supply"], ["status"], *DEVICE_LEAVES, ["log"],
           *[["settings", name] for name in ("list", "show", "get", "set", "diff", "reset", "export", "import", "check")],
           *[["sets", name] for name in ("list", "show", "create", "copy", "delete", "clear")]]
 
@@ -111,6 +117,40 @@ def options_of(*words):
     (["sets", "delete", "."], "NAME: '.' is no name of a set: it begins with a point"),
     (["sets", "delete", "a\tb"], "is no name of a set: it is not printable"),
     (["sets", "copy", "ch_set/uhf", "A"], "SOURCE: 'ch_set/uhf' is no set; 'vx63 sets create' makes one of a plan"),
+    (["info", "now"], "now"),
+    (["doctor", "--watch"], "--watch"),
+    (["keys", "--interval", "1"], "--interval requires --watch"),
+    (["keys", "--watch", "--interval", "-1"], "--interval: '-1' is not"),
+    (["failure"], "no command is given"),
+    (["failure", "set"], "CODE is required"),
+    (["failure", "set", "65536"], "CODE: '65536' is not a whole number from 0 to 65535"),
+    (["failure", "set", "-1"], "-1"),
+    (["failure", "set", "1", "--info", "0"], "--info: '0' is not up to 32 bytes"),
+    (["failure", "set", "1", "--info", "0g"], "--info: '0g' is not up to 32 bytes"),
+    (["failure", "set", "1", "--info", "00" * 33], "is not up to 32 bytes"),
+    (["power"], "no command is given"),
+    (["power", "sleep"], "'sleep' is no command"),
+    (["power", "standby", "--force", "--measurement"], "excludes"),
+    (["update"], "FILE or --program is required"),
+    (["update", "--program", "main"], "requires"),
+    (["update", "--new-version", "1"], "--new-version requires --program"),
+    (["update", "--program", "all", "--new-version", "1", "--size", "1"], "--program: 'all' is none of boot, main"),
+    (["update", "--program", "main", "--new-version", "", "--size", "1"], "--new-version: '' is not 1 to 16"),
+    (["update", "--program", "main", "--new-version", "1" * 17, "--size", "1"], "is not 1 to 16"),
+    (["update", "--program", "main", "--new-version", "\u00e4", "--size", "1"], "is not 1 to 16"),
+    (["update", "--program", "main", "--new-version", "1", "--size", "0"], "--size: '0' is not"),
+    (["update", "--program", "main", "--new-version", "1", "--size", "1", "--source", "usb3"], "--source: 'usb3' is"),
+    (["update", "request", "--program", "main", "--new-version", "1", "--size", "1"], "excludes"),
+    (["developer-mode"], "STATE is required"),
+    (["developer-mode", "1"], "STATE: '1' is neither on nor off"),
+    (["battery", "high"], "STATE: 'high' is neither low nor ok"),
+    (["buzzer"], "SOUND is required"),
+    (["buzzer", "5"], "SOUND: '5' is none of click, confirmation"),
+    (["buzzer", "click", "--repeat", "--stop"], "excludes"),
+    (["volume", "all"], "VOLUME is required"),
+    (["volume", "all", "4"], "VOLUME: '4' is not a whole number from 0 to 3"),
+    (["volume", "bell", "1"], "SOUND: 'bell' is none of"),
+    (["brightness", "3"], "BRIGHTNESS: '3' is not a whole number from 0 to 2"),
     (["log", "--lines", "some"], "--lines: 'some' is not"),
     (["log", "\x1b[2J", "\x1b[2J"], "\\x1B[2J"),
 ])
@@ -127,11 +167,11 @@ def test_wrong_usage(words, why):
 def test_help_lists_commands_and_exit_codes():
     text = help_of()
     assert listed(text, "Commands") == COMMANDS
-    assert listed(text, "Exit codes")[:17] == ["0", "1", "2", "3", "4", "6", "7", "8", "64", "65", "66", "70", "73", "74",
-                                               "75", "77", "129,"]
+    assert listed(text, "Exit codes")[:18] == ["0", "1", "2", "3", "4", "5", "6", "7", "8", "64", "65", "66", "70", "73",
+                                               "74", "75", "77", "129,"]
 
 
-@pytest.mark.parametrize("words", [[], ["measure"], ["settings"], ["sets"], *LEAVES])
+@pytest.mark.parametrize("words", [[], ["measure"], ["failure"], ["power"], ["settings"], ["sets"], *LEAVES])
 def test_help_has_an_example_that_is_right(words):
     example = re.search(r"^Example: (vx63 .*)$", help_of(*words), re.M).group(1)
     # With --help behind it, everything before is checked but nothing is done.
@@ -192,7 +232,8 @@ def completed(*words):
 
 def test_completion_offers_what_help_lists():
     assert completed("") == set(COMMANDS) | options_of()
-    for words in (["measure"], ["settings"], ["sets"]):
+    assert completed("measure", "") == set(listed(help_of("measure"), "Commands")) | {"--help"}
+    for words in (["measure"], ["failure"], ["power"], ["settings"], ["sets"]):
         assert completed(*words, "") == set(listed(help_of(*words), "Commands")) | {"--help"}
     for words in LEAVES:
         assert completed(*words, "--") == options_of(*words)
