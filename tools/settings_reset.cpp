@@ -40,6 +40,19 @@ std::optional<std::string> leftover()
     return std::nullopt;
 }
 
+// What there is without any sets. A USB memory that is out has no list.
+std::vector<uint32_t> filesToWrite()
+{
+    std::vector<uint32_t> fileIds;
+    for (uint32_t fileId = 0; fileId < VX63_SET_FILE_COUNT; ++fileId) {
+        const FileKind kind = kindOf(fileId);
+        const auto folder = std::filesystem::path(vx63::kSettingsFiles[fileId].path).parent_path();
+        if (kind == FileKind::ordinary || (kind == FileKind::list && std::filesystem::exists(folder)))
+            fileIds.push_back(fileId);
+    }
+    return fileIds;
+}
+
 int resetAll(const Options& options)
 {
     confirm(options.yes, "Delete every settings file, setting sets on all storages too?");
@@ -52,13 +65,12 @@ int resetAll(const Options& options)
     if (options.onlyDelete)
         return kExitSuccess;
     // Whatever becomes of the notices, every file is there.
-    for (uint32_t fileId = 0; fileId < VX63_SET_FILE_COUNT; ++fileId)
-        if (kindOf(fileId) != FileKind::set)
-            writeFile({fileId, ""},
-                      kindOf(fileId) == FileKind::list ? listNaming(fileId, {}) : factoryContents(fileId));
-    for (uint32_t fileId = 0; fileId < VX63_SET_FILE_COUNT; ++fileId)
-        if (kindOf(fileId) != FileKind::set)
-            noticeFile(fileId);
+    const std::vector<uint32_t> fileIds = filesToWrite();
+    for (const uint32_t fileId : fileIds)
+        writeFile({fileId, ""},
+                  kindOf(fileId) == FileKind::list ? listNaming(fileId, {}) : factoryContents(fileId));
+    for (const uint32_t fileId : fileIds)
+        noticeFile(fileId);
     return kExitSuccess;
 }
 
