@@ -164,6 +164,10 @@ int importSettings(const Options& options)
     if (source.items().empty())
         throw Failure(kExitNoInput, what, "no settings files are in it",
                       "give the folder above sys_set, ch_set and the others");
+    for (const Item& item : source.items())
+        if (const fs::path place = fs::path(pathOf(item.file)).parent_path(); !fs::is_directory(place))
+            throw Failure(kExitOutput, what, place.string() + " is not there",
+                          "plug in the USB memory, or leave out the folder");
     confirm(options.yes, format("Replace the settings by the %zu files of ", source.items().size()) +
                              options.folder + "?");
     const Identity identity(options.id);

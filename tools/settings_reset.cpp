@@ -27,13 +27,6 @@ struct Options {
     bool yes = false;
 };
 
-void resetFile(uint32_t fileId)
-{
-    writeFile({fileId, ""},
-              kindOf(fileId) == FileKind::list ? listNaming(fileId, {}) : factoryContents(fileId));
-    noticeFile(fileId);
-}
-
 // A file that is still there; empty folders make the deletion fail although nothing is left in them.
 std::optional<std::string> leftover()
 {
@@ -47,6 +40,19 @@ std::optional<std::string> leftover()
     return std::nullopt;
 }
 
+// What there is without any sets. A USB memory that is out has no list.
+std::vector<uint32_t> filesToWrite()
+{
+    std::vector<uint32_t> fileIds;
+    for (uint32_t fileId = 0; fileId < VX63_SET_FILE_COUNT; ++fileId) {
+        const FileKind kind = kindOf(fileId);
+        const auto folder = std::filesystem::path(vx63::kSettingsFiles[fileId].path).parent_path();
+        if (kind == FileKind::ordinary || (kind == FileKind::list && std::filesystem::exists(folder)))
+            fileIds.push_back(fileId);
+    }
+    return fileIds;
+}
+
 int resetAll(const Options& options)
 {
     confirm(options.yes, "Delete every settings file, setting sets on all storages too?");
@@ -58,14 +64,18 @@ int resetAll(const Options& options)
                           "look at 'ls -la' of its folder");
     if (options.onlyDelete)
         return kExitSuccess;
-    for (uint32_t fileId = 0; fileId < VX63_SET_FILE_COUNT; ++fileId)
-        if (kindOf(fileId) != FileKind::set)
-            resetFile(fileId);
+    // Whatever becomes of the notices, every file is there.
+    const std::vector<uint32_t> fileIds = filesToWrite();
+    for (const uint32_t fileId : fileIds)
+        writeFile({fileId, ""},
+                  kindOf(fileId) == FileKind::list ? listNaming(fileId, {}) : factoryContents(fileId));
+    for (const uint32_t fileId : fileIds)
+        noticeFile(fileId);
     return kExitSuccess;
 }
 
-// A list is made anew of the sets that have a file.
-void resetList(uint32_t listFileId)
+// A list that names the sets that have a file.
+Contents listAnew(uint32_t listFileId)
 {
     const uint32_t setFileId = setOf(listFileId);
     std::vector<std::string> names;
@@ -77,8 +87,7 @@ void resetList(uint32_t listFileId)
         else
             names.push_back(name);
     }
-    writeFile({listFileId, ""}, listNaming(listFileId, names));
-    noticeFile(listFileId);
+    return listNaming(listFileId, names);
 }
 
 int reset(const Options& options)
@@ -92,10 +101,8 @@ int reset(const Options& options)
                              ? "Make " + nameOf(file) + " anew of the sets that have a file?"
                              : "Replace " + nameOf(file) + " by its factory contents?");
     const Identity identity(options.id);
-    if (kind == FileKind::list)
-        resetList(file.fileId);
-    else
-        resetFile(file.fileId);
+    writeFile(file, kind == FileKind::list ? listAnew(file.fileId) : factoryContents(file.fileId));
+    noticeFile(file.fileId);
     return kExitSuccess;
 }
 

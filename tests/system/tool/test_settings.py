@@ -323,6 +323,28 @@ def test_import_is_all_or_nothing(meter):
     assert errors[-1] == f"vx63: cannot import {folder}: some files are wrong: correct them; nothing was written"
 
 
+def test_a_usb_memory_that_is_out(meter):
+    script = f"""
+        "$VX63" settings import "$DIR/backup" --yes; echo $?
+        "$VX63" settings get volume 0 VOLUME
+        "$VX63" settings check | grep usb1
+        "$VX63" settings reset --all --yes; echo $?
+        "$VX63" settings get volume 0 VOLUME; ls -d {ROOT}*_set* | wc -l
+    """
+    (meter.folder / "script").write_text(script)
+    # A meter of its own namespaces has its folders mounted: they are covered by others, one less.
+    result = meter.shell(f"""
+        "$VX63" settings export "$DIR/backup"; "$VX63" settings set volume 0 VOLUME 1
+        rm -r {ROOT}user_set_usb1 2> "$DIR/rm" && exec sh "$DIR/script"
+        mkdir "$DIR/bin" && cp -r {ROOT}*_set* "$DIR/bin" && rm -r "$DIR/bin/user_set_usb1" &&
+        exec bwrap --dev-bind / / --bind "$DIR/bin" {ROOT} sh "$DIR/script"
+    """)
+    assert result.stdout == ("44 files exported\n74\n1\nuser_set_usb1/list         missing\n"
+                             "logger_set_usb1/list       ok\n0\n0\n9\n")
+    assert result.stderr == (f"vx63: cannot import {meter.folder}/backup: /usr/local/bin/user_set_usb1 is not there: "
+                             "plug in the USB memory, or leave out the folder\n")
+
+
 def test_a_terminal_is_asked(meter):
     for answer, code in (("\n", 77), ("n\n", 77), ("yes please\n", 77), ("y\n", 0), ("\x04", 77)):
         terminal = Terminal(*meter.command(VX63, "settings", "reset", "volume"))
