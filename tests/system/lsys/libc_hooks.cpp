@@ -39,6 +39,7 @@ void hooks::reset()
 {
     s_onCall = nullptr;
     s_writeLimit = SIZE_MAX;
+    s_onSpawn = nullptr;
 }
 
 // The names that 64-bit file sizes give them on 32-bit machines.
@@ -114,6 +115,15 @@ int unlinkat(int folder, const char* path, int flags) noexcept
 int close(int file)
 {
     return fails("close") ? -1 : static_cast<int>(syscall(SYS_close, file));
+}
+
+int posix_spawn(pid_t* child, const char* path, const posix_spawn_file_actions_t* actions,
+                const posix_spawnattr_t* attributes, char* const arguments[], char* const environment[])
+{
+    static const auto passed = real(&posix_spawn, "posix_spawn");
+    if (hooks::s_onSpawn)
+        hooks::s_onSpawn(*attributes);
+    return passed(child, path, actions, attributes, arguments, environment);
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
