@@ -11,22 +11,26 @@
  * takes no locks, allocates no memory and prints nothing. It never throws.
  *
  * Results. Every function returns one of the VX63_* result codes: 0 for success, negative for failure.
- * VX63_ERR_ARG is found before anything is sent, unless the service itself refuses a parameter.
+ * VX63_ERR_ARG is found before anything is sent, unless the service itself refuses a parameter. The
+ * functions that read, write and delete settings files differ: see there.
  *
  * Records. The caller owns every record and every pointer; the library keeps none after the call. An
- * output record is written on success only: after a failure it is as it was. A null pointer is refused
- * with VX63_ERR_ARG unless the function says that it is not tested.
+ * output record is written on success only: after a failure it is as it was, unless the function says
+ * otherwise. A null pointer is refused with VX63_ERR_ARG unless the function says that it is not tested.
  *
  * Threads. Each thread that talks to a service first calls vx63_init() with a process id of its own; it
  * names the queue on which that thread's responses arrive. Threads with different ids may call any
  * function at the same time. Two threads (or processes) that share an id take each other's responses.
  *
  * Time-outs. A function that says "10 s" waits up to 10 s to hand over its request and again up to 10 s
- * for the response. A response that comes later is met, and discarded, by the thread's next call, which
- * then fails with VX63_ERR_COMM; the call after it works again.
+ * for the response. A response that comes later stays in the thread's queue, where the next call meets it:
+ * that call fails with VX63_ERR_COMM - or, if it asks the same command, takes it for its answer - and its
+ * own response is left for the call after it. vx63_init() with an id whose queue is empty gets the thread
+ * back in step.
  *
- * Log. Every call writes lines to /var/log/libvx63.cpp.txt: its start, its errors and its end. A log
- * that cannot be written never changes a result. The file is started anew once it exceeds 2 MiB.
+ * Log. Every call writes lines to /var/log/libvx63.cpp.txt: its start, its errors and its end (a function
+ * that leaves some of them out says so). A log that cannot be written never changes a result. The file is
+ * started anew once it exceeds 2 MiB.
  *
  * Units. The library passes frequencies, levels and codes through as they are; what they mean is decided
  * by the service that answers.
@@ -72,6 +76,64 @@ enum {
 
 enum {
     VX63_POWER_SUPPLY_OFF = 0 /* antenna power supply off; 1 to 4 select a supply */
+};
+
+/*
+ * The settings files, all under /usr/local/bin/: records x bytes of a record, then the file. The %s of a
+ * setting set stands for the set's name. For sets and lists the records are the most that they hold.
+ */
+enum {
+    VX63_SET_FILE_POWOFF = 0,            /* 1 x 7: sys_set/system_setting_file_powoff.csv */
+    VX63_SET_FILE_VOLUME = 1,            /* 1 x 5: sys_set/system_setting_file_volume.csv */
+    VX63_SET_FILE_BRIGHTNESS = 2,        /* 1 x 4: sys_set/system_setting_file_brightness.csv */
+    VX63_SET_FILE_LOCAL_FREQ = 3,        /* 12 x 28: meas_set/measrement_setting_file_local_freq.csv */
+    VX63_SET_FILE_THRD = 4,              /* 24 x 88: meas_set/measrement_setting_file_thrd.csv */
+    VX63_SET_FILE_CNRMER = 5,            /* 15 x 3: meas_set/measrement_setting_file_cnrmer.csv */
+    VX63_SET_FILE_CATV_FREQ = 6,         /* 4 x 28: meas_set/measrement_setting_file_catv_freq.csv */
+    VX63_SET_FILE_CABLE_LOSS = 7,        /* 4 x 8: meas_set/measrement_setting_file_cable_loss.csv */
+    VX63_SET_FILE_CABLE_LOSS_ENB = 8,    /* 1 x 1: meas_set/measrement_setting_file_cable_loss_enb.csv */
+    VX63_SET_FILE_INPUT = 9,             /* 1 x 3: meas_set/measrement_setting_file_input.csv */
+    VX63_SET_FILE_CATV_MOD = 10,         /* 1 x 12: meas_set/measrement_setting_file_catv_mod.csv */
+    VX63_SET_FILE_DC_OUT = 11,           /* 3 x 10: meas_set/measrement_setting_file_dc_out.csv */
+    VX63_SET_FILE_OPT_MEAS = 12,         /* 1 x 12: meas_set/measrement_setting_file_opt_meas.csv */
+    VX63_SET_FILE_CONSTA_NUM = 13,       /* 1 x 16: meas_set/measrement_setting_file_consta_num.csv */
+    VX63_SET_FILE_USER_SET = 14,         /* 324 x 28: user_set/%s.csv */
+    VX63_SET_FILE_USER_LIST = 15,        /* 140 x 15: user_set/user_setting_file_list.csv */
+    VX63_SET_FILE_UHF = 16,              /* 40 x 12: ch_set/channel_setting_file_uhf_6mhz.csv */
+    VX63_SET_FILE_BS = 17,               /* 24 x 16: ch_set/channel_setting_file_bs_34.5mhz.csv */
+    VX63_SET_FILE_CS = 18,               /* 26 x 16: ch_set/channel_setting_file_cs_34.5mhz.csv */
+    VX63_SET_FILE_SCCB = 19,             /* 23 x 16: ch_set/channel_setting_file_sccb_27mhz.csv */
+    VX63_SET_FILE_SCCC = 20,             /* 24 x 16: ch_set/channel_setting_file_sccc_27mhz.csv */
+    VX63_SET_FILE_JSAT3A = 21,           /* 28 x 16: ch_set/channel_setting_file_jsat3a_27mhz.csv */
+    VX63_SET_FILE_JSAT4B = 22,           /* 32 x 16: ch_set/channel_setting_file_jsat4b_27mhz.csv */
+    VX63_SET_FILE_CATV_ALL = 23,         /* 150 x 16: ch_set/channel_setting_file_catv_all_6mhz.csv */
+    VX63_SET_FILE_CATV_90_470MHZ = 24,   /* 62 x 16: ch_set/channel_setting_file_catv_90_470mhz_6mhz.csv */
+    VX63_SET_FILE_CATV_470_1002MHZ = 25, /* 88 x 16: ch_set/channel_setting_file_catv_470_1002mhz_6mhz.csv */
+    VX63_SET_FILE_SKYP = 26,             /* 113 x 12: ch_set/channel_setting_file_skyp_6mhz.csv */
+    VX63_SET_FILE_PILOT = 27,            /* 20 x 12: ch_set/channel_setting_file_pilot.csv */
+    VX63_SET_FILE_LTE = 28,              /* 6 x 16: ch_set/channel_setting_file_lte.csv */
+    VX63_SET_FILE_FM = 29,               /* 251 x 12: ch_set/channel_setting_file_fm.csv */
+    VX63_SET_FILE_MANU_BDSYS_MOD = 30,   /* 23 x 8: meas_set/measrement_setting_file_manu_bdsys_mod.csv */
+    VX63_SET_FILE_BDSYS_CONV = 31,       /* 28 x 6: meas_set/measrement_setting_file_bdsys_conv.csv */
+    VX63_SET_FILE_CATV_BDSYS_CONV = 32,  /* 5 x 8: meas_set/measrement_setting_file_catv_bdsys_conv.csv */
+    VX63_SET_FILE_CATV_UP_STREAM = 33,   /* 1001 x 12: ch_set/channel_setting_file_catv_up_stream.csv */
+    VX63_SET_FILE_PMEAS_MNG = 34,        /* 48 x 68: pmeas_set/pmeas_setting_file_pmeas_mng.csv */
+    VX63_SET_FILE_LOGGER_SET = 35,       /* 324 x 28: logger_set/%s.csv */
+    VX63_SET_FILE_LOGGER_LIST = 36,      /* 140 x 15: logger_set/logger_setting_file_list.csv */
+    VX63_SET_FILE_JSAT3A_ANTENNA = 37,   /* 16 x 16: ch_set/channel_setting_file_jsat3a_antenna_27mhz.csv */
+    VX63_SET_FILE_JSAT4B_ANTENNA = 38,   /* 16 x 16: ch_set/channel_setting_file_jsat4b_antenna_27mhz.csv */
+    VX63_SET_FILE_FM_DEF = 39,           /* 12 x 12: ch_set/channel_setting_file_fm_def.csv */
+    VX63_SET_FILE_CATV_UP_STREAM_DEF = 40, /* 12 x 12: ch_set/channel_setting_file_catv_up_stream_def.csv */
+    VX63_SET_FILE_BS_CS = 41,              /* 50 x 16: ch_set/channel_setting_file_bs_cs_34.5mhz.csv */
+    VX63_SET_FILE_USER_SET_USB1 = 42,      /* 324 x 28: user_set_usb1/%s.csv */
+    VX63_SET_FILE_USER_LIST_USB1 = 43,     /* 140 x 15: user_set_usb1/user_setting_file_list.csv */
+    VX63_SET_FILE_USER_SET_USB2 = 44,      /* 324 x 28: user_set_usb2/%s.csv */
+    VX63_SET_FILE_USER_LIST_USB2 = 45,     /* 140 x 15: user_set_usb2/user_setting_file_list.csv */
+    VX63_SET_FILE_LOGGER_SET_USB1 = 46,    /* 324 x 28: logger_set_usb1/%s.csv */
+    VX63_SET_FILE_LOGGER_LIST_USB1 = 47,   /* 140 x 15: logger_set_usb1/logger_setting_file_list.csv */
+    VX63_SET_FILE_LOGGER_SET_USB2 = 48,    /* 324 x 28: logger_set_usb2/%s.csv */
+    VX63_SET_FILE_LOGGER_LIST_USB2 = 49,   /* 140 x 15: logger_set_usb2/logger_setting_file_list.csv */
+    VX63_SET_FILE_COUNT = 50
 };
 
 /* ---- Records --------------------------------------------------------------------------------------- */
@@ -133,11 +195,147 @@ typedef struct SingleMeasResult {
     struct ConstaPoint points[VX63_CONSTA_POINTS_MAX]; /* left as they are by a plain result read */
 } SingleMeasResult;
 
+/* One channel of a setting set: a record of the files VX63_SET_FILE_USER_SET*, VX63_SET_FILE_LOGGER_SET*. */
+typedef struct SetChannel {
+    uint8_t NO;           /* number of the record */
+    uint8_t ENBFLG;       /* enable flag */
+    uint8_t BAND;         /* band code */
+    uint8_t SPEC;         /* specification code */
+    char CH[8];           /* channel name, NUL-terminated: at most 7 characters */
+    uint32_t CENTER_FREQ; /* centre frequency in kHz */
+    uint32_t MOD;         /* modulation bit mask */
+    uint32_t LOCAL_FREQ;  /* local-oscillator frequency in kHz; 4294967295 where there is none */
+    uint8_t GETDATA_FLG;  /* flag: get data */
+    uint8_t DC_OUT;       /* DC output */
+} SetChannel;
+
+/* One entry of a list of setting sets: a record of the files VX63_SET_FILE_USER_LIST*, _LOGGER_LIST*. */
+typedef struct SetListEntry {
+    uint8_t NO;         /* number of the record, from 1 */
+    uint8_t ENBFLG;     /* 1: names an existing set */
+    char FILE_NAME[13]; /* the set's name, without folder and ".csv", NUL-terminated: at most 12 characters */
+} SetListEntry;
+
+enum {
+    VX63_DLYPRF_SAMPLES = 2048 /* samples of a delay profile */
+};
+
+/* A delay profile. */
+typedef struct DlyPrfResult {
+    uint16_t stat;                            /* 2 complete, 1 still measuring, any other: no data */
+    int8_t ucDlyPrfData[VX63_DLYPRF_SAMPLES]; /* samples in the order of their delay */
+} DlyPrfResult;
+
+/*
+ * Channels to measure or to scan: one block of sizeof(MultiMeasReg) + sRegNum * sizeof(MeasCondition) bytes.
+ * The array is C99's flexible one, which C++ compilers know as well.
+ */
+__extension__ typedef struct MultiMeasReg {
+    int16_t sRegNum;        /* number of channels that follow */
+    MeasCondition single[]; /* the channels; the index of a channel here is its index in a result read */
+} MultiMeasReg;
+
+/* Result of one channel of a multi-channel measurement or a scan. */
+typedef struct MultiMeasResult {
+    uint8_t lock;       /* lock state */
+    uint16_t stat;      /* measurement status */
+    uint16_t mesCond;   /* measured condition */
+    uint8_t readIdx;    /* index of the channel whose result this is */
+    uint8_t currIdx;    /* index of the channel that is being measured now */
+    uint16_t bdSys;     /* broadcast system detected */
+    uint32_t LEVEL;     /* level */
+    uint32_t CNR;       /* carrier-to-noise ratio */
+    uint32_t BER_TOTAL; /* bits counted for the bit error rate */
+    uint32_t BER_ERR;   /* erroneous bits among them */
+    uint16_t TSID;      /* transport-stream id */
+    uint8_t GI;         /* guard interval */
+    uint8_t LAYER;      /* hierarchical layer */
+    uint32_t MOD;       /* modulation */
+} MultiMeasResult;
+
+/* A point of the angle sensor's calibration. */
+typedef struct AnglePoint {
+    float x;
+    float y;
+    float z;
+} AnglePoint;
+
+/* Progress of the angle sensor's calibration. */
+typedef struct AngleCalStat {
+    int32_t lStatus; /* as the device service reports it */
+    AnglePoint centerPoint1;
+    AnglePoint centerPoint2;
+    AnglePoint centerPoint3;
+} AngleCalStat;
+
+/* Live values of the angle sensor. */
+typedef struct AngleCalInfoDetail {
+    float flRoll;
+    float flPitch;
+    float flAx; /* acceleration, raw */
+    float flAy;
+    float flAz;
+    float flMx; /* magnetic field, raw */
+    float flMy;
+    float flMz;
+    float flAxRot; /* acceleration, rotated */
+    float flAyRot;
+    float flAzRot;
+    float flMxRot; /* magnetic field, rotated */
+    float flMyRot;
+    float flMzRot;
+} AngleCalInfoDetail;
+
 /* One row of the factory table of manual broadcast systems and modulations. */
 typedef struct MeasSetManuBdsysMod {
     uint16_t BDSYS; /* broadcast system code */
     uint32_t MOD;   /* modulation code */
 } MeasSetManuBdsysMod;
+
+/* Product data. Texts are NUL-padded; one that fills its field has NO terminator. */
+typedef struct ProductInfo {
+    char cModelCode[8];   /* model code */
+    char cOptInfo[5];     /* option information */
+    char cSerialNo[12];   /* serial number */
+    char cBootPrgVer[16]; /* boot program version */
+    char cMainPrgVer[16]; /* main program version */
+    char cSubPrgVer[16];  /* sub program version */
+    char cQtVer[16];      /* Qt version */
+    char cProductVer[16]; /* product version */
+} ProductInfo;
+
+/* The current failure. What the codes mean is decided by the system service. */
+typedef struct FailInfo {
+    uint16_t usCode;       /* failure code */
+    uint8_t ucStat;        /* failure state */
+    uint8_t ucCtl;         /* control */
+    uint16_t usWait;       /* wait; the log shows it as a signed number */
+    uint8_t ucReserved[2]; /* 0 */
+    uint8_t ucAddInfo[32]; /* additional information */
+} FailInfo;
+
+enum {
+    VX63_KEYS = 17 /* keys of the meter */
+};
+
+/* Key states. */
+typedef struct KeyStatus {
+    int32_t stat[VX63_KEYS]; /* 0 to 255 for each key */
+} KeyStatus;
+
+/*
+ * Device status. What the values mean is decided by the device service: each field is named by the place
+ * of its value in the service's report, and they do not stand in that order.
+ */
+typedef struct DeviceStatus {
+    uint16_t usStat0; /* the 16 bits at byte 0 */
+    uint8_t ucStat2;  /* byte 2 */
+    uint8_t ucStat6;  /* byte 6 */
+    uint32_t ulStat3; /* byte 3: 0 to 255 */
+    uint32_t ulStat4; /* byte 4: 0 to 255 */
+    uint32_t ulStat5; /* byte 5: 0 to 255 */
+    uint16_t usStat8; /* the 16 bits at byte 8 */
+} DeviceStatus;
 
 /* ---- Exported data --------------------------------------------------------------------------------- */
 
@@ -165,6 +363,113 @@ extern VX63_API const MeasSetManuBdsysMod g_measSetManuBdsysModDef[23];
  * Returns VX63_OK, or VX63_ERR_ARG (the thread's id stays as it was).
  */
 VX63_API int32_t vx63_init(int32_t procId);
+
+/* ---- Settings files -------------------------------------------------------------------------------- */
+
+/*
+ * These functions work on the files themselves: all but the two notices at the end need no vx63_init() and
+ * ask no service, and report an argument error as -1 (not VX63_ERR_ARG), before any file is touched. A
+ * failure of the platform's reader or writer is passed on as it came, negative. A file is named by its id,
+ * VX63_SET_FILE_*; a set's name, 1 to 12 characters without a separator, is inserted into its path unchanged,
+ * and refused where it is too long for any path. After a write the file has reached the flash. Any number of
+ * threads may call; two that write one file at the same time are not serialised.
+ */
+
+/*
+ * Reads a whole file.
+ *   fileId          0 to 49
+ *   pDat            receives the records; room for as many as the file can hold, see VX63_SET_FILE_*. After
+ *                   a failed read it may be written in part
+ *   pcMeasFileName  name of the set; for other files not used, may be null
+ *   bDefault        not 0: the factory contents instead of the file. Has no effect on sets and lists
+ * Returns the number of records read, or a negative value.
+ */
+VX63_API int32_t vx63_readSetFile(uint32_t fileId, void* pDat, const char* pcMeasFileName, uint32_t bDefault);
+
+/*
+ * Writes a whole file.
+ *   fileId          0 to 49
+ *   pDat            the records; read only
+ *   pcMeasFileName  name of the set; for other files not used, may be null
+ *   ulUserLine      records to write to a set or a list, 0 to as many as it can hold; any other file is
+ *                   always written whole
+ * Returns 0 or more, or a negative value.
+ */
+VX63_API int32_t vx63_writeSetFile(uint32_t fileId, const void* pDat, const char* pcMeasFileName,
+                                   uint32_t ulUserLine);
+
+/*
+ * Reads one record of a file.
+ *   fileId          0 to 49
+ *   pDat            addressed as if it held the whole file: record ulIdx alone is written, at its place
+ *   ulIdx           index of the record, from 0; less than the number of records in the file
+ *   pcUserFileName  name of the set; for other files not used, may be null
+ *   bDefault        not 0: the factory contents instead of the file. Has no effect on sets and lists
+ * Returns the number of records in the file, or a negative value (pDat is as it was).
+ */
+VX63_API int32_t vx63_readSetFileIdx(uint32_t fileId, void* pDat, uint32_t ulIdx, const char* pcUserFileName,
+                                     uint32_t bDefault);
+
+/*
+ * Replaces one record of a file; none can be added. The whole file is read and written back: of two writers
+ * at the same time the last one wins for the whole file.
+ *   fileId          0 to 49
+ *   pDat            addressed as if it held the whole file: record ulIdx alone is read, at its place
+ *   ulIdx           index of the record, from 0; less than the number of records in the file
+ *   pcUserFileName  name of the set; for other files not used, may be null
+ * Returns 0 or more, or a negative value.
+ */
+VX63_API int32_t vx63_writeSetFileIdx(uint32_t fileId, const void* pDat, uint32_t ulIdx,
+                                      const char* pcUserFileName);
+
+/*
+ * Whether a file is a user set, a list of user sets, a logger set, a list of logger sets. Any value may be
+ * asked for; nothing is logged.
+ * Returns 1 or 0.
+ */
+VX63_API int32_t vx63_isFileIdUserSet(int32_t fileId);
+VX63_API int32_t vx63_isFileIdUserSetFlist(int32_t fileId);
+VX63_API int32_t vx63_isFileIdLoggerSet(int32_t fileId);
+VX63_API int32_t vx63_isFileIdLoggerSetFlist(int32_t fileId);
+
+/*
+ * Deletes one set from the internal storage, USB memory 1 or 2. The list of its folder stays as it is: to
+ * take the name off the list is up to the caller (vx63_writeSetFileIdx).
+ *   pcUserFileName, pcLoggerFileName  name of the set
+ * Returns 0, or -1 (null pointer, name too long, or the file could not be removed).
+ */
+VX63_API int32_t vx63_deleteSetFileUser(const char* pcUserFileName);
+VX63_API int32_t vx63_deleteSetFileUserUsb1(const char* pcUserFileName);
+VX63_API int32_t vx63_deleteSetFileUserUsb2(const char* pcUserFileName);
+VX63_API int32_t vx63_deleteSetFileLogger(const char* pcLoggerFileName);
+VX63_API int32_t vx63_deleteSetFileLoggerUsb1(const char* pcLoggerFileName);
+VX63_API int32_t vx63_deleteSetFileLoggerUsb2(const char* pcLoggerFileName);
+
+/*
+ * Deletes everything in a folder of sets and writes its list anew, empty. A folder that is empty, the list
+ * included, counts as a failure.
+ *   fileId  the set: VX63_SET_FILE_USER_SET* or VX63_SET_FILE_LOGGER_SET*
+ * Returns 0, or -1; where the deletion itself failed, no list is written.
+ */
+VX63_API int32_t vx63_deleteSetFileUserBulk(uint32_t fileId);
+VX63_API int32_t vx63_deleteSetFileLoggerBulk(uint32_t fileId);
+
+/*
+ * Deletes every settings file of the meter, sets and lists included. None is made anew: until one is
+ * written, read the factory contents.
+ * Returns 0, or -1 where a folder failed (an empty one counts); the other folders are emptied all the same.
+ */
+VX63_API int32_t vx63_deleteAllSetFile(void);
+
+/*
+ * Tells the system service that a file, or one record of it, changed, so that it takes the new contents into
+ * use. 10 s.
+ *   fileId  0 to 49
+ *   ulIdx   index of the record; its low 8 bits are sent (300 arrives as 44)
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_ntfUpdateFile(uint32_t fileId);
+VX63_API int32_t vx63_ntfUpdateFileIdx(uint32_t fileId, uint32_t ulIdx);
 
 /* ---- Input and antenna power supply ---------------------------------------------------------------- */
 
@@ -224,11 +529,372 @@ VX63_API int32_t vx63_stopSingleMeas(uint8_t ucDispType);
 /*
  * Reads the latest values of the running measurement. Answered by the measurement service; 10 s. Poll it:
  * the values change while the measurement runs.
- *   usReadCount  0
- *   pResult      all fields but reserved, CONS_NUM and points are written
+ *   usReadCount  0: the values alone, pResult's CONS_NUM and points stay as they are; any other value:
+ *                constellation points as well, passed on as it is (see vx63_startConstaMeas)
+ *   pResult      all fields but reserved are written. CONS_NUM is what the service says, which can be more
+ *                than was asked for. Of that many points, those that the response did not carry are 0: one
+ *                response carries 624 at most. No more than VX63_CONSTA_POINTS_MAX points are written; the
+ *                points behind the last one written stay as they are.
  * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_POWER, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_getSingleMeasResult(uint16_t usReadCount, SingleMeasResult* pResult);
+
+/* ---- Constellation --------------------------------------------------------------------------------- */
+
+/*
+ * Starts to collect constellation points of the running single measurement. Read them with
+ * vx63_getSingleMeasResult. Answered by the measurement service; 10 s.
+ *   ucDispType  display type, passed on as it is
+ *   collectNum  points to collect: 1000, 2000 or 4000
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_startConstaMeas(uint8_t ucDispType, int32_t collectNum);
+
+/*
+ * Stops collecting. Answered by the measurement service; 10 s.
+ *   ucDispType  display type, as it was given to the start
+ * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_stopConstaMeas(uint8_t ucDispType);
+
+/* ---- Delay profile --------------------------------------------------------------------------------- */
+
+/*
+ * Starts to measure the delay profile of one channel. Answered by the measurement service; 10 s. A
+ * powerSupply outside 0 to 4 is logged and taken as off, not refused.
+ *   ucDispType  display type, passed on as it is
+ *   pCondition  what to measure; read only
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_startDlyPrfMeas(uint8_t ucDispType, const MeasCondition* pCondition);
+
+/*
+ * Stops the measurement. Answered by the measurement service; 10 s.
+ *   ucDispType  display type, as it was given to the start
+ * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_stopDlyPrfMeas(uint8_t ucDispType);
+
+/*
+ * Reads the delay profile in six blocks, from the first one in every call. Answered by the measurement
+ * service; 10 s for each block. A block that the service answers with another one is asked for again for as
+ * long as it does.
+ *   pResult  stat tells whether the profile is complete; if it is not, read again later. Written block by
+ *            block: when the profile turns out to be incomplete, and on failure, the blocks read before
+ *            stay, and on failure stat is that of the last of them.
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_POWER, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getDlyPrfResult(DlyPrfResult* pResult);
+
+/* ---- Multi-channel measurement --------------------------------------------------------------------- */
+
+/*
+ * Registers a list of channels and starts to measure them in turn. Answered by the measurement service;
+ * takes one exchange of 10 s for every 40 channels. When a part is refused, those before it stay registered
+ * and nothing is started or stopped. A powerSupply outside 0 to 4 is logged and taken as off, not refused.
+ *   ucDispType  display type, passed on as it is
+ *   pReg        the channels; read only. A channel's index has 8 bits: with more than 256 channels the first
+ *               ones are registered once more in place of those from 256 on. A negative sRegNum is refused:
+ *               with VX63_ERR_COMM from -39 down, with VX63_ERR_ARG above.
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_startMultiMeas(uint8_t ucDispType, const MultiMeasReg* pReg);
+
+/*
+ * Stops the measurement. Answered by the measurement service; 10 s.
+ *   ucDispType  display type, as it was given to the start
+ * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_stopMultiMeas(uint8_t ucDispType);
+
+/*
+ * Does nothing: sends nothing, logs nothing. Kept in the interface.
+ * Returns VX63_OK.
+ */
+VX63_API int32_t vx63_setMultiMeasChannel(void);
+
+/*
+ * Reads the latest values of one channel while the measurement runs. Answered by the measurement service;
+ * 10 s.
+ *   sIndex   index of the channel in the registration, from 0. No upper limit is tested; the service gets
+ *            the low 16 bits.
+ *   pResult  all fields are written
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_POWER, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getMultiMeasResult(int32_t sIndex, MultiMeasResult* pResult);
+
+/* ---- Priority multi-channel measurement ------------------------------------------------------------ */
+
+/*
+ * Starts a multi-channel measurement with a channel of priority: the same request as vx63_startSingleMeas,
+ * and the same results. Answered by the measurement service; 10 s.
+ *   ucDispType  display type, passed on as it is
+ *   pCondition  what to measure; read only
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_startMultiChPrioMeas(uint8_t ucDispType, const MeasCondition* pCondition);
+
+/*
+ * Stops the measurement. Answered by the measurement service; 10 s.
+ *   ucDispType  display type, as it was given to the start
+ * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_stopMultiChPrioMeas(uint8_t ucDispType);
+
+/*
+ * Reads the latest values. Answered by the measurement service; 10 s.
+ *   pResult  all fields but reserved, CONS_NUM and points are written
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_POWER, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getMultiChPrioMeas(SingleMeasResult* pResult);
+
+/* ---- Channel scan ---------------------------------------------------------------------------------- */
+
+/*
+ * Registers a list of channels and starts to scan them. Everything else is as in vx63_startMultiMeas.
+ */
+VX63_API int32_t vx63_startScan(uint8_t ucDispType, const MultiMeasReg* pReg);
+
+/*
+ * Stops the scan, or a multi-channel measurement: the service cannot tell one stop from the other.
+ * Everything else is as in vx63_stopMultiMeas.
+ */
+VX63_API int32_t vx63_stopScan(uint8_t ucDispType);
+
+/*
+ * Reads the latest values of one channel while the scan runs. Everything else is as in
+ * vx63_getMultiMeasResult.
+ */
+VX63_API int32_t vx63_getScanResult(int32_t sIndex, MultiMeasResult* pResult);
+
+/* ---- Optical power --------------------------------------------------------------------------------- */
+
+/*
+ * Starts to measure the optical input power. Answered by the measurement service; 10 s.
+ *   ulWaveLength  wavelength, not 0; any other value is passed on and the service judges it
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_startOptMeas(uint32_t ulWaveLength);
+
+/*
+ * Stops the measurement. Answered by the measurement service; 10 s.
+ * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_stopOptMeas(void);
+
+/*
+ * Reads the optical power. Answered by the measurement service; 10 s.
+ *   pResult  optical power as the service scales it; may be negative
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getOptMeasResult(int32_t* pResult);
+
+/* ---- DC voltage ------------------------------------------------------------------------------------ */
+
+/*
+ * Starts to measure the DC voltage. Answered by the measurement service; 10 s.
+ * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_startDcMeas(void);
+
+/*
+ * Stops the measurement. Answered by the measurement service; 10 s.
+ * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_stopDcMeas(void);
+
+/*
+ * Reads the DC voltage. Answered by the measurement service; 10 s.
+ *   pResult  voltage as the service scales it
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getDcMeasResult(uint32_t* pResult);
+
+/* ---- Antenna angle --------------------------------------------------------------------------------- */
+
+/*
+ * Switches the angle measurement on. Answered by the device service; 10 s.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_startAngleMeas(void);
+
+/*
+ * Switches the angle measurement off. Answered by the device service; 10 s.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_stopAngleMeas(void);
+
+/*
+ * Starts the calibration of the angle sensor; vx63_getAngleCalStat follows it. It cannot be stopped.
+ * Answered by the device service; 10 s.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_startAngleCal(void);
+
+/*
+ * Reads how far the calibration of the angle sensor got. Answered by the device service; 10 s.
+ *   pStat  not tested: must point to a record. Floats arrive bit for bit, those that are no numbers too.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getAngleCalStat(AngleCalStat* pStat);
+
+/*
+ * Reads the live values of the angle sensor. Answered by the device service; 10 s.
+ *   pInfo  not tested: must point to a record. Floats arrive bit for bit, those that are no numbers too.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getAngleCalInfoDetail(AngleCalInfoDetail* pInfo);
+
+/* ---- Device information ---------------------------------------------------------------------------- */
+
+/* Of these, only vx63_getProductInfo logs its start and its end. */
+
+/*
+ * Reads the product data. Answered by the system service; 10 s.
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getProductInfo(ProductInfo* pProductInfo);
+
+/*
+ * Reads the current failure. Answered by the system service; 10 s.
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getFailinfo(FailInfo* pFail);
+
+/*
+ * Reads the key states. Answered by the key service; 10 s. A success logs nothing; a failure also logs the
+ * record as the caller holds it, into /var/log/libvx63_key.txt: fill it before the first call.
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getKeyStatus(KeyStatus* pKeyStat);
+
+/*
+ * Reads the device status. Answered by the device service; 10 s. A success logs nothing.
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getDeviceStatus(DeviceStatus* pDevStat);
+
+/*
+ * Sets the failure state. Answered by the system service, whose answer is not examined; 10 s.
+ *   usCode     failure code, passed on as it is
+ *   ucStat     0 or 1
+ *   ucAddInfo  32 bytes of additional information; read only
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_setFailStat(uint16_t usCode, uint8_t ucStat, const uint8_t* ucAddInfo);
+
+/* ---- Power and system control ---------------------------------------------------------------------- */
+
+/* What the one-byte arguments mean is decided by the service that answers: every value is passed on. */
+
+/*
+ * Restarts the meter. Answered by the system service; 10 s.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_reboot(void);
+
+/*
+ * Switches the meter off. Answered by the system service; 10 s.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_shutdown(void);
+
+/*
+ * Puts the meter into standby. 10 s.
+ *   ucMode  0: answered by the system service; any other: by the measurement service
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_standby(uint8_t ucMode);
+
+/*
+ * Wakes the meter up from standby. 10 s.
+ *   ucMode  0: answered by the system service; any other: by the measurement service
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_wakeup(uint8_t ucMode);
+
+/*
+ * Forces standby. Answered by the measurement service, though the log names the system service when the
+ * exchange fails; 10 s.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_force_standby(void);
+
+/*
+ * Forces the wake-up from standby. Answered by the measurement service, though the log names the system
+ * service when the exchange fails; 10 s.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_force_wakeup(void);
+
+/*
+ * Reads the standby state. Answered by the measurement service; 10 s.
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_getStandbyStat(uint32_t* pStandbyStat);
+
+/*
+ * Calibrates the meter. Answered by the measurement service; 5 s.
+ *   ucMode  what to calibrate
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_calibration(uint8_t ucMode);
+
+/*
+ * Tells the measurement service that the low-battery state has changed. 5 s.
+ *   ucLowBattStat  the new state
+ * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_ntfLowBattStatChg(uint8_t ucLowBattStat);
+
+/*
+ * Resets the meter to its factory default. Answered by the system service; 5 s.
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_initFactoryDefault(void);
+
+/*
+ * Switches the developer mode. Answered by the system service; 5 s.
+ *   ucOnOff  on or off
+ * Returns VX63_OK, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_setDeveloperMode(uint8_t ucOnOff);
+
+/*
+ * Updates the meter's program and returns when the update has finished. Asks the system service again and
+ * again, without a pause, for as long as it answers that the update is still running: 600 s for each
+ * answer, and no limit to their number.
+ *   pUpdateReq  the update request: 32 bytes, passed on as they are; read once
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_prgUpdate(const void* pUpdateReq);
+
+/* ---- Buzzer and display ---------------------------------------------------------------------------- */
+
+/* What the values of the arguments mean is decided by the service that answers. */
+
+/*
+ * Sounds the buzzer. Answered by the buzzer service; 10 s.
+ *   buzz      kind of sound, 0 to 4
+ *   buzzMode  0 to 2
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_REPEAT, VX63_ERR_PRIORITY, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_buzzer(int32_t buzz, int32_t buzzMode);
+
+/*
+ * Forces the volume of the buzzer. Answered by the buzzer service; 10 s.
+ *   buzz     kind of sound, 0 to 4
+ *   buzzVol  0 to 3
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_REPEAT, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_forceBuzzerVolume(int32_t buzz, int32_t buzzVol);
+
+/*
+ * Forces the brightness of the display. Answered by the system service; 10 s.
+ *   brightness  0 to 2
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
+ */
+VX63_API int32_t vx63_forceBrightness(int32_t brightness);
 
 #ifdef __cplusplus
 }

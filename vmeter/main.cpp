@@ -7,6 +7,8 @@
 #include "queues.h"
 #include "run.h"
 #include "scene/scene.h"
+#include "state_json.h"
+#include "state_query.h"
 #include "supervisor.h"
 
 #include <CLI/CLI.hpp>
@@ -26,6 +28,10 @@ struct Options {
     std::optional<std::string> trace;
     std::vector<std::string> faults;
     bool inPlace = false;
+    std::optional<std::string> stateJson;
+    bool emptySettings = false;
+    std::string settings; // empty: not the meter's own
+    bool json = false;
     int readyFd = -1;
     std::vector<std::string> command;
 
@@ -35,6 +41,7 @@ struct Options {
     int holdFd = -1;
     int sceneFd = -1;
     int traceFd = -1;
+    int stateJsonFd = -1;
     std::string signals;
     bool probe = false;
 };
@@ -54,8 +61,13 @@ Scene readScene(const std::string& path, Descriptor file)
         file = Descriptor(openScene(path));
     std::string text;
     char part[4096];
-    for (std::size_t got; (got = readFully(file.get(), part, sizeof part)) > 0;)
-        text.append(part, got);
+    ssize_t got;
+    while (text.size() <= kSceneSizeMax && (got = read(file.get(), part, sizeof part)) != 0) {
+        if (got > 0)
+            text.append(part, static_cast<std::size_t>(got));
+        else if (errno != EINTR)
+            throw Failure(path, errorText(errno), "give a file that you may read with --scene");
+    }
     return parseScene(text, path);
 }
 
@@ -72,6 +84,9 @@ int serve(const Options& options)
         scene.faults.push_back(parseFault(fault));
     if (options.trace)
         trace = Descriptor(openTrace(*options.trace));
+    Descriptor stateJson = takeOver(options.stateJsonFd);
+    if (options.stateJson)
+        stateJson = Descriptor(openStateJson(*options.stateJson));
 
     const Descriptor claim = claimQueues();
     Supervision supervision;
@@ -79,6 +94,11 @@ int serve(const Options& options)
     supervision.traceFd = trace.get();
     supervision.readyFd = options.readyFd;
     supervision.controlFd = options.controlFd;
+    supervision.claimFd = claim.get();
+    supervision.stateJsonFd = stateJson.get();
+    supervision.settings.own = !options.settings.empty();
+    if (options.settings == "factory")
+        fillSettings(supervision.settings);
     supervision.callerSignals =
         options.controlFd >= 0 ? CallerSignals::fromText(options.signals) : CallerSignals::current();
     return supervise(scene, supervision);
@@ -92,6 +112,8 @@ int run(const Options& options)
     runOptions.trace = options.trace;
     runOptions.faults = options.faults;
     runOptions.inPlace = options.inPlace;
+    runOptions.stateJson = options.stateJson;
+    runOptions.emptySettings = options.emptySettings;
     runOptions.command = options.command;
     return vmeter::run(runOptions);
 }
@@ -113,6 +135,13 @@ int check(const Options& options)
         return 1;
     }
     std::puts("namespaces work here: 'vx63-vmeter run' needs nothing else");
+    return 0;
+}
+
+int showState(const Options& options)
+{
+    const std::string state = queryState();
+    std::fputs(options.json ? state.c_str() : stateText(state).c_str(), stdout);
     return 0;
 }
 
@@ -141,11 +170,20 @@ std::string faultError(const std::string& text)
     return "";
 }
 
+std::string descriptorError(const std::string& text)
+{
+    int number = -1;
+    const bool open = CLI::detail::lexical_cast(text, number) && number >= 0 && fcntl(number, F_GETFD) >= 0;
+    return open ? "" : text + " is no open descriptor";
+}
+
 void addMeterOptions(CLI::App& command, Options& options)
 {
     command.add_option("--scene", options.scene, "scene file; none: the scene that is built in")
         ->type_name("FILE");
     command.add_option("--trace", options.trace, "write every message to FILE, one line of JSON each")
+        ->type_name("FILE");
+    command.add_option("--state-json", options.stateJson, "write the meter's state to FILE at the end")
         ->type_name("FILE");
     command
         .add_option("--fault", options.faults,
@@ -176,9 +214,9 @@ int runMain(int argc, char** argv)
 
     CLI::App app("A virtual meter: the five service processes of the meter over one simulated scene.",
                  "vx63-vmeter");
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1);
     app.footer("Example:\n"
-               "  vx63-vmeter run --trace messages.json -- vx63 measure single --freq 473143\n\n"
+               "  vx63-vmeter run --trace messages.json -- vx63 measure single --freq 557143\n\n"
                "See vx63-vmeter(1).");
     app.set_version_flag("--version", "vx63-vmeter " VX63_VERSION);
 
@@ -189,6 +227,8 @@ int runMain(int argc, char** argv)
     runCommand.add_option("--state", options.state, "keep log and settings folders in DIR")->type_name("DIR");
     runCommand.add_flag("--in-place", options.inPlace,
                         "use this machine's own paths and queues (for a container that refuses namespaces)");
+    runCommand.add_flag("--empty-settings", options.emptySettings,
+                        "leave empty settings folders empty, without the factory files");
     runCommand.footer("The exit status is the command's, 128 + n after signal n; 125: the meter cannot run,\n"
                       "126: the command cannot be executed, 127: it is not found.\n\n"
                       "Example:\n"
@@ -201,15 +241,27 @@ int runMain(int argc, char** argv)
         .add_option("--ready-fd", options.readyFd,
                     "write a byte to descriptor N when ready, not 'ready' to stderr")
         ->type_name("N")
-        ->check(CLI::NonNegativeNumber);
+        ->check(CLI::Validator(descriptorError, ""));
+    serveCommand
+        .add_option("--settings", options.settings,
+                    "the settings folders are the meter's own: fill the empty ones (factory) or not (empty); "
+                    "without this it changes none of them")
+        ->type_name("WHAT")
+        ->check(CLI::IsMember({"factory", "empty"}));
     serveCommand.add_option("--inside", options.controlFd)->group("");
     serveCommand.add_option("--begun", options.begunFd)->group("");
     serveCommand.add_option("--hold", options.holdFd)->group("");
     serveCommand.add_option("--scene-fd", options.sceneFd)->group("");
     serveCommand.add_option("--trace-fd", options.traceFd)->group("");
+    serveCommand.add_option("--state-json-fd", options.stateJsonFd)->group("");
     serveCommand.add_option("--signals", options.signals)->group("");
     serveCommand.footer("Example:\n"
                         "  unshare --ipc --map-root-user vx63-vmeter serve -- ./my-application");
+
+    CLI::App& stateCommand = *app.add_subcommand("state", "print the state of the meter that runs here");
+    stateCommand.add_flag("--json", options.json, "as one line of JSON");
+    stateCommand.footer("Example:\n"
+                        "  vx63-vmeter run -- sh -c './my-application; vx63-vmeter state'");
 
     CLI::App& checkCommand = *app.add_subcommand("check", "tell whether 'run' can have namespaces here");
     checkCommand.add_flag("--inside", options.probe)->group("");
@@ -223,8 +275,12 @@ int runMain(int argc, char** argv)
         return usageError(error.what());
     }
 
+    if (app.get_subcommands().empty())
+        return usageError("give run, serve, state or check");
     if (checkCommand.parsed())
         return separated ? usageError("check takes no command") : check(options);
+    if (stateCommand.parsed())
+        return separated ? usageError("state takes no command") : showState(options);
     if (separated && (options.command.empty() || options.command[0].empty()))
         return usageError("no COMMAND after --");
     if (serveCommand.parsed())

@@ -7,9 +7,7 @@
 #include <cstring>
 #include <mqueue.h>
 #include <string>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 
 namespace vmeter {
 namespace {
@@ -28,7 +26,7 @@ std::span<const uint8_t> queueIds()
     return kIds;
 }
 
-Descriptor claimQueues()
+QueueClaim claimAddress()
 {
     struct stat space;
     if (stat("/proc/self/ns/ipc", &space) != 0)
@@ -37,12 +35,20 @@ Descriptor claimQueues()
         "vx63-vmeter/" + std::to_string(space.st_dev) + "." + std::to_string(space.st_ino);
 
     // An abstract socket: its name is free again as soon as its last owner has died.
-    Descriptor claim(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::memcpy(address.sun_path + 1, name.data(), name.size());
-    const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
-    if (!claim || bind(claim.get(), reinterpret_cast<const sockaddr*>(&address), length) != 0)
+    QueueClaim claim{};
+    claim.address.sun_family = AF_UNIX;
+    std::memcpy(claim.address.sun_path + 1, name.data(), name.size());
+    claim.length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
+    return claim;
+}
+
+Descriptor claimQueues()
+{
+    const QueueClaim wanted = claimAddress();
+    constexpr int kWaiting = 16;
+    Descriptor claim(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    if (!claim || bind(claim.get(), reinterpret_cast<const sockaddr*>(&wanted.address), wanted.length) != 0 ||
+        listen(claim.get(), kWaiting) != 0)
         throw Failure("message queues", errno == EADDRINUSE ? "another meter serves them" : errorText(errno),
                       "wait for its end, or use 'vx63-vmeter run', which has queues of its own");
     return claim;

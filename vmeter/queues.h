@@ -5,6 +5,8 @@
 
 #include <cstdint>
 #include <span>
+#include <sys/socket.h>
+#include <sys/un.h>
 
 namespace vmeter {
 
@@ -12,8 +14,15 @@ namespace vmeter {
 // without an id receives.
 std::span<const uint8_t> queueIds();
 
+// The socket whose owner serves the queues here.
+struct QueueClaim {
+    sockaddr_un address;
+    socklen_t length;
+};
+QueueClaim claimAddress(); // throws Failure
+
 // Makes this process the only meter on the queues as long as the descriptor is open; no file is left
-// behind. Throws Failure when another meter serves them.
+// behind. The descriptor listens, see state_query.h. Throws Failure when another meter serves them.
 Descriptor claimQueues();
 
 bool queueExists(uint8_t ucQueId);

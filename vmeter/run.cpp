@@ -143,6 +143,14 @@ int openScene(const std::string& path)
     return file;
 }
 
+int openStateJson(const std::string& path)
+{
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOCTTY, 0666);
+    if (file < 0)
+        throw Failure(path, errorText(errno), "give a file that you may write to with --state-json");
+    return file;
+}
+
 int openTrace(const std::string& path)
 {
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_TRUNC | O_CLOEXEC | O_NOCTTY, 0666);
@@ -164,6 +172,7 @@ int run(const RunOptions& options)
         namespaces = tryNamespaces();
     const Descriptor scene(options.scene ? openScene(*options.scene) : -1);
     const Descriptor trace(options.trace ? openTrace(*options.trace) : -1);
+    const Descriptor stateJson(options.stateJson ? openStateJson(*options.stateJson) : -1);
     std::optional<InPlace> inPlace;
     if (options.inPlace)
         inPlace.emplace(state);
@@ -179,11 +188,15 @@ int run(const RunOptions& options)
                                        std::to_string(control.readEnd.get()),
                                        "--begun",
                                        std::to_string(begun.writeEnd.get()),
-                                       "--signals=" + callerSignals.text()};
+                                       "--signals=" + callerSignals.text(),
+                                       "--settings",
+                                       options.emptySettings ? "empty" : "factory"};
     if (stateLock)
         inside.insert(inside.end(), {"--hold", std::to_string(stateLock.get())});
     if (trace)
         inside.insert(inside.end(), {"--trace-fd", std::to_string(trace.get())});
+    if (stateJson)
+        inside.insert(inside.end(), {"--state-json-fd", std::to_string(stateJson.get())});
     if (scene)
         inside.insert(inside.end(), {"--scene", *options.scene, "--scene-fd", std::to_string(scene.get())});
     for (const std::string& fault : options.faults)
@@ -220,7 +233,7 @@ int run(const RunOptions& options)
         sigprocmask(SIG_SETMASK, &none, nullptr);
         control.writeEnd = Descriptor();
         for (const Descriptor* handed : std::initializer_list<const Descriptor*>{
-                 &control.readEnd, &begun.writeEnd, &stateLock, &scene, &trace})
+                 &control.readEnd, &begun.writeEnd, &stateLock, &scene, &trace, &stateJson})
             if (*handed)
                 handed->inherit();
         info.readEnd = Descriptor();

@@ -18,6 +18,8 @@ struct RunOptions {
     std::optional<std::string> trace;
     std::vector<std::string> faults; // already checked
     bool inPlace = false;
+    std::optional<std::string> stateJson;
+    bool emptySettings = false;
     std::vector<std::string> command;
 };
 
@@ -29,5 +31,8 @@ int openScene(const std::string& path);
 
 // Opens a trace file for appending, empty. Throws Failure.
 int openTrace(const std::string& path);
+
+// Opens a file for the state at the end, empty. Throws Failure.
+int openStateJson(const std::string& path);
 
 } // namespace vmeter

@@ -36,20 +36,23 @@ extern const Service kKeyService;
 extern const Service kBuzzerService;
 extern const Service kMeasurementService;
 
-inline constexpr const Service* kServices[] = {&kSystemService, &kDeviceService, &kKeyService, &kBuzzerService,
-                                               &kMeasurementService};
+inline constexpr const Service* kServices[] = {&kSystemService, &kDeviceService, &kKeyService,
+                                               &kBuzzerService, &kMeasurementService};
 
 // The request body as its wire struct; bytes that the request did not carry are 0.
-template <class T> T bodyAs(std::span<const uint8_t> request)
+template <class T>
+T bodyAs(std::span<const uint8_t> request)
 {
     static_assert(std::is_trivially_copyable_v<T>);
     T value{};
-    std::memcpy(&value, request.data(), request.size() < sizeof value ? request.size() : sizeof value);
+    if (!request.empty()) // an empty one may be a null pointer
+        std::memcpy(&value, request.data(), request.size() < sizeof value ? request.size() : sizeof value);
     return value;
 }
 
 // A wire struct as a response body.
-template <class T> Body toBody(const T& value)
+template <class T>
+Body toBody(const T& value)
 {
     static_assert(std::is_trivially_copyable_v<T>);
     Body body(sizeof value);

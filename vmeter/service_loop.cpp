@@ -2,6 +2,8 @@
 
 #include "frame/wire.h"
 #include "lmsg.h"
+#include "power.h"
+#include "services/results.h"
 
 #include <algorithm>
 #include <chrono>
@@ -100,6 +102,7 @@ private:
         Clock::time_point due;
         Message answer;
         uint64_t simMs;
+        std::string note;
     };
 
     void take(const Message& message)
@@ -107,6 +110,11 @@ private:
         const std::string reason = reasonToIgnore(message);
         if (!reason.empty()) {
             trace(message, m_process.shared.simMs(), {"", "ignored: " + reason});
+            return;
+        }
+        const State state = m_process.shared.state();
+        if (const std::string_view silence = reasonForSilence(state.device, steadyMs()); !silence.empty()) {
+            trace(message, state.ulSimMs, {"", "ignored: " + std::string(silence)});
             return;
         }
 
@@ -148,8 +156,11 @@ private:
             Body response;
             m_simMs = m_process.shared.update([&](State& state) {
                 state.ulSimMs += m_process.scene.clockMs;
-                Meter meter{m_process.scene, state};
-                response = command.handler(meter, body);
+                Meter meter{m_process.scene, state, m_process.settings};
+                response = sleepsThrough(state.device, m_service.ucProcId, command.usCmd)
+                               ? resultBody(kRetStandby)
+                               : command.handler(meter, body);
+                m_note = meter.note;
             });
             return makeMessage(answerHead(request, vx63::wire::kAccepted), response);
         }
@@ -159,6 +170,7 @@ private:
     Message refusal(const LibMsgHead& request, uint16_t usOptOrRet)
     {
         m_simMs = m_process.shared.simMs();
+        m_note.clear();
         return makeMessage(answerHead(request, usOptOrRet), {});
     }
 
@@ -184,7 +196,8 @@ private:
         case FaultKind::silence:
             return;
         case FaultKind::late:
-            hold({Clock::now() + std::chrono::milliseconds(fault.value), std::move(response), m_simMs});
+            hold({Clock::now() + std::chrono::milliseconds(fault.value), std::move(response), m_simMs,
+                  m_note});
             return;
         case FaultKind::twice:
             send(response, name);
@@ -223,7 +236,7 @@ private:
     // The line comes first, so that whoever has the answer finds it in the trace.
     void send(const Message& message, std::string_view fault)
     {
-        trace(message, m_simMs, {fault, ""});
+        trace(message, m_simMs, {fault, m_note});
         const uint8_t ucDstId = headOf(message).ucDstId;
         const int32_t result =
             lmsg_tsndMq(ucDstId, message.data(), static_cast<uint32_t>(message.size()), kSendMs);
@@ -250,6 +263,7 @@ private:
             const Late late = std::move(m_late.front());
             m_late.erase(m_late.begin());
             m_simMs = late.simMs;
+            m_note = late.note;
             send(late.answer, faultName(FaultKind::late));
         }
         return LMSG_FOREVER;
@@ -264,6 +278,7 @@ private:
     const Service& m_service;
     std::vector<Late> m_late; // by due time
     uint64_t m_simMs = 0;     // simulated time of the answer being sent
+    std::string m_note;       // and what the trace says beside it
 };
 
 } // namespace

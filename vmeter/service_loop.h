@@ -23,6 +23,7 @@ struct ServiceProcess {
     const FaultPlan& faults;
     const Trace& trace;
     std::function<void()> ready; // called once, when the own queue is open
+    const Settings& settings;
 };
 
 // Serves until the process is told to end. Gives the error of the queue that made it give up.

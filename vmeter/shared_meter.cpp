@@ -35,7 +35,7 @@ private:
 SharedMeter::SharedMeter(std::size_t services, std::size_t faultRules)
     : m_size(sizeof(Memory) + alignof(std::max_align_t) + services * sizeof(std::atomic<int64_t>) +
              faultRules * sizeof(std::atomic<uint32_t>)),
-      m_services(services), m_faultRules(faultRules)
+      m_faultRules(faultRules)
 {
     void* const memory = mmap(nullptr, m_size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     if (memory == MAP_FAILED)
@@ -72,6 +72,12 @@ uint64_t SharedMeter::update(const std::function<void(State&)>& change)
     change(next);
     m_memory->current = 1 - current;
     return next.ulSimMs;
+}
+
+State SharedMeter::state()
+{
+    const Lock lock(*m_memory);
+    return m_memory->states[m_memory->current];
 }
 
 uint64_t SharedMeter::simMs()

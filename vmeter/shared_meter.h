@@ -26,6 +26,7 @@ public:
     // time after it.
     uint64_t update(const std::function<void(State&)>& change);
 
+    State state();
     uint64_t simMs();
 
     // Requests counted so far, one number per fault rule.
@@ -40,7 +41,6 @@ private:
     class Lock;
 
     std::size_t m_size;
-    std::size_t m_services;
     std::size_t m_faultRules;
     Memory* m_memory;
     std::atomic<int64_t>* m_comeBackMs;

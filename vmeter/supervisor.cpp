@@ -4,8 +4,11 @@
 #include "failure.h"
 #include "faults.h"
 #include "lmsg.h"
+#include "power.h"
 #include "service_loop.h"
 #include "shared_meter.h"
+#include "state_json.h"
+#include "state_query.h"
 #include "trace.h"
 
 #include <algorithm>
@@ -64,7 +67,9 @@ public:
     Supervisor(const Scene& scene, const Supervision& supervision)
         : m_scene(scene), m_supervision(supervision), m_shared(kServiceCount, scene.faults.size()),
           m_faults(scene.seed, scene.faults, m_shared.faultCounts()), m_trace(supervision.traceFd)
-    {}
+    {
+        m_shared.update([&scene](State& state) { state.device = initialDeviceState(scene.device); });
+    }
 
     ~Supervisor() { endAll(); }
     Supervisor(const Supervisor&) = delete;
@@ -81,6 +86,7 @@ public:
         while (!m_status)
             step();
         endAll();
+        writeState();
         return *m_status;
     }
 
@@ -147,10 +153,16 @@ private:
         dup2(nothing.get(), STDOUT_FILENO);
 
         const int readyFd = m_readyWrite.get();
-        const ServiceProcess process{index, m_scene, m_shared, m_faults, m_trace, [readyFd, index] {
+        const ServiceProcess process{index,
+                                     m_scene,
+                                     m_shared,
+                                     m_faults,
+                                     m_trace,
+                                     [readyFd, index] {
                                          const auto byte = static_cast<uint8_t>(index);
                                          writeByte(readyFd, byte);
-                                     }};
+                                     },
+                                     m_supervision.settings};
         const int32_t error = serve(process);
         std::fprintf(stderr, "vx63-vmeter: message queue of service %s: lmsg_err=%d: %s\n",
                      kServices[index]->name, static_cast<int>(error), whatToTry(error));
@@ -185,6 +197,8 @@ private:
         int error = m_command < 0 ? errno : 0;
         if (m_command >= 0 && readFully(readEnd.get(), &error, sizeof error) != sizeof error)
             return; // it runs
+        waitpid(m_command, nullptr, 0);
+        m_command = -1;
         const bool missing = error == ENOENT;
         std::fprintf(
             stderr, "vx63-vmeter: %s: %s: %s\n", m_supervision.command[0].c_str(), errorText(error).c_str(),
@@ -197,7 +211,8 @@ private:
     {
         pollfd events[] = {{m_signals.get(), POLLIN, 0},
                            {m_readyRead.get(), POLLIN, 0},
-                           {m_supervision.controlFd, POLLIN, 0}};
+                           {m_supervision.controlFd, POLLIN, 0},
+                           {m_supervision.claimFd, POLLIN, 0}};
         poll(events, std::size(events), waitMs(nextDeadline()));
         if (events[1].revents != 0)
             takeReady();
@@ -205,6 +220,8 @@ private:
             takeSignal();
         if (events[2].revents != 0)
             takeControl();
+        if (events[3].revents != 0)
+            answerQueries(m_supervision.claimFd, stateNow());
         reap();
         const Clock::time_point now = Clock::now();
         for (std::size_t i = 0; i < kServiceCount && !m_status; ++i)
@@ -214,6 +231,19 @@ private:
             kill(m_command, SIGKILL);
             m_killAt.reset();
         }
+    }
+
+    std::string stateNow() { return stateJson(m_scene, m_shared.state(), steadyMs()); }
+
+    void writeState()
+    {
+        if (m_supervision.stateJsonFd < 0)
+            return;
+        const std::string state = stateNow();
+        if (write(m_supervision.stateJsonFd, state.data(), state.size()) !=
+            static_cast<ssize_t>(state.size()))
+            std::fprintf(stderr, "vx63-vmeter: --state-json: the state could not be written: "
+                                 "give a file on a disk with room\n");
     }
 
     std::optional<Clock::time_point> nextDeadline() const

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "scene/scene.h"
+#include "settings.h"
 
 #include <csignal>
 #include <string>
@@ -34,6 +35,9 @@ struct Supervision {
     int readyFd = -1;                 // gets a byte when all services can be reached
     int controlFd = -1;               // bytes are signal numbers for the command; its end ends everything
     CallerSignals callerSignals;
+    int claimFd = -1;     // of claimQueues(): answers who asks for the state
+    int stateJsonFd = -1; // gets the state at the end
+    Settings settings;
 };
 
 // Runs the services, and the command, to the end. Gives the exit status for the whole program: that of the

@@ -11,7 +11,7 @@ namespace vmeter {
 // What is said of a message beside its bytes; empty: nothing.
 struct TraceRemark {
     std::string_view fault; // the fault that was done to it
-    std::string note;       // why it was ignored or dropped
+    std::string note;       // why it was ignored or dropped, what the service did
 };
 
 class Trace {

@@ -4,21 +4,6 @@
 #include "libvx63.h"
 
 namespace vx63 {
-namespace {
-
-int32_t parameterError(const Site& at)
-{
-    logLine(at, "parameter error. vx63_err=%d", VX63_ERR_ARG);
-    return VX63_ERR_ARG;
-}
-
-int32_t retError(const Site& at)
-{
-    logLine(at, "ret error. vx63_err=%d", VX63_ERR_COMM);
-    return VX63_ERR_COMM;
-}
-
-} // namespace
 
 int32_t exchangeBytes(const Request& request, const void* body, uint16_t length, Response& response, Site at)
 {
@@ -32,20 +17,25 @@ int32_t exchangeBytes(const Request& request, const void* body, uint16_t length,
 
 int32_t judge(uint8_t ucRet, Site at)
 {
-    return ucRet == 0 ? static_cast<int32_t>(VX63_OK) : retError(at);
+    if (ucRet != 0) {
+        logLine(at, "ret error. vx63_err=%d", VX63_ERR_COMM);
+        return VX63_ERR_COMM;
+    }
+    return VX63_OK;
+}
+
+int32_t judgeParameter(uint8_t ucRet, Site at)
+{
+    if (ucRet == 2) {
+        logLine(at, "parameter error. vx63_err=%d", VX63_ERR_ARG);
+        return VX63_ERR_ARG;
+    }
+    return judge(ucRet, at);
 }
 
 int32_t judgeMeas(uint8_t ucRet, Site at)
 {
-    switch (ucRet) {
-    case 0:
-    case 7:
-        return VX63_OK;
-    case 2:
-        return parameterError(at);
-    default:
-        return retError(at);
-    }
+    return ucRet == 7 ? static_cast<int32_t>(VX63_OK) : judgeParameter(ucRet, at);
 }
 
 int32_t judgeMeasResult(uint8_t ucRet, Site at)

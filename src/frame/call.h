@@ -47,7 +47,8 @@ int32_t exchange(const Request& request, const Body& body, Response& response, S
 
 // The rules by which a service's ucRet becomes a result; a failure is logged.
 int32_t judge(uint8_t ucRet, Site at = Site());           // 0 is success
-int32_t judgeMeas(uint8_t ucRet, Site at = Site());       // 0 and 7 are; 2 is a parameter error
+int32_t judgeParameter(uint8_t ucRet, Site at = Site());  // as judge; 2 is a parameter error
+int32_t judgeMeas(uint8_t ucRet, Site at = Site());       // as judgeParameter; 7 is success
 int32_t judgeMeasResult(uint8_t ucRet, Site at = Site()); // as judgeMeas; 3 is a power-supply error
 
 // Logs the end of an operation and returns its result.

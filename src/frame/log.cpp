@@ -28,6 +28,7 @@ namespace {
 
 constexpr char kSourceName[] = "libvx63.cpp";
 constexpr char kPath[] = "/var/log/libvx63.cpp.txt";
+constexpr char kKeyPath[] = "/var/log/libvx63_key.txt";
 constexpr off_t kSizeLimit = 0x200000;
 
 // Longer than any line but one with a set name out of all bounds.
@@ -45,14 +46,14 @@ void refreshPath()
     }
 }
 
-// Opens the log to add one line to it, emptied if it has grown past the limit. -1: leave the line out.
-int openLog()
+// Opens a log to add one line to it, emptied if it has grown past the limit. -1: leave the line out.
+int openLog(const char* path)
 {
     // Creating a missing file does not truncate it: of two threads that both find it missing, the second
     // would wipe out the line of the first.
     int flags = O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC;
     struct stat status;
-    if (stat(kPath, &status) == 0) {
+    if (stat(path, &status) == 0) {
         if (!S_ISREG(status.st_mode)) {
             return -1;
         }
@@ -60,7 +61,7 @@ int openLog()
             flags |= O_TRUNC;
         }
     }
-    return open(kPath, flags, 0666);
+    return open(path, flags, 0666);
 }
 
 // Formats the line into the buffer as far as it fits; returns its whole length, the newline included,
@@ -92,19 +93,17 @@ void writeLine(int fd, const char* line, size_t length)
     [[maybe_unused]] const ssize_t written = write(fd, line, length);
 }
 
-} // namespace
-
-void logLine(const Site& at, const char* format, ...)
+// One log statement. Whichever file the line goes to, g_cLibTestLogFilePath names the main log.
+[[gnu::format(printf, 3, 0)]] void addLine(const char* path, const Site& at, const char* format,
+                                           va_list arguments)
 {
     const int callersErrno = errno;
     refreshPath();
-    const int fd = openLog();
+    const int fd = openLog(path);
     if (fd >= 0) {
         timespec now = {};
         clock_gettime(CLOCK_REALTIME, &now);
 
-        va_list arguments;
-        va_start(arguments, format);
         va_list again;
         va_copy(again, arguments);
         char usual[kUsualLine];
@@ -123,10 +122,27 @@ void logLine(const Site& at, const char* format, ...)
             }
         }
         va_end(again);
-        va_end(arguments);
         close(fd);
     }
     errno = callersErrno;
+}
+
+} // namespace
+
+void logLine(const Site& at, const char* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    addLine(kPath, at, format, arguments);
+    va_end(arguments);
+}
+
+void logKeyLine(const Site& at, const char* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    addLine(kKeyPath, at, format, arguments);
+    va_end(arguments);
 }
 
 void logDump(const char* label, const uint8_t* bytes, uint32_t count, Site at)

@@ -18,6 +18,12 @@ static_assert(offsetof(MeasCondition, powerSupply) == 28);
 namespace vx63 {
 namespace {
 
+// The two bytes in which a request carries the antenna power supply.
+struct Supply {
+    uint8_t ucSupplyLevel;
+    uint8_t ucSupplyKind;
+};
+
 constexpr Supply kSupplies[] = {
     {.ucSupplyLevel = 0, .ucSupplyKind = 0}, // VX63_POWER_SUPPLY_OFF
     {.ucSupplyLevel = 1, .ucSupplyKind = 0}, //
@@ -26,10 +32,7 @@ constexpr Supply kSupplies[] = {
     {.ucSupplyLevel = 2, .ucSupplyKind = 1}, //
 };
 
-constexpr uint8_t kStart = 1;
-
-} // namespace
-
+// One out of range is logged and taken as off.
 Supply translateSupply(int32_t powerSupply, Site at)
 {
     if (static_cast<uint32_t>(powerSupply) >= std::size(kSupplies)) {
@@ -39,6 +42,25 @@ Supply translateSupply(int32_t powerSupply, Site at)
     return kSupplies[powerSupply];
 }
 
+// A start body and a channel of a registration carry a condition in the same fields.
+template <class Body>
+void packCondition(Body& body, const MeasCondition& condition, Site at)
+{
+    const Supply supply = translateSupply(condition.powerSupply, at);
+    body.ulFreq = condition.ulFreq;
+    body.ulLoFreq = condition.ulLoFreq;
+    body.usBdSys = condition.usBdSys;
+    body.usBand = condition.usBand;
+    body.usMod = condition.usMod;
+    body.usCondition = condition.usCondition;
+    memcpy(body.ucStrChan, condition.ucStrChan, sizeof body.ucStrChan);
+    body.ucOutputEnb = condition.ucOutputEnb;
+    body.ucSupplyLevel = supply.ucSupplyLevel;
+    body.ucSupplyKind = supply.ucSupplyKind;
+}
+
+} // namespace
+
 wire::StartRequest packStart(uint8_t ucDispType, const MeasCondition& condition, Site at)
 {
     logLine(at,
@@ -47,21 +69,10 @@ wire::StartRequest packStart(uint8_t ucDispType, const MeasCondition& condition,
             condition.ulFreq, condition.ulLoFreq, condition.usBdSys, condition.usBand, condition.usMod,
             condition.usCondition, static_cast<int>(sizeof condition.ucStrChan), condition.ucStrChan,
             condition.ucOutputEnb, condition.powerSupply);
-    const Supply supply = translateSupply(condition.powerSupply, at);
-
     wire::StartRequest reqData = {};
     reqData.ucDispType = ucDispType;
-    reqData.ucStartStop = kStart;
-    reqData.ulFreq = condition.ulFreq;
-    reqData.ulLoFreq = condition.ulLoFreq;
-    reqData.usBdSys = condition.usBdSys;
-    reqData.usBand = condition.usBand;
-    reqData.usMod = condition.usMod;
-    reqData.usCondition = condition.usCondition;
-    memcpy(reqData.ucStrChan, condition.ucStrChan, sizeof reqData.ucStrChan);
-    reqData.ucOutputEnb = condition.ucOutputEnb;
-    reqData.ucSupplyLevel = supply.ucSupplyLevel;
-    reqData.ucSupplyKind = supply.ucSupplyKind;
+    reqData.ucStartStop = wire::kStart;
+    packCondition(reqData, condition, at);
     logLine(at, "reqData.ucDispType=%u", reqData.ucDispType);
     return reqData;
 }
@@ -72,6 +83,13 @@ wire::StartRequest packStop(uint8_t ucDispType, Site at)
     reqData.ucDispType = ucDispType;
     logLine(at, "reqData.ucDispType=%u", reqData.ucDispType);
     return reqData;
+}
+
+wire::Channel packChannel(const MeasCondition& condition, Site at)
+{
+    wire::Channel channel = {};
+    packCondition(channel, condition, at);
+    return channel;
 }
 
 } // namespace vx63

@@ -3,6 +3,7 @@
 
 #include "frame/call.h"
 #include "meas/condition.h"
+#include "meas/constellation.h"
 #include "meas/wire.h"
 
 using namespace vx63;
@@ -60,6 +61,31 @@ int32_t vx63_stopSingleMeas(uint8_t ucDispType)
     return logEnd(vx63_err);
 }
 
+void vx63::storeValues(const wire::SingleResultResponse& rspData, SingleMeasResult& result)
+{
+    result.lock = rspData.lock;
+    result.stat = rspData.stat;
+    result.mesCond = rspData.mesCond;
+    result.bdSys = rspData.bdSys;
+    result.LEVEL = rspData.LEVEL;
+    result.CNR = rspData.CNR;
+    result.BER_TOTAL = rspData.BER_TOTAL;
+    result.BER_ERR = rspData.BER_ERR;
+    result.TSID = rspData.TSID;
+    result.GI = rspData.GI;
+    result.LAYER = rspData.LAYER;
+    result.MOD = rspData.MOD;
+}
+
+void vx63::logValues(const SingleMeasResult& result, Site at)
+{
+    logLine(at,
+            "lock=%02X stat=%04X mesCond=%04X bdSys=%04X LEVEL=%u CNR=%u BER_TOTAL=%u BER_ERR=%u "
+            "TSID=%04X GI=%u LAYER=%02X MOD=%04X",
+            result.lock, result.stat, result.mesCond, result.bdSys, result.LEVEL, result.CNR,
+            result.BER_TOTAL, result.BER_ERR, result.TSID, result.GI, result.LAYER, result.MOD);
+}
+
 static constexpr Request kSingleMeasResult = {
     .ucDstId = PROC_ID_PMEAS, .usCmd = 0x0104, .ulTimeout = 10000, .commFailed = "subcpu"};
 
@@ -71,11 +97,9 @@ int32_t vx63_getSingleMeasResult(uint16_t usReadCount, SingleMeasResult* pResult
         return logEnd(VX63_ERR_ARG);
     }
     logLine({}, "pResult=%p", static_cast<void*>(pResult));
-    if (usReadCount != 0) { // constellation points: there is no operation yet that has them collected
-        logLine({}, "arg error. usReadCount=%d", usReadCount);
-        return logEnd(VX63_ERR_ARG);
+    if (usReadCount != 0) {
+        return logEnd(readConstellation(usReadCount, *pResult));
     }
-
     Response response;
     int32_t vx63_err = exchange(kSingleMeasResult, wire::ByteRequest{}, response);
     if (vx63_err == VX63_OK) {
@@ -83,25 +107,8 @@ int32_t vx63_getSingleMeasResult(uint16_t usReadCount, SingleMeasResult* pResult
         vx63_err = judgeMeasResult(response.ucRet());
     }
     if (vx63_err == VX63_OK) {
-        const auto rspData = response.as<wire::SingleResultResponse>();
-        pResult->lock = rspData.lock;
-        pResult->stat = rspData.stat;
-        pResult->mesCond = rspData.mesCond;
-        pResult->bdSys = rspData.bdSys;
-        pResult->LEVEL = rspData.LEVEL;
-        pResult->CNR = rspData.CNR;
-        pResult->BER_TOTAL = rspData.BER_TOTAL;
-        pResult->BER_ERR = rspData.BER_ERR;
-        pResult->TSID = rspData.TSID;
-        pResult->GI = rspData.GI;
-        pResult->LAYER = rspData.LAYER;
-        pResult->MOD = rspData.MOD;
-        logLine({},
-                "lock=%02X stat=%04X mesCond=%04X bdSys=%04X LEVEL=%u CNR=%u BER_TOTAL=%u BER_ERR=%u "
-                "TSID=%04X GI=%u LAYER=%02X MOD=%04X",
-                pResult->lock, pResult->stat, pResult->mesCond, pResult->bdSys, pResult->LEVEL, pResult->CNR,
-                pResult->BER_TOTAL, pResult->BER_ERR, pResult->TSID, pResult->GI, pResult->LAYER,
-                pResult->MOD);
+        storeValues(response.as<wire::SingleResultResponse>(), *pResult);
+        logValues(*pResult);
     }
     return logEnd(vx63_err);
 }

@@ -1,7 +1,8 @@
-// Bytes typed as hex in a test.
+// Bytes as a test types them, in hex.
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -34,6 +35,24 @@ inline std::vector<uint8_t> bytes(std::string_view hex)
         }
     }
     return result;
+}
+
+// Values as they are typed above (12 is "0C"), in the order in which they lie in a message.
+inline std::string hexByte(unsigned value)
+{
+    char text[4];
+    snprintf(text, sizeof text, "%02X", value & 0xFF);
+    return text;
+}
+
+inline std::string hex16(unsigned value)
+{
+    return hexByte(value) + " " + hexByte(value >> 8);
+}
+
+inline std::string hex32(unsigned value)
+{
+    return hex16(value) + " " + hex16(value >> 16);
 }
 
 } // namespace vx63test

@@ -1,4 +1,4 @@
-// The library's log as a test sees it. Test programs run with a /var/log of their own (tests/isolated).
+// The library's logs as a test sees them. Test programs run with a /var/log of their own (tests/isolated).
 #pragma once
 
 #include <string>
@@ -7,14 +7,15 @@
 namespace vx63test {
 
 inline constexpr char kLogPath[] = "/var/log/libvx63.cpp.txt";
+inline constexpr char kKeyLogPath[] = "/var/log/libvx63_key.txt";
 
-// Removes whatever is at the log's path.
+// Removes whatever is at the paths of both logs.
 void removeLog();
 
-// The lines of the log, whole.
-std::vector<std::string> logLines();
+// The lines of a log, whole.
+std::vector<std::string> logLines(const char* path = kLogPath);
 
-// The lines of the log as "FUNCTION: MESSAGE"; fails the test where a line has not the log's shape.
-std::vector<std::string> logMessages();
+// The lines of a log as "FUNCTION: MESSAGE"; fails the test where a line has not the log's shape.
+std::vector<std::string> logMessages(const char* path = kLogPath);
 
 } // namespace vx63test

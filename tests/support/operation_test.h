@@ -5,6 +5,7 @@
 #include "support/log_file.h"
 #include "support/scripted_platform.h"
 
+#include <cstring>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
@@ -29,6 +30,22 @@ inline std::string pointerText(const void* pointer)
     char text[32];
     snprintf(text, sizeof text, "%p", pointer);
     return text;
+}
+
+// A record whose every byte is this one.
+template <class Record>
+Record filled(int byte)
+{
+    Record record;
+    memset(static_cast<void*>(&record), byte, sizeof record);
+    return record;
+}
+
+// Whether two records are the same, padding and all.
+template <class Record>
+bool same(const Record& one, const Record& other)
+{
+    return memcmp(&one, &other, sizeof one) == 0;
 }
 
 } // namespace vx63test

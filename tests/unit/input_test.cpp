@@ -1,20 +1,15 @@
+#include "support/bytes.h"
 #include "support/operation_test.h"
 
 namespace {
 
 using testing::ElementsAre;
+using vx63test::hexByte;
 using vx63test::logMessages;
 using vx63test::platform;
 using vx63test::pointerText;
 
 using InputTest = vx63test::OperationTest;
-
-std::string hexByte(int value)
-{
-    char text[4];
-    snprintf(text, sizeof text, "%02X", static_cast<unsigned>(value));
-    return text;
-}
 
 // An exchange of process id 5 with the measurement service, answered with ucRet and nothing else.
 void expectExchange(const std::string& request, const std::string& responseCommand, int ucRet,
@@ -22,7 +17,8 @@ void expectExchange(const std::string& request, const std::string& responseComma
 {
     platform().expectSend(12, timeout, request);
     platform().expectReceive(5, timeout,
-                             "0C 05 " + responseCommand + " 04 00 00 00 | " + hexByte(ucRet) + " 00 00 00");
+                             "0C 05 " + responseCommand + " 04 00 00 00 | " +
+                                 hexByte(static_cast<unsigned>(ucRet)) + " 00 00 00");
 }
 
 // ---- vx63_setMeasInput ----
@@ -89,7 +85,8 @@ TEST_F(InputTest, RequestPowerSupplySendsTheRawValue)
 {
     for (int supply = 0; supply <= 4; ++supply) {
         vx63test::removeLog();
-        expectExchange("05 0C 15 00 04 00 00 00 | " + hexByte(supply) + " 00 00 00", "15 80", 0);
+        expectExchange("05 0C 15 00 04 00 00 00 | " + hexByte(static_cast<unsigned>(supply)) + " 00 00 00",
+                       "15 80", 0);
         EXPECT_EQ(vx63_reqPowerSupply(supply), 0);
         EXPECT_THAT(logMessages(),
                     ElementsAre("vx63_reqPowerSupply: Start. powerSupply=" + std::to_string(supply),
@@ -238,7 +235,8 @@ TEST_F(InputTest, MixBandSupplyPassesAnyValueOn)
 {
     for (const int value : {0, 1, 2, 255}) {
         vx63test::removeLog();
-        expectExchange("05 0C 1C 00 04 00 00 00 | " + hexByte(value) + " 00 00 00", "1C 80", 0, 5000);
+        expectExchange("05 0C 1C 00 04 00 00 00 | " + hexByte(static_cast<unsigned>(value)) + " 00 00 00",
+                       "1C 80", 0, 5000);
         EXPECT_EQ(vx63_setPowerSupplyMultiMeasMixBand(static_cast<uint8_t>(value)), 0);
         EXPECT_THAT(logMessages(), ElementsAre("vx63_setPowerSupplyMultiMeasMixBand: Start. ucOnOff=" +
                                                    std::to_string(value),

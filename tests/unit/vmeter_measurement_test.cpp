@@ -1,157 +1,14 @@
 // The measurement and device services of the virtual meter: their handlers, called as the service loop does.
-#include "meas/wire.h"
-#include "service.h"
+#include "vmeter_bench.h"
 
-#include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-#include <algorithm>
-#include <string>
+#include <map>
+#include <set>
+#include <vector>
 
 namespace vmeter {
 namespace {
-
-namespace wire = vx63::wire;
-
-// No fluctuation: the readings are those of the formulas.
-const char* const kCalm = R"(
-level_sigma_db = 0
-cn_sigma_db = 0
-noise_figure_db = 8
-
-[[input]]
-id = 0
-lnb = { current_ma = 160 }
-
-[[signal]]
-input = 0
-frequency_khz = 473143
-system = "terrestrial"
-carriers = "64QAM"
-guard_interval = "1/4"
-layers = 3
-level_dbuv = 60
-cn_db = 20
-tsid = 0x7FE0
-lock_ms = 300
-
-[[signal]]
-input = 0
-frequency_khz = 11727480
-lo_khz = 10678000
-system = "satellite"
-modulation = "8PSK"
-level_dbuv = 75
-cn_db = 17
-tsid = 0x4010
-supply = "15V"
-lock_ms = 300
-
-[[signal]]
-input = 1
-frequency_khz = 473143
-system = "terrestrial"
-carriers = "QPSK"
-level_dbuv = 40
-cn_db = 20
-lock_ms = 300
-
-[[signal]]
-input = 1
-frequency_khz = 231000
-system = "catv"
-modulation = "256QAM"
-level_dbuv = 70
-cn_db = 26
-lock_ms = 0
-
-[[signal]]
-input = 1
-frequency_khz = 451250
-system = "level"
-level_dbuv = 79.5
-cn_db = 50
-)";
-
-// The meter as its service loop drives it: the clock goes on, then the handler answers.
-class Bench {
-public:
-    explicit Bench(Scene scene) : scene_(std::move(scene)) {}
-    explicit Bench(const std::string& text = kCalm) : Bench(parseScene(text, "test")) {}
-
-    Body call(const Service& service, uint16_t usCmd, const Body& request)
-    {
-        const auto command = std::ranges::find(service.commands, usCmd, &Command::usCmd);
-        if (command == service.commands.end())
-            throw std::logic_error("no such command");
-        state_.ulSimMs += scene_.clockMs;
-        Meter meter{scene_, state_};
-        return command->handler(meter, request);
-    }
-
-    uint8_t start(const wire::StartRequest& start)
-    {
-        return call(kMeasurementService, 0x103, toBody(start))[0];
-    }
-    uint8_t stop()
-    {
-        Body body(40);
-        return call(kMeasurementService, 0x103, body)[0];
-    }
-    uint8_t input(uint8_t ucInput)
-    {
-        return call(kMeasurementService, 0x100, {0, 0, 0, 0, ucInput, 0, 0, 0})[0];
-    }
-    uint8_t supply(uint8_t ucCode) { return call(kMeasurementService, 0x15, {ucCode, 0, 0, 0})[0]; }
-    wire::SingleResultResponse result()
-    {
-        const Body body = call(kMeasurementService, 0x104, Body(4));
-        EXPECT_EQ(body.size(), 44u);
-        return bodyAs<wire::SingleResultResponse>(body);
-    }
-    wire::MeasStatusResponse status()
-    {
-        return bodyAs<wire::MeasStatusResponse>(call(kMeasurementService, 0x17, Body(4)));
-    }
-    wire::PowerSupplyInfoResponse supplyInfo()
-    {
-        return bodyAs<wire::PowerSupplyInfoResponse>(call(kDeviceService, 0x22, Body(4)));
-    }
-
-    Scene scene_;
-    State state_{};
-};
-
-wire::StartRequest terrestrial()
-{
-    wire::StartRequest start{};
-    start.ucStartStop = 1;
-    start.ulFreq = 473143;
-    start.usMod = 1;
-    start.usCondition = 0x0027;
-    return start;
-}
-
-wire::StartRequest satellite()
-{
-    wire::StartRequest start{};
-    start.ucStartStop = 1;
-    start.ulFreq = 11727480;
-    start.ulLoFreq = 10678000;
-    start.usBdSys = 1;
-    start.ucSupplyLevel = 2;
-    return start;
-}
-
-wire::StartRequest catv()
-{
-    wire::StartRequest start{};
-    start.ucStartStop = 1;
-    start.ulFreq = 231000;
-    start.usBdSys = 3;
-    start.usMod = 5120;
-    return start;
-}
 
 TEST(VmeterServices, HaveTheirIdsAndCommands)
 {
@@ -159,16 +16,41 @@ TEST(VmeterServices, HaveTheirIdsAndCommands)
     EXPECT_STREQ(kMeasurementService.name, "meas");
     EXPECT_EQ(kDeviceService.ucProcId, 6);
     EXPECT_STREQ(kDeviceService.name, "dev");
-    const std::pair<uint16_t, std::string> commands[] = {{0x15, "power-supply"},    {0x17, "meas-status"},
-                                                         {0x1C, "mix-band-supply"}, {0x100, "set-input"},
-                                                         {0x103, "single-start"},   {0x104, "single-result"}};
-    for (const auto& [code, name] : commands) {
-        const auto found = std::ranges::find(kMeasurementService.commands, code, &Command::usCmd);
-        ASSERT_NE(found, kMeasurementService.commands.end()) << name;
-        EXPECT_EQ(found->name, name);
-    }
-    EXPECT_EQ(kDeviceService.commands[0].usCmd, 0x22);
-    EXPECT_STREQ(kDeviceService.commands[0].name, "power-supply-info");
+    const auto expectCommands = [](const Service& service, const std::map<uint16_t, std::string>& expected) {
+        std::map<uint16_t, std::string> commands;
+        for (const Command& command : service.commands)
+            commands[command.usCmd] = command.name;
+        EXPECT_EQ(commands, expected);
+    };
+    expectCommands(kMeasurementService, {{0x0E, "standby"},
+                                         {0x0F, "wakeup"},
+                                         {0x15, "power-supply"},
+                                         {0x16, "calibration"},
+                                         {0x17, "meas-status"},
+                                         {0x18, "standby-state"},
+                                         {0x19, "low-battery"},
+                                         {0x1C, "mix-band-supply"},
+                                         {0x1D, "force-standby"},
+                                         {0x1E, "force-wakeup"},
+                                         {0x100, "set-input"},
+                                         {0x103, "single-start"},
+                                         {0x104, "single-result"},
+                                         {0x105, "constellation-start"},
+                                         {0x106, "constellation-result"},
+                                         {0x107, "delay-profile-start"},
+                                         {0x108, "delay-profile-block"},
+                                         {0x109, "multi-start"},
+                                         {0x10B, "multi-result"},
+                                         {0x10C, "optical-start"},
+                                         {0x10D, "optical-result"},
+                                         {0x10E, "dc-start"},
+                                         {0x10F, "dc-result"}});
+    expectCommands(kDeviceService, {{0x06, "device-status"},
+                                    {0x07, "angle-start"},
+                                    {0x1F, "angle-calibration-start"},
+                                    {0x20, "angle-calibration-status"},
+                                    {0x21, "angle-detail"},
+                                    {0x22, "power-supply-info"}});
 }
 
 TEST(SingleMeasurement, GivesTheChannel)
@@ -595,6 +477,20 @@ TEST(ShortRequests, AreParameterErrorsAndChangeNothing)
     check(kMeasurementService, 0x100, 8, 4);
     check(kMeasurementService, 0x103, 40, 4);
     check(kMeasurementService, 0x104, 4, 44);
+    check(kMeasurementService, 0x105, 8, 4);
+    check(kMeasurementService, 0x106, 8, 44);
+    check(kMeasurementService, 0x107, 40, 4);
+    check(kMeasurementService, 0x108, 8, 412);
+    check(kMeasurementService, 0x109, 1292, 4);
+    check(kMeasurementService, 0x10B, 12, 40);
+    check(kMeasurementService, 0x10C, 12, 4);
+    check(kMeasurementService, 0x10D, 4, 8);
+    check(kMeasurementService, 0x10E, 8, 4);
+    check(kMeasurementService, 0x10F, 4, 8);
+    check(kDeviceService, 0x07, 4, 4);
+    check(kDeviceService, 0x1F, 4, 4);
+    check(kDeviceService, 0x20, 4, 44);
+    check(kDeviceService, 0x21, 4, 60);
     check(kDeviceService, 0x22, 4, 16);
 }
 
@@ -679,25 +575,158 @@ TEST(DefaultScene, LocksWhatItShould)
     }
 }
 
+// Requests of every command that a service takes, with the sizes of their responses. That of 0x106 varies.
+struct Exchange {
+    const Service& service;
+    uint16_t usCmd;
+    Body request;
+    size_t responseSize;
+};
+
+template <class Request>
+Body with(Request request, auto change)
+{
+    change(request);
+    return toBody(request);
+}
+
+std::vector<Exchange> everyExchange()
+{
+    const auto& meas = kMeasurementService;
+    const auto& dev = kDeviceService;
+    const auto part = [](uint8_t ucKind) {
+        return with(wire::MultiMeasRequest{}, [&](auto& request) {
+            request.ucKind = ucKind;
+            request.ucRegCount = 2;
+            request.channels[0].ulFreq = 521143;
+            request.channels[1].ulFreq = 563143;
+        });
+    };
+    const Body optical = with(wire::OptMeasRequest{}, [](auto& request) {
+        request.ucStartStop = 1;
+        request.ulWaveLength = 1550;
+    });
+    return {{meas, 0x100, {0, 0, 0, 0, 1, 0, 0, 0}, 4},
+            {meas, 0x15, {2, 0, 0, 0}, 4},
+            {meas, 0x1C, {1, 0, 0, 0}, 4},
+            {meas, 0x17, Body(4), 12},
+            {dev, 0x22, Body(4), 16},
+            {meas, 0x103, toBody(catv()), 4},
+            {meas, 0x104, Body(4), 44},
+            {meas, 0x105, {0, 0, 0, 0, 1, 0, 0xE8, 0x03}, 4},
+            {meas, 0x106, {0, 0, 0, 0, 0xFF, 0x01, 0, 0}, 0},
+            {meas, 0x104, Body(4), 44},
+            {meas, 0x104, Body(4), 44},
+            {meas, 0x106, {0, 0, 0, 0, 0xFF, 0x01, 0, 0}, 0},
+            {meas, 0x106, {0, 0, 0, 0, 0xFF, 0xFF, 0, 0}, 0},
+            {meas, 0x103, Body(40), 4},
+            {meas, 0x100, Body(8), 4},
+            {meas, 0x107, with(terrestrial(), [](auto& start) { start.ulFreq = 551143; }), 4},
+            {meas, 0x108, Body(8), 412},
+            {meas, 0x107, Body(40), 4},
+            {meas, 0x109, part(3), 4},
+            {meas, 0x109, part(1), 4},
+            {meas, 0x10B, Body(12), 40},
+            {meas, 0x109, part(2), 4},
+            {meas, 0x10B, {0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0}, 40},
+            {meas, 0x10B, {0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0}, 40},
+            {meas, 0x109, Body(1292), 4},
+            {meas, 0x10C, optical, 4},
+            {meas, 0x10D, Body(4), 8},
+            {meas, 0x10E, {0, 0, 0, 0, 1, 0, 0, 0}, 4},
+            {meas, 0x10F, Body(4), 8},
+            {meas, 0x16, Body(4), 4},
+            {meas, 0x18, Body(4), 8},
+            {meas, 0x19, {1, 0, 0, 0}, 4},
+            {meas, 0x0E, {1, 0, 0, 0}, 4},
+            {meas, 0x0F, {1, 0, 0, 0}, 4},
+            {meas, 0x1D, Body(4), 4},
+            {meas, 0x1E, Body(4), 4},
+            {dev, 0x06, Body(4), 10},
+            {dev, 0x07, {1, 0, 0, 0}, 4},
+            {dev, 0x21, Body(4), 60},
+            {dev, 0x1F, Body(4), 4},
+            {dev, 0x20, Body(4), 44},
+            {dev, 0x06, Body(4), 10},
+            {meas, 0x16, Body(4), 4},
+            {meas, 0x19, {1, 0, 0, 0}, 4},
+            {meas, 0x0E, {1, 0, 0, 0}, 4},
+            {meas, 0x18, Body(4), 8},
+            {meas, 0x0F, {1, 0, 0, 0}, 4},
+            {meas, 0x1D, Body(4), 4},
+            {meas, 0x1E, Body(4), 4}};
+}
+
+TEST(Determinism, HoldsForEveryCommandWhoeverServesIt)
+{
+    const auto session = [](uint64_t seed, bool comesBack) {
+        Scene scene = defaultScene();
+        scene.seed = seed;
+        scene.clockMs = 500;
+        Body all;
+        State state{};
+        Bench bench(scene);
+        for (int round = 0; round < 5; ++round) {
+            for (const Exchange& exchange : everyExchange()) {
+                Bench other(scene);
+                Bench& serving = comesBack ? other : bench;
+                serving.state_ = state;
+                const Body body = serving.call(exchange.service, exchange.usCmd, exchange.request);
+                state = serving.state_;
+                all.insert(all.end(), body.begin(), body.end());
+            }
+        }
+        return all;
+    };
+    EXPECT_EQ(session(1, true), session(1, false));
+    EXPECT_NE(session(2, false), session(1, false));
+}
+
+TEST(Exchanges, CoverEveryCommand)
+{
+    std::set<uint16_t> commands;
+    for (const Exchange& exchange : everyExchange())
+        commands.insert(exchange.usCmd);
+    EXPECT_EQ(commands.size(), kMeasurementService.commands.size() + kDeviceService.commands.size());
+}
+
 // Whatever a client sends, a service answers with a body of the right size and stays in its bounds.
 RC_GTEST_PROP(AnyRequest, IsAnswered, ())
 {
     Bench bench(defaultScene());
-    const auto count = *rc::gen::inRange(1, 30);
+    const std::vector<Exchange> exchanges = everyExchange();
+    const auto count = *rc::gen::inRange(1, 60);
     for (int i = 0; i < count; ++i) {
-        const bool device = *rc::gen::inRange(0, 8) == 0;
-        const Service& service = device ? kDeviceService : kMeasurementService;
-        const auto index = *rc::gen::inRange<size_t>(0, service.commands.size());
-        const Command& command = service.commands[index];
-        Body request = *rc::gen::container<Body>(rc::gen::arbitrary<uint8_t>());
-        if (command.usCmd == 0x103 && *rc::gen::arbitrary<bool>())
-            request = toBody(*rc::gen::element(terrestrial(), satellite(), catv()));
-        const Body response = bench.call(service, command.usCmd, request);
-        RC_ASSERT(response.size() >= 4u);
+        const Exchange& exchange = exchanges[*rc::gen::inRange<size_t>(0, exchanges.size())];
+        Body request = exchange.request;
+        switch (*rc::gen::inRange(0, 4)) {
+        case 0: // anything
+            request = *rc::gen::container<Body>(rc::gen::arbitrary<uint8_t>());
+            break;
+        case 1: // one byte of it changed
+            request[*rc::gen::inRange<size_t>(0, std::min<size_t>(request.size(), 44))] =
+                *rc::gen::arbitrary<uint8_t>();
+            break;
+        default:
+            break;
+        }
+        bench.state_.ulSimMs += *rc::gen::inRange<uint64_t>(0, 3000);
+        const Body response = bench.call(exchange.service, exchange.usCmd, request);
+        if (exchange.usCmd == 0x106) {
+            const auto result = bodyAs<wire::ConstaResponse>(response);
+            RC_ASSERT(result.CONS_NUM <= 624);
+            RC_ASSERT(response.size() == 44u + 2u * result.CONS_NUM);
+        } else {
+            RC_ASSERT(response.size() == exchange.responseSize);
+        }
+        const bool hasResult = exchange.usCmd != 0x06; // the device status has none
+        RC_ASSERT(!hasResult || response[0] == 0 || (response[0] >= 2 && response[0] <= 5));
         RC_ASSERT(bench.state_.ucInput < 2);
         RC_ASSERT(bench.state_.ucSupplyCode <= 4);
-        if (command.usCmd == 0x104 && response[0] == 0) {
-            const auto result = bodyAs<wire::SingleResultResponse>(response);
+        RC_ASSERT(bench.state_.list.usCount <= 256);
+        if ((exchange.usCmd == 0x104 || exchange.usCmd == 0x10B || exchange.usCmd == 0x106) &&
+            response[0] == 0) {
+            const auto result = bodyAs<wire::SingleResultResponse>(response); // alike so far
             RC_ASSERT(result.lock <= 1);
             RC_ASSERT(result.BER_ERR <= result.BER_TOTAL);
             RC_ASSERT(result.CNR < 700u);

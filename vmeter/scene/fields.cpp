@@ -140,7 +140,7 @@ std::vector<const toml::table*> Fields::tables(std::string_view key) const
         return result;
     const toml::array* array = found->as_array();
     if (!array || !(array->empty() || array->is_homogeneous(toml::node_type::table)))
-        fail(key, "must be tables, each headed [[" + std::string(key) + "]]");
+        fail(key, "must be tables, each headed [[" + fullName(key) + "]]");
     for (const toml::node& element : *array)
         result.push_back(element.as_table());
     return result;

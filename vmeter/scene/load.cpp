@@ -1,4 +1,5 @@
 #include "scene/fields.h"
+#include "scene/load_device.h"
 #include "scene/scene.h"
 #include "signal/reception.h"
 
@@ -17,63 +18,76 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr size_t kFileSizeMax = 1 << 20;
-
-constexpr std::string_view kFileKeys[] = {"seed",        "clock_ms", "noise_figure_db", "level_sigma_db",
-                                          "cn_sigma_db", "input",    "signal",          "fault"};
-constexpr std::string_view kInputKeys[] = {"id", "cable", "lnb"};
+constexpr std::string_view kFileKeys[] = {
+    "seed",    "clock_ms", "noise_figure_db", "level_sigma_db", "cn_sigma_db", "input", "signal", "light",
+    "antenna", "fault",    "product",         "failure",        "device",      "power", "update", "key"};
+constexpr std::string_view kInputKeys[] = {"id", "cable", "lnb", "dc_v"};
 constexpr std::string_view kCableKeys[] = {"length_m", "loss_db_100m", "loss_db"};
 constexpr std::string_view kLnbKeys[] = {"current_ma", "short_circuit", "cross_polar_db"};
 constexpr std::string_view kSignalKeys[] = {
-    "input",         "frequency_khz",    "lo_khz",     "system", "modulation", "carriers",
-    "bandwidth_khz", "symbol_rate_ksps", "level_dbuv", "cn_db",  "tsid",       "guard_interval",
-    "layers",        "supply",           "tone",       "lock_ms"};
+    "input",         "frequency_khz",    "lo_khz",     "system",  "modulation", "carriers",
+    "bandwidth_khz", "symbol_rate_ksps", "level_dbuv", "cn_db",   "tsid",       "guard_interval",
+    "layers",        "supply",           "tone",       "lock_ms", "echoes"};
+constexpr std::string_view kEchoKeys[] = {"delay_us", "level_db", "phase_deg"};
+constexpr std::string_view kLightKeys[] = {"wavelength_nm", "power_dbm"};
+constexpr std::string_view kAntennaKeys[] = {
+    "roll_deg",        "pitch_deg",      "heading_deg",          "roll_swing_deg",
+    "pitch_swing_deg", "roll_period_ms", "pitch_period_ms",      "field_ut",
+    "inclination_deg", "hard_iron_ut",   "acceleration_sigma_g", "field_sigma_ut"};
 constexpr std::string_view kFaultKeys[] = {"service", "command",     "first", "last",
                                            "kind",    "probability", "value"};
 
 constexpr struct {
     std::string_view name;
     std::span<const std::string_view> keys;
-} kTables[] = {{"", kFileKeys},         {"input", kInputKeys},   {"input.cable", kCableKeys},
-               {"input.lnb", kLnbKeys}, {"signal", kSignalKeys}, {"fault", kFaultKeys}};
+} kTables[] = {{"", kFileKeys},           {"input", kInputKeys},     {"input.cable", kCableKeys},
+               {"input.lnb", kLnbKeys},   {"signal", kSignalKeys},   {"signal.echoes", kEchoKeys},
+               {"light", kLightKeys},     {"antenna", kAntennaKeys}, {"fault", kFaultKeys},
+               {"product", kProductKeys}, {"failure", kFailureKeys}, {"device", kDeviceKeys},
+               {"power", kPowerKeys},     {"update", kUpdateKeys},   {"key", kKeyKeys}};
+
+[[noreturn]] void refusePoints(const Fields& fields)
+{
+    fields.fail("loss_db_100m", "must be one or two pairs [MHz, dB], the frequency 1 to 5000 and rising, "
+                                "the loss 0 to 1000");
+}
+
+// The cable of the points in loss_db_100m; without loss when they are not given.
+Cable readLossPoints(const Fields& fields)
+{
+    const toml::node* node = fields.node("loss_db_100m");
+    if (!node)
+        return {};
+    const toml::array* points = node->as_array();
+    if (!points || points->empty() || points->size() > 2)
+        refusePoints(fields);
+    double mhz[2] = {};
+    double loss[2] = {};
+    for (size_t i = 0; i < points->size(); ++i) {
+        const toml::array* pair = points->get(i)->as_array();
+        if (!pair || pair->size() != 2)
+            refusePoints(fields);
+        mhz[i] = numberOf(*pair->get(0)).value_or(NAN);
+        loss[i] = numberOf(*pair->get(1)).value_or(NAN);
+        if (!(mhz[i] >= 1 && mhz[i] <= 5000 && loss[i] >= 0 && loss[i] <= 1000))
+            refusePoints(fields);
+    }
+    if (points->size() == 1)
+        return cableThrough(mhz[0], loss[0], mhz[0], loss[0]);
+    if (mhz[1] <= mhz[0])
+        refusePoints(fields);
+    const Cable cable = cableThrough(mhz[0], loss[0], mhz[1], loss[1]);
+    if (cable.skin < 0 || cable.dielectric < 0) {
+        fields.fail("loss_db_100m", "the loss must rise at least with the square root of the frequency and "
+                                    "at most with the frequency: no cable does otherwise");
+    }
+    return cable;
+}
 
 Cable readCable(const toml::table& table, const std::string& file)
 {
     const Fields fields(table, file, "input.cable", kCableKeys);
-    Cable cable;
-    if (const toml::node* node = fields.node("loss_db_100m")) {
-        const auto bad = [&] {
-            fields.fail("loss_db_100m",
-                        "must be one or two pairs [MHz, dB], the frequency 1 to 5000 and rising, "
-                        "the loss 0 to 1000");
-        };
-        const toml::array* points = node->as_array();
-        if (!points || points->empty() || points->size() > 2)
-            bad();
-        double mhz[2] = {};
-        double loss[2] = {};
-        for (size_t i = 0; i < points->size(); ++i) {
-            const toml::array* pair = (*points)[i].as_array();
-            if (!pair || pair->size() != 2)
-                bad();
-            mhz[i] = numberOf((*pair)[0]).value_or(NAN);
-            loss[i] = numberOf((*pair)[1]).value_or(NAN);
-            if (!(mhz[i] >= 1 && mhz[i] <= 5000 && loss[i] >= 0 && loss[i] <= 1000))
-                bad();
-        }
-        if (points->size() == 1) {
-            cable = cableThrough(mhz[0], loss[0], mhz[0], loss[0]);
-        } else {
-            if (mhz[1] <= mhz[0])
-                bad();
-            cable = cableThrough(mhz[0], loss[0], mhz[1], loss[1]);
-            if (cable.skin < 0 || cable.dielectric < 0) {
-                fields.fail("loss_db_100m",
-                            "the loss must rise at least with the square root of the frequency and "
-                            "at most with the frequency: no cable does otherwise");
-            }
-        }
-    }
+    Cable cable = readLossPoints(fields);
     cable.lengthM = fields.number("length_m", 0, 10000, 0.0);
     if (cable.lengthM > 0 && !fields.has("loss_db_100m"))
         fields.fail("length_m", "needs loss_db_100m beside it");
@@ -104,6 +118,7 @@ void readInputs(const Fields& top, const std::string& file, Scene& scene)
             scene.inputs[id].cable = readCable(*cable, file);
         if (const toml::table* lnb = fields.table("lnb"))
             scene.inputs[id].lnb = readLnb(*lnb, file);
+        scene.inputs[id].dcV = fields.number("dc_v", 0, 100, 0.0);
     }
 }
 
@@ -125,6 +140,22 @@ Modulation readModulation(const Fields& fields, std::string_view key, std::span<
     return allowed[fields.choice(key, names, fallback)];
 }
 
+std::vector<Echo> readEchoes(const Fields& signal, const std::string& file)
+{
+    constexpr size_t kEchoesMax = 16;
+    std::vector<Echo> echoes;
+    const std::vector<const toml::table*> tables = signal.tables("echoes");
+    if (tables.size() > kEchoesMax)
+        signal.fail("echoes", "must be at most 16, are " + std::to_string(tables.size()));
+    for (const toml::table* table : tables) {
+        const Fields fields(*table, file, "signal.echoes", kEchoKeys);
+        echoes.push_back({.delayUs = fields.number("delay_us", -84, 251),
+                          .levelDb = fields.number("level_db", -60, 0),
+                          .phaseDeg = fields.number("phase_deg", -360, 360, 0.0)});
+    }
+    return echoes;
+}
+
 Signal readSignal(const toml::table& table, const std::string& file)
 {
     const Fields fields(table, file, "signal", kSignalKeys);
@@ -138,6 +169,7 @@ Signal readSignal(const toml::table& table, const std::string& file)
     };
     refuseUnless(isOfdm, "carriers");
     refuseUnless(isOfdm, "guard_interval");
+    refuseUnless(isOfdm, "echoes");
     refuseUnless(isSingleCarrier, "symbol_rate_ksps");
     refuseUnless(!isSingleCarrier, "bandwidth_khz");
     refuseUnless(modulation != Modulation::none, "tsid");
@@ -173,6 +205,7 @@ Signal readSignal(const toml::table& table, const std::string& file)
     if (signal.supply == SupplyNeed::none && signal.tone != ToneNeed::any)
         fields.fail("tone", "needs a supply other than none");
     signal.ulLockMs = static_cast<uint32_t>(fields.integer("lock_ms", 0, 3600000, 450));
+    signal.echoes = readEchoes(fields, file);
     return signal;
 }
 
@@ -188,6 +221,45 @@ void readSignals(const Fields& top, const std::string& file, Scene& scene)
                       "a signal of the same input, frequency, oscillator and supply stands before");
         }
         scene.signals.push_back(signal);
+    }
+}
+
+void readLights(const Fields& top, const std::string& file, Scene& scene)
+{
+    for (const toml::table* table : top.tables("light")) {
+        const Fields fields(*table, file, "light", kLightKeys);
+        scene.lights.push_back({.wavelengthNm = fields.number("wavelength_nm", 800, 1700),
+                                .powerDbm = fields.number("power_dbm", -80, 30)});
+    }
+}
+
+void readAntenna(const Fields& top, const std::string& file, Antenna& antenna)
+{
+    const toml::table* table = top.table("antenna");
+    if (!table)
+        return;
+    const Fields fields(*table, file, "antenna", kAntennaKeys);
+    antenna.rollDeg = fields.number("roll_deg", -180, 180, antenna.rollDeg);
+    antenna.pitchDeg = fields.number("pitch_deg", -90, 90, antenna.pitchDeg);
+    antenna.headingDeg = fields.number("heading_deg", 0, 360, antenna.headingDeg);
+    antenna.rollSwingDeg = fields.number("roll_swing_deg", 0, 90, antenna.rollSwingDeg);
+    antenna.pitchSwingDeg = fields.number("pitch_swing_deg", 0, 90, antenna.pitchSwingDeg);
+    antenna.rollPeriodMs = fields.number("roll_period_ms", 100, 3600000, antenna.rollPeriodMs);
+    antenna.pitchPeriodMs = fields.number("pitch_period_ms", 100, 3600000, antenna.pitchPeriodMs);
+    antenna.fieldUt = fields.number("field_ut", 0, 200, antenna.fieldUt);
+    antenna.inclinationDeg = fields.number("inclination_deg", -90, 90, antenna.inclinationDeg);
+    antenna.accelerationSigmaG = fields.number("acceleration_sigma_g", 0, 1, antenna.accelerationSigmaG);
+    antenna.fieldSigmaUt = fields.number("field_sigma_ut", 0, 100, antenna.fieldSigmaUt);
+    const toml::node* node = fields.node("hard_iron_ut");
+    if (!node)
+        return;
+    const toml::array* axes = node->as_array();
+    for (size_t i = 0; i < std::size(antenna.hardIronUt); ++i) {
+        const bool isThere = axes && axes->size() == std::size(antenna.hardIronUt);
+        const double value = isThere ? numberOf(*axes->get(i)).value_or(NAN) : NAN;
+        if (!(value >= -1000 && value <= 1000))
+            fields.fail("hard_iron_ut", "must be three numbers, -1000 to 1000");
+        antenna.hardIronUt[i] = value;
     }
 }
 
@@ -258,6 +330,8 @@ toml::table parseToml(std::string_view text, const std::string& name)
 
 Scene parseScene(std::string_view text, const std::string& name)
 {
+    if (text.size() > kSceneSizeMax)
+        throw std::runtime_error(name + ": is larger than 1 MiB: no scene file");
     const toml::table table = parseToml(text, name);
     const Fields fields(table, name, "", kFileKeys);
     Scene scene;
@@ -268,7 +342,10 @@ Scene parseScene(std::string_view text, const std::string& name)
     scene.cnSigmaDb = fields.number("cn_sigma_db", 0, 10, scene.cnSigmaDb);
     readInputs(fields, name, scene);
     readSignals(fields, name, scene);
+    readLights(fields, name, scene);
+    readAntenna(fields, name, scene.antenna);
     readFaults(fields, name, scene);
+    scene.device = readDeviceScene(fields, name);
     return scene;
 }
 
@@ -282,13 +359,11 @@ Scene loadScene(const std::string& path)
     std::ifstream file(path, std::ios::binary);
     if (!file)
         throw std::runtime_error(path + ": cannot be opened: " + std::strerror(errno));
-    std::string text(kFileSizeMax + 1, '\0');
+    std::string text(kSceneSizeMax + 1, '\0');
     file.read(text.data(), static_cast<std::streamsize>(text.size()));
     if (file.bad())
         throw std::runtime_error(path + ": cannot be read: " + std::strerror(errno));
     text.resize(static_cast<size_t>(file.gcount()));
-    if (text.size() > kFileSizeMax)
-        throw std::runtime_error(path + ": is larger than 1 MiB: no scene file");
     return parseScene(text, path);
 }
 

@@ -3,9 +3,11 @@
 #pragma once
 
 #include "faults.h"
+#include "scene/device_scene.h"
 #include "signal/cable.h"
 #include "signal/modulation.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -25,11 +27,19 @@ struct Lnb {
 struct Input {
     Cable cable;
     Lnb lnb;
+    double dcV = 0.0; // fed into the cable by others
 };
 
 // What the antenna power supply must deliver for a signal to arrive.
 enum class SupplyNeed : uint8_t { none, any, volt11, volt15 };
 enum class ToneNeed : uint8_t { any, off, on };
+
+// Another path of a signal, beside its main one.
+struct Echo {
+    double delayUs; // below 0: comes before the main path
+    double levelDb; // of the main path
+    double phaseDeg;
+};
 
 struct Signal {
     uint8_t ucInput;
@@ -46,9 +56,35 @@ struct Signal {
     uint8_t ucLayers;
     SupplyNeed supply;
     ToneNeed tone;
-    uint32_t ulLockMs; // simulated time from tuning to lock
+    uint32_t ulLockMs;        // simulated time from tuning to lock
+    std::vector<Echo> echoes; // of OFDM
 
     uint32_t ifKhz() const { return ulFrequencyKhz - ulLoKhz; } // on the cable
+};
+
+// Light in the fibre.
+struct Light {
+    double wavelengthNm;
+    double powerDbm;
+};
+
+// The antenna that carries the angle sensor, and its surroundings.
+struct Antenna {
+    // Where it points on average, and how far and how slowly it swings about that.
+    double rollDeg = 0.0;
+    double pitchDeg = 0.0;
+    double headingDeg = 0.0; // from magnetic north, clockwise
+    double rollSwingDeg = 0.0;
+    double pitchSwingDeg = 0.0;
+    double rollPeriodMs = 4000.0;
+    double pitchPeriodMs = 4000.0;
+    // The earth's field, and what the antenna's own metal adds to it in the sensor's frame.
+    double fieldUt = 46.0;
+    double inclinationDeg = 49.0; // below the horizon
+    double hardIronUt[3] = {0.0, 0.0, 0.0};
+    // Standard deviations of the sensor on each axis.
+    double accelerationSigmaG = 0.0;
+    double fieldSigmaUt = 0.0;
 };
 
 struct Scene {
@@ -59,14 +95,20 @@ struct Scene {
     double cnSigmaDb = 0.2;
     Input inputs[kInputCount];
     std::vector<Signal> signals;
+    std::vector<Light> lights;
+    Antenna antenna;
     std::vector<FaultRule> faults;
+    DeviceScene device; // the meter itself
 };
+
+// No scene file is larger, in bytes; who reads one need not read on beyond it.
+inline constexpr size_t kSceneSizeMax = 1 << 20;
 
 // Reads a scene file; throws std::runtime_error "FILE:LINE: KEY: reason" when it cannot be used, "FILE:
 // reason" when it cannot be read.
 Scene loadScene(const std::string& path);
 
-// The same for a text at hand; name stands for FILE.
+// The same for a text at hand; name stands for FILE. A text beyond kSceneSizeMax is refused.
 Scene parseScene(std::string_view text, const std::string& name);
 
 // The scene that is built in, and its text.

@@ -1,6 +1,7 @@
 // The device service. docs/measured-values.md tells units and results.
-#include "service.h"
+#include "services/device.h"
 #include "services/results.h"
+#include "signal/channel_list.h"
 #include "signal/power_supply.h"
 
 #include "meas/wire.h"
@@ -12,12 +13,10 @@ namespace wire = vx63::wire;
 
 Body powerSupplyInfo(Meter& meter, std::span<const uint8_t> request)
 {
+    if (request.size() < sizeof(wire::ByteRequest))
+        return refusalBody<wire::PowerSupplyInfoResponse>(kRetParameter);
     wire::PowerSupplyInfoResponse response{};
-    if (request.size() < sizeof(wire::ByteRequest)) {
-        response.ucRet = kRetParameter;
-        return toBody(response);
-    }
-    const SupplyState supply = supplyState(meter.scene, meter.state.ucInput, meter.state.ucSupplyCode);
+    const SupplyState supply = supplyState(meter.scene, meter.state.ucInput, supplyCodeNow(meter.state));
     response.ucPowerSupply = supply.ucCode;
     response.ucVolt = supply.ucVolt;
     response.usAdVal = supplyAdVal(supply.ucVolt);
@@ -27,6 +26,11 @@ Body powerSupplyInfo(Meter& meter, std::span<const uint8_t> request)
 }
 
 constexpr Command kCommands[] = {
+    {0x0006, "device-status", deviceStatus},
+    {0x0007, "angle-start", angleStart},
+    {0x001F, "angle-calibration-start", angleCalibrationStart},
+    {0x0020, "angle-calibration-status", angleCalibrationStatus},
+    {0x0021, "angle-detail", angleDetail},
     {0x0022, "power-supply-info", powerSupplyInfo},
 };
 

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <cmath>
+#include <limits>
 
 namespace vmeter {
 
-// Minus infinity for a power of 0: nothing is there.
+// The level of a power of 0: nothing is there.
+inline constexpr double kNothingDb = -std::numeric_limits<double>::infinity();
+
 inline double toDb(double power)
 {
     return 10.0 * std::log10(power);

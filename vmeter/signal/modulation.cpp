@@ -114,35 +114,27 @@ double bitErrorRatio(Modulation modulation, double cnDb)
         return 4.0 / std::log2(points) * (1.0 - 1.0 / std::sqrt(points)) *
                gaussianTail(std::sqrt(3.0 * cn / (points - 1.0)));
     };
-    double ratio = 0.0;
     switch (modulation) {
     case none:
     case ofdm:
         break;
     case bpsk:
-        ratio = gaussianTail(std::sqrt(2.0 * cn));
-        break;
+        return gaussianTail(std::sqrt(2.0 * cn));
     case qpsk:
-        ratio = gaussianTail(std::sqrt(cn));
-        break;
+        return gaussianTail(std::sqrt(cn));
     case psk8:
-        ratio = 2.0 / 3.0 * gaussianTail(std::sqrt(2.0 * cn) * std::sin(std::numbers::pi / 8.0));
-        break;
+        return 2.0 / 3.0 * gaussianTail(std::sqrt(2.0 * cn) * std::sin(std::numbers::pi / 8.0));
     case apsk16:
     case qam16:
-        ratio = qam(16.0);
-        break;
+        return qam(16.0);
     case apsk32:
-        ratio = qam(32.0);
-        break;
+        return qam(32.0);
     case qam64:
-        ratio = qam(64.0);
-        break;
+        return qam(64.0);
     case qam256:
-        ratio = qam(256.0);
-        break;
+        return qam(256.0);
     }
-    return std::min(ratio, 0.5);
+    return 0.0;
 }
 
 } // namespace vmeter

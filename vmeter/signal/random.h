@@ -7,7 +7,17 @@
 namespace vmeter {
 
 // What a number is drawn for; numbers of different purposes are independent.
-enum class Purpose : uint32_t { level = 1, cn = 2, bitErrors = 3 };
+enum class Purpose : uint32_t {
+    level = 1,
+    cn = 2,
+    bitErrors = 3,
+    constellation = 4,
+    delayProfile = 5,
+    opticalPower = 6,
+    acceleration = 7,
+    magneticField = 8,
+    centerPoint = 9
+};
 
 class Random {
 public:

@@ -29,7 +29,7 @@ double arrivalDb(const Signal& signal, const Lnb& lnb, const SupplyState& supply
     const bool toneOff = signal.tone == ToneNeed::on && !supply.tone;
     const bool toneOn = signal.tone == ToneNeed::off && supply.tone;
     if (supply.ucVolt == 0 || toneOff || toneOn)
-        return -INFINITY;
+        return kNothingDb;
     const bool crossPolar = (signal.supply == SupplyNeed::volt11 && supply.ucVolt != 11) ||
                             (signal.supply == SupplyNeed::volt15 && supply.ucVolt != 15);
     return crossPolar ? -lnb.crossPolarDb : 0.0;
@@ -69,7 +69,7 @@ Reception receive(const Scene& scene, uint8_t ucInput, const SupplyState& supply
     };
 
     const Signal* wanted = nullptr;
-    double wantedDbuv = -INFINITY;
+    double wantedDbuv = kNothingDb;
     for (const Signal& signal : scene.signals) {
         if (signal.ucInput != ucInput || std::abs(signal.ifKhz() - tuned) > signal.bandwidthKhz * kPullIn)
             continue;
@@ -91,9 +91,11 @@ Reception receive(const Scene& scene, uint8_t ucInput, const SupplyState& supply
         rest += fromDb(noiseDbuv);
     }
     for (const Signal& signal : scene.signals) {
-        if (signal.ucInput == ucInput && &signal != wanted)
-            rest +=
-                fromDb(meterDbuv(signal)) * overlap(signal.ifKhz(), signal.bandwidthKhz, tuned, bandwidth);
+        if (signal.ucInput != ucInput || &signal == wanted)
+            continue;
+        const double part = overlap(signal.ifKhz(), signal.bandwidthKhz, tuned, bandwidth);
+        if (part > 0.0)
+            rest += fromDb(meterDbuv(signal)) * part;
     }
     return {.levelDbuv = toDb(carrier + rest), .cnDb = toDb(carrier / rest), .wanted = wanted};
 }

@@ -16,7 +16,7 @@ fail() {
 sorted() { LC_ALL=C sort; }
 
 exported=$(nm -D --defined-only "$library" | awk '{ print $3 }' | sorted)
-expected=$(grep -v '^#' "$names" | sorted)
+expected=$(grep -v -e '^#' -e '^$' "$names" | sorted)
 [ "$exported" = "$expected" ] || fail "exports
 $exported
 instead of

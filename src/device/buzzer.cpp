@@ -1,0 +1,110 @@
+// What the user hears and sees: the buzzer, its volume, the brightness of the display.
+#include "device/wire.h"
+#include "frame/call.h"
+#include "libvx63.h"
+
+using namespace vx63;
+
+static constexpr uint32_t kBuzzMax = 4;
+
+// The volume's rule: as judgeParameter, but 3 is a repeating pattern.
+static int32_t judgeVolume(uint8_t ucRet, Site at = Site())
+{
+    if (ucRet == 3) {
+        logLine(at, "buzzer repeating. vx63_err=%d", VX63_ERR_REPEAT);
+        return VX63_ERR_REPEAT;
+    }
+    return judgeParameter(ucRet, at);
+}
+
+// The buzzer's rule: as the volume's, but 4 is a sound of higher priority.
+static int32_t judgeBuzzer(uint8_t ucRet, Site at = Site())
+{
+    if (ucRet == 4) {
+        logLine(at, "buzzer priority busy. vx63_err=%d", VX63_ERR_PRIORITY);
+        return VX63_ERR_PRIORITY;
+    }
+    return judgeVolume(ucRet, at);
+}
+
+static constexpr Request kBuzzer = {
+    .ucDstId = PROC_ID_PBUZ, .usCmd = 0x0009, .ulTimeout = 10000, .commFailed = "PROC_ID_PBUZ"};
+
+int32_t vx63_buzzer(int32_t buzz, int32_t buzzMode)
+{
+    constexpr uint32_t kBuzzModeMax = 2;
+
+    logLine({}, "Start.");
+    if (static_cast<uint32_t>(buzz) > kBuzzMax) {
+        logLine({}, "arg error. buzz=%d", buzz);
+        return logEnd(VX63_ERR_ARG);
+    }
+    if (static_cast<uint32_t>(buzzMode) > kBuzzModeMax) {
+        logLine({}, "arg error. buzzMode=%d", buzzMode);
+        return logEnd(VX63_ERR_ARG);
+    }
+    logLine({}, "buzz=%d buzzMode=%d", buzz, buzzMode);
+    wire::BuzzerRequest reqData = {};
+    reqData.ucBuzz = static_cast<uint8_t>(buzz);
+    reqData.ucBuzzMode = static_cast<uint8_t>(buzzMode);
+
+    Response response;
+    int32_t vx63_err = exchange(kBuzzer, reqData, response);
+    if (vx63_err == VX63_OK) {
+        vx63_err = judgeBuzzer(response.ucRet());
+    }
+    return logEnd(vx63_err);
+}
+
+static constexpr Request kForceBuzzerVolume = {
+    .ucDstId = PROC_ID_PBUZ, .usCmd = 0x000A, .ulTimeout = 10000, .commFailed = "PROC_ID_PBUZ"};
+
+int32_t vx63_forceBuzzerVolume(int32_t buzz, int32_t buzzVol)
+{
+    constexpr uint32_t kBuzzVolMax = 3;
+
+    logLine({}, "Start.");
+    if (static_cast<uint32_t>(buzz) > kBuzzMax) {
+        logLine({}, "arg error. buzz=%d", buzz);
+        return logEnd(VX63_ERR_ARG);
+    }
+    if (static_cast<uint32_t>(buzzVol) > kBuzzVolMax) {
+        logLine({}, "arg error. buzzVol=%d", buzzVol);
+        return logEnd(VX63_ERR_ARG);
+    }
+    logLine({}, "buzz=%d buzzVol=%d", buzz, buzzVol);
+    wire::BuzzerVolumeRequest reqData = {};
+    reqData.ucBuzz = static_cast<uint8_t>(buzz);
+    reqData.ucBuzzVol = static_cast<uint8_t>(buzzVol);
+
+    Response response;
+    int32_t vx63_err = exchange(kForceBuzzerVolume, reqData, response);
+    if (vx63_err == VX63_OK) {
+        vx63_err = judgeVolume(response.ucRet());
+    }
+    return logEnd(vx63_err);
+}
+
+static constexpr Request kForceBrightness = {
+    .ucDstId = PROC_ID_PSYS, .usCmd = 0x000B, .ulTimeout = 10000, .commFailed = "PROC_ID_PSYS"};
+
+int32_t vx63_forceBrightness(int32_t brightness)
+{
+    constexpr uint32_t kBrightnessMax = 2;
+
+    logLine({}, "Start.");
+    if (static_cast<uint32_t>(brightness) > kBrightnessMax) {
+        logLine({}, "arg error. brightness=%d", brightness);
+        return logEnd(VX63_ERR_ARG);
+    }
+    logLine({}, "brightness=%d", brightness);
+    wire::ByteRequest reqData = {};
+    reqData.ucArg = static_cast<uint8_t>(brightness);
+
+    Response response;
+    int32_t vx63_err = exchange(kForceBrightness, reqData, response);
+    if (vx63_err == VX63_OK) {
+        vx63_err = judgeParameter(response.ucRet());
+    }
+    return logEnd(vx63_err);
+}

@@ -1,0 +1,101 @@
+// Constellation points of a running single measurement: start and stop of their collection, reading them.
+#include "meas/constellation.h"
+
+#include "frame/call.h"
+#include "meas/single.h"
+#include "meas/wire.h"
+
+#include <algorithm>
+#include <cstring>
+
+using namespace vx63;
+
+static_assert(sizeof(ConstaPoint) == 2);
+static_assert(offsetof(ConstaPoint, I) == 0);
+static_assert(offsetof(ConstaPoint, Q) == 1);
+
+// Start and stop share a command; the body tells them apart.
+static constexpr Request kConstaMeas = {
+    .ucDstId = PROC_ID_PMEAS, .usCmd = 0x0105, .ulTimeout = 10000, .commFailed = "subcpu"};
+
+int32_t vx63_startConstaMeas(uint8_t ucDispType, int32_t collectNum)
+{
+    logLine({}, "Start.");
+    if (collectNum != 1000 && collectNum != 2000 && collectNum != 4000) { // intended: no 3000
+        logLine({}, "arg error. collectNum=%d", collectNum);
+        return logEnd(VX63_ERR_ARG);
+    }
+    wire::StartConstaRequest reqData = {};
+    reqData.ucDispType = ucDispType;
+    reqData.ucStartStop = wire::kStart;
+    reqData.collectNum = static_cast<uint16_t>(collectNum);
+    logLine({}, "reqData.ucDispType=%u", reqData.ucDispType);
+    logLine({}, "collectNum=%d", collectNum);
+
+    Response response;
+    int32_t vx63_err = exchange(kConstaMeas, reqData, response);
+    if (vx63_err == VX63_OK) {
+        vx63_err = judgeMeas(response.ucRet());
+    }
+    return logEnd(vx63_err);
+}
+
+int32_t vx63_stopConstaMeas(uint8_t ucDispType)
+{
+    logLine({}, "Start.");
+    wire::StartConstaRequest reqData = {};
+    reqData.ucDispType = ucDispType;
+    reqData.ucStartStop = wire::kStop;
+    logLine({}, "reqData.ucDispType=%u", reqData.ucDispType);
+
+    Response response;
+    int32_t vx63_err = exchange(kConstaMeas, reqData, response);
+    if (vx63_err == VX63_OK) {
+        vx63_err = judgeMeas(response.ucRet());
+    }
+    return logEnd(vx63_err);
+}
+
+// The thread's own, to spare its stack.
+static constinit thread_local wire::ConstaRequest s_reqDataConsta = {};
+static constinit thread_local Response s_rspDataConsta;
+
+static constexpr Request kConstaResult = {
+    .ucDstId = PROC_ID_PMEAS, .usCmd = 0x0106, .ulTimeout = 10000, .commFailed = "subcpu"};
+
+int32_t vx63::readConstellation(uint16_t usReadCount, SingleMeasResult& result, Site at)
+{
+    s_reqDataConsta.usReadCount = usReadCount;
+    logLine(at, "usReadCount=%d", usReadCount);
+
+    // What the response does not carry is zero, never a rest of the one before.
+    Response& response = s_rspDataConsta;
+    memset(response.bytes, 0, sizeof response.bytes);
+    int32_t vx63_err = exchange(kConstaResult, s_reqDataConsta, response, at);
+    if (vx63_err != VX63_OK) {
+        return vx63_err;
+    }
+    logLine(at, "s_rspDataConsta.ucRet=%u", response.ucRet());
+    vx63_err = judgeMeasResult(response.ucRet(), at);
+    if (vx63_err != VX63_OK) {
+        return vx63_err;
+    }
+
+    storeValues(response.as<wire::SingleResultResponse>(), result);
+    const auto rspData = response.as<wire::ConstaResponse>();
+    // Intended: the count is taken as it came, whatever was asked for, collected or carried.
+    result.CONS_NUM = rspData.CONS_NUM;
+    const uint32_t points = std::min<uint32_t>(result.CONS_NUM, VX63_CONSTA_POINTS_MAX);
+    const uint32_t carried = std::min(points, wire::kConstaPoints);
+    memcpy(result.points, rspData.points, carried * sizeof(ConstaPoint));
+    memset(result.points + carried, 0, (points - carried) * sizeof(ConstaPoint));
+
+    logLine(at,
+            "lock=%02X stat=%04X mesCond=%04X bdSys=%04X LEVEL=%u CNR=%u BER_TOTAL=%u BER_ERR=%u "
+            "TSID=%04X GI=%u LAYER=%02X MOD=%04X CONS_NUM=%d",
+            result.lock, result.stat, result.mesCond, result.bdSys, result.LEVEL, result.CNR,
+            result.BER_TOTAL, result.BER_ERR, result.TSID, result.GI, result.LAYER, result.MOD,
+            result.CONS_NUM);
+    logDump("consta data", reinterpret_cast<const uint8_t*>(result.points), points * sizeof(ConstaPoint), at);
+    return VX63_OK;
+}

@@ -1,0 +1,122 @@
+// Makes factory contents at compile time: rows of cells, as they would stand in a CSV file, are packed into
+// records as their columns say. A cell that its column cannot hold does not compile.
+#pragma once
+
+#include "setfile/columns.h"
+
+#include <array>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace vx63 {
+
+// A whole file: records of kRecordSize bytes.
+template <size_t kRows, size_t kRecordSize>
+using Records = std::array<std::array<uint8_t, kRecordSize>, kRows>;
+
+// A text cell, composed piece by piece.
+class Text {
+public:
+    constexpr Text() = default;
+    constexpr Text(std::string_view text) { *this += text; }
+    constexpr Text& operator+=(std::string_view text)
+    {
+        for (const char letter : text) {
+            m_letters.at(m_length++) = letter;
+        }
+        return *this;
+    }
+    constexpr std::string_view view() const { return {m_letters.data(), m_length}; }
+
+private:
+    std::array<char, 16> m_letters = {};
+    size_t m_length = 0;
+};
+
+// A prefix and a number, filled up with zeros to so many digits.
+consteval Text numbered(std::string_view prefix, uint32_t number, uint32_t digits = 1)
+{
+    uint32_t power = 1;
+    for (uint32_t i = 1; i < digits || number / power >= 10; ++i) {
+        power *= 10;
+    }
+    Text text(prefix);
+    for (; power != 0; power /= 10) {
+        const char digit = static_cast<char>('0' + number / power % 10);
+        text += std::string_view(&digit, 1);
+    }
+    return text;
+}
+
+// A cell of a CSV file: a number or a text.
+class Cell {
+public:
+    constexpr Cell() = default;
+    constexpr Cell(std::integral auto number) : m_number(number) {}
+    constexpr Cell(const char* text) : m_isText(true), m_text(text) {}
+    constexpr Cell(const Text& text) : m_isText(true), m_text(text) {}
+
+    constexpr bool fits(const Column& column) const
+    {
+        if (column.type == kText) {
+            return m_isText && m_text.view().size() < column.width;
+        }
+        const int64_t values = int64_t{1} << (8 * column.width);
+        return !m_isText && (column.type == kSigned ? -values / 2 <= m_number && m_number < values / 2
+                                                    : 0 <= m_number && m_number < values);
+    }
+
+    // Fills the field of a record that is zero so far.
+    constexpr void store(uint8_t* field, const Column& column) const
+    {
+        if (column.type == kText) {
+            for (const char letter : m_text.view()) {
+                *field++ = static_cast<uint8_t>(letter);
+            }
+        } else {
+            for (uint32_t i = 0; i < column.width; ++i) { // little-endian
+                field[i] = static_cast<uint8_t>(static_cast<uint64_t>(m_number) >> (8 * i));
+            }
+        }
+    }
+
+private:
+    int64_t m_number = 0;
+    bool m_isText = false;
+    Text m_text;
+};
+
+// Not defined: what calls it while it compiles, does not compile.
+void cellDoesNotFitItsColumn();
+void recordsAreMissing();
+
+// One record from its cells.
+template <const auto& kColumns, size_t kRecordSize>
+consteval std::array<uint8_t, kRecordSize> record(const Cell (&cells)[std::size(kColumns)])
+{
+    std::array<uint8_t, kRecordSize> bytes = {};
+    size_t i = 0;
+    for (const Column& column : kColumns) {
+        const Cell& cell = cells[i++];
+        if (!cell.fits(column)) {
+            cellDoesNotFitItsColumn();
+        }
+        cell.store(&bytes.at(column.offset), column);
+    }
+    return bytes;
+}
+
+// A whole file from its rows.
+template <const auto& kColumns, size_t kRecordSize, size_t kRows>
+consteval Records<kRows, kRecordSize> records(const Cell (&rows)[kRows][std::size(kColumns)])
+{
+    Records<kRows, kRecordSize> file = {};
+    for (size_t i = 0; i < kRows; ++i) {
+        file[i] = record<kColumns, kRecordSize>(rows[i]);
+    }
+    return file;
+}
+
+} // namespace vx63

@@ -1,0 +1,323 @@
+// Calls the operations of libvx63.so as it is told on standard input, and tells what came of it.
+//
+//   init ID         vx63_init(ID)                                      -> {"result": R}
+//   call NAME       the operation of that name, with arguments that    -> see call()
+//                   a meter accepts and a record full of kFill
+//   call NAME over N   the same, and the Nth wait for an answer is over at once
+//   await ID        waits until a message lies in the queue of ID      -> {"result": 0}
+//   drain ID        takes all messages out of that queue               -> {"messages": HOW MANY}
+//
+// It stands between the library and its queues: what was sent and received is told as well, and a time-out
+// costs no time.
+#include "libvx63.h"
+#include "lmsg.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <mqueue.h>
+#include <nlohmann/json.hpp>
+#include <numeric>
+#include <poll.h>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+using nlohmann::json;
+
+namespace {
+
+constexpr uint8_t kFill = 0xA5;
+constexpr size_t kGuard = 64;    // bytes behind a record that no one may write
+constexpr int kHangMs = 300'000; // longer than anything takes
+
+std::string hex(const void* data, size_t size)
+{
+    static constexpr char kDigits[] = "0123456789abcdef";
+    std::string text;
+    for (size_t i = 0; i < size; ++i) {
+        const uint8_t byte = static_cast<const uint8_t*>(data)[i];
+        text += kDigits[byte >> 4];
+        text += kDigits[byte & 15];
+    }
+    return text;
+}
+
+// ---- between the library and its queues ----
+
+struct Watch {
+    bool on = false;
+    int over = 0; // the wait for an answer that is over at once; 0 none
+    int waits = 0;
+    json messages = json::array();
+} s_watch;
+
+template <class Function>
+Function* platform(const char* name)
+{
+    void* const found = dlsym(RTLD_NEXT, name);
+    if (found == nullptr) {
+        std::cerr << "matrix_caller: " << name << ": " << dlerror() << "\n";
+        std::exit(1);
+    }
+    return reinterpret_cast<Function*>(found);
+}
+
+} // namespace
+
+extern "C" int32_t lmsg_tsndMq(uint8_t ucQueId, const void* pMsg, uint32_t ulLen, uint32_t ulTimeout)
+{
+    static auto* const send = platform<decltype(lmsg_tsndMq)>("lmsg_tsndMq");
+    const int32_t result = send(ucQueId, pMsg, ulLen, ulTimeout);
+    if (s_watch.on)
+        s_watch.messages.push_back(
+            {{"sent", hex(pMsg, ulLen)}, {"queue", ucQueId}, {"timeout", ulTimeout}, {"result", result}});
+    return result;
+}
+
+extern "C" int32_t lmsg_trcvMq(uint8_t ucQueId, void* pMsg, uint32_t ulLen, uint32_t* pulMsgLen,
+                               uint32_t ulTimeout)
+{
+    static auto* const receive = platform<decltype(lmsg_trcvMq)>("lmsg_trcvMq");
+    if (!s_watch.on)
+        return receive(ucQueId, pMsg, ulLen, pulMsgLen, ulTimeout);
+
+    uint32_t length = 0;
+    const int32_t result = ++s_watch.waits == s_watch.over
+                               ? static_cast<int32_t>(LMSG_ERR_TIMEOUT)
+                               : receive(ucQueId, pMsg, ulLen, &length, ulTimeout);
+    s_watch.messages.push_back(
+        {{"received", hex(pMsg, length)}, {"queue", ucQueId}, {"timeout", ulTimeout}, {"result", result}});
+    if (result == LMSG_OK && pulMsgLen != nullptr)
+        *pulMsgLen = length;
+    return result;
+}
+
+namespace {
+
+// ---- the operations ----
+
+constexpr int16_t kChannels = 41; // two parts
+
+MeasCondition condition()
+{
+    MeasCondition terrestrial{};
+    terrestrial.ulFreq = 557143;
+    std::memcpy(terrestrial.ucStrChan, "27      ", sizeof terrestrial.ucStrChan);
+    return terrestrial;
+}
+
+const MeasCondition kCondition = condition();
+
+const MultiMeasReg* channels()
+{
+    alignas(MultiMeasReg) static uint8_t memory[sizeof(MultiMeasReg) + kChannels * sizeof(MeasCondition)];
+    for (size_t i = 0; i < kChannels; ++i)
+        std::memcpy(memory + sizeof(MultiMeasReg) + i * sizeof kCondition, &kCondition, sizeof kCondition);
+    std::memcpy(memory, &kChannels, sizeof kChannels);
+    return reinterpret_cast<const MultiMeasReg*>(memory);
+}
+
+// Version 2.0 of the main program, 1 MiB.
+std::array<uint8_t, 32> updateRequest()
+{
+    std::array<uint8_t, 32> bytes = {'V', 'X', 'U', 'P', 2, 0, 0, 0, '2', '.', '0'};
+    bytes[26] = 0x10;
+    const auto sum = static_cast<uint16_t>(std::accumulate(bytes.begin(), bytes.end(), 0));
+    bytes[28] = static_cast<uint8_t>(sum);
+    bytes[29] = static_cast<uint8_t>(sum >> 8);
+    return bytes;
+}
+
+const std::array<uint8_t, 32> kUpdate = updateRequest();
+const uint8_t kAddInfo[32] = {1, 2, 3};
+
+struct Operation {
+    size_t size; // of its record
+    int32_t (*call)(void* record);
+};
+
+// An operation without a record.
+template <auto kFunction, auto... kArguments>
+Operation plain()
+{
+    return {0, [](void*) { return kFunction(kArguments...); }};
+}
+
+// One whose only argument is its record.
+template <class Record, int32_t (*kFunction)(Record*)>
+Operation getter()
+{
+    return {sizeof(Record), [](void* record) { return kFunction(static_cast<Record*>(record)); }};
+}
+
+const std::map<std::string, Operation> kOperations = {
+    {"vx63_ntfUpdateFile", plain<vx63_ntfUpdateFile, 0u>()},
+    {"vx63_ntfUpdateFileIdx", plain<vx63_ntfUpdateFileIdx, 0u, 0u>()},
+
+    {"vx63_setMeasInput", plain<vx63_setMeasInput, 0>()},
+    {"vx63_reqPowerSupply", plain<vx63_reqPowerSupply, 1>()},
+    {"vx63_getMeasStatus", getter<MeasStatus, vx63_getMeasStatus>()},
+    {"vx63_getPowerSupplyInfo", getter<PowerSupplyInfo, vx63_getPowerSupplyInfo>()},
+    {"vx63_setPowerSupplyMultiMeasMixBand", plain<vx63_setPowerSupplyMultiMeasMixBand, uint8_t{1}>()},
+
+    {"vx63_startSingleMeas", {0, [](void*) { return vx63_startSingleMeas(0, &kCondition); }}},
+    {"vx63_stopSingleMeas", plain<vx63_stopSingleMeas, uint8_t{0}>()},
+    {"vx63_getSingleMeasResult",
+     {sizeof(SingleMeasResult),
+      [](void* record) { return vx63_getSingleMeasResult(0, static_cast<SingleMeasResult*>(record)); }}},
+    {"vx63_getSingleMeasResult(624)",
+     {sizeof(SingleMeasResult),
+      [](void* record) { return vx63_getSingleMeasResult(624, static_cast<SingleMeasResult*>(record)); }}},
+    {"vx63_startConstaMeas", plain<vx63_startConstaMeas, uint8_t{0}, 1000>()},
+    {"vx63_stopConstaMeas", plain<vx63_stopConstaMeas, uint8_t{0}>()},
+    {"vx63_startDlyPrfMeas", {0, [](void*) { return vx63_startDlyPrfMeas(0, &kCondition); }}},
+    {"vx63_stopDlyPrfMeas", plain<vx63_stopDlyPrfMeas, uint8_t{0}>()},
+    {"vx63_getDlyPrfResult", getter<DlyPrfResult, vx63_getDlyPrfResult>()},
+    {"vx63_startMultiMeas", {0, [](void*) { return vx63_startMultiMeas(0, channels()); }}},
+    {"vx63_stopMultiMeas", plain<vx63_stopMultiMeas, uint8_t{0}>()},
+    {"vx63_getMultiMeasResult",
+     {sizeof(MultiMeasResult),
+      [](void* record) { return vx63_getMultiMeasResult(0, static_cast<MultiMeasResult*>(record)); }}},
+    {"vx63_startMultiChPrioMeas", {0, [](void*) { return vx63_startMultiChPrioMeas(0, &kCondition); }}},
+    {"vx63_stopMultiChPrioMeas", plain<vx63_stopMultiChPrioMeas, uint8_t{0}>()},
+    {"vx63_getMultiChPrioMeas", getter<SingleMeasResult, vx63_getMultiChPrioMeas>()},
+    {"vx63_startScan", {0, [](void*) { return vx63_startScan(0, channels()); }}},
+    {"vx63_stopScan", plain<vx63_stopScan, uint8_t{0}>()},
+    {"vx63_getScanResult",
+     {sizeof(MultiMeasResult),
+      [](void* record) { return vx63_getScanResult(0, static_cast<MultiMeasResult*>(record)); }}},
+    {"vx63_startOptMeas", plain<vx63_startOptMeas, 1550u>()},
+    {"vx63_stopOptMeas", plain<vx63_stopOptMeas>()},
+    {"vx63_getOptMeasResult", getter<int32_t, vx63_getOptMeasResult>()},
+    {"vx63_startDcMeas", plain<vx63_startDcMeas>()},
+    {"vx63_stopDcMeas", plain<vx63_stopDcMeas>()},
+    {"vx63_getDcMeasResult", getter<uint32_t, vx63_getDcMeasResult>()},
+    {"vx63_startAngleMeas", plain<vx63_startAngleMeas>()},
+    {"vx63_stopAngleMeas", plain<vx63_stopAngleMeas>()},
+    {"vx63_startAngleCal", plain<vx63_startAngleCal>()},
+    {"vx63_getAngleCalStat", getter<AngleCalStat, vx63_getAngleCalStat>()},
+    {"vx63_getAngleCalInfoDetail", getter<AngleCalInfoDetail, vx63_getAngleCalInfoDetail>()},
+
+    {"vx63_getProductInfo", getter<ProductInfo, vx63_getProductInfo>()},
+    {"vx63_getFailinfo", getter<FailInfo, vx63_getFailinfo>()},
+    {"vx63_getKeyStatus", getter<KeyStatus, vx63_getKeyStatus>()},
+    {"vx63_getDeviceStatus", getter<DeviceStatus, vx63_getDeviceStatus>()},
+    {"vx63_setFailStat", {0, [](void*) { return vx63_setFailStat(0x1234, 1, kAddInfo); }}},
+    {"vx63_reboot", plain<vx63_reboot>()},
+    {"vx63_shutdown", plain<vx63_shutdown>()},
+    {"vx63_standby(0)", plain<vx63_standby, uint8_t{0}>()},
+    {"vx63_standby(1)", plain<vx63_standby, uint8_t{1}>()},
+    {"vx63_wakeup(0)", plain<vx63_wakeup, uint8_t{0}>()},
+    {"vx63_wakeup(1)", plain<vx63_wakeup, uint8_t{1}>()},
+    {"vx63_force_standby", plain<vx63_force_standby>()},
+    {"vx63_force_wakeup", plain<vx63_force_wakeup>()},
+    {"vx63_getStandbyStat", getter<uint32_t, vx63_getStandbyStat>()},
+    {"vx63_calibration", plain<vx63_calibration, uint8_t{0}>()},
+    {"vx63_ntfLowBattStatChg", plain<vx63_ntfLowBattStatChg, uint8_t{0}>()},
+    {"vx63_initFactoryDefault", plain<vx63_initFactoryDefault>()},
+    {"vx63_setDeveloperMode", plain<vx63_setDeveloperMode, uint8_t{1}>()},
+    {"vx63_prgUpdate", {0, [](void*) { return vx63_prgUpdate(kUpdate.data()); }}},
+
+    {"vx63_buzzer", plain<vx63_buzzer, 0, 0>()},
+    {"vx63_forceBuzzerVolume", plain<vx63_forceBuzzerVolume, 1, 1>()},
+    {"vx63_forceBrightness", plain<vx63_forceBrightness, 1>()},
+};
+
+// ---- orders ----
+
+std::vector<std::string> linesOf(const char* path)
+{
+    std::ifstream file(path);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+// "record" is null when not a byte of it was written.
+json call(std::istream& words)
+{
+    static constexpr char kLog[] = "/var/log/libvx63.cpp.txt";
+    static constexpr char kKeyLog[] = "/var/log/libvx63_key.txt";
+    std::string name, over;
+    words >> name >> over;
+    s_watch = {};
+    if (over == "over")
+        words >> s_watch.over;
+    const Operation& operation = kOperations.at(name);
+    unlink(kLog);
+    unlink(kKeyLog);
+    std::vector<uint8_t> memory(operation.size + kGuard, kFill);
+    const auto guard = memory.begin() + static_cast<std::ptrdiff_t>(operation.size);
+    const auto isUntouched = [](uint8_t byte) { return byte == kFill; };
+
+    s_watch.on = true;
+    const int32_t result = operation.call(memory.data());
+    s_watch.on = false;
+
+    json record;
+    if (!std::all_of(memory.begin(), guard, isUntouched))
+        record = hex(memory.data(), operation.size);
+    return {{"result", result},
+            {"record", record},
+            {"guard", std::all_of(guard, memory.end(), isUntouched)},
+            {"messages", s_watch.messages},
+            {"log", linesOf(kLog)},
+            {"keys", linesOf(kKeyLog)}};
+}
+
+json await(unsigned queue)
+{
+    const std::string name = "/vx63." + std::to_string(queue);
+    const mqd_t descriptor = mq_open(name.c_str(), O_RDONLY | O_NONBLOCK);
+    pollfd ready{descriptor, POLLIN, 0};
+    const int result = descriptor < 0 ? -1 : poll(&ready, 1, kHangMs);
+    mq_close(descriptor);
+    return {{"result", result == 1 ? 0 : -1}};
+}
+
+json drain(unsigned queue)
+{
+    int messages = 0;
+    uint8_t message[LMSG_SIZE_MAX];
+    while (lmsg_trcvMq(static_cast<uint8_t>(queue), message, sizeof message, nullptr, 0) == LMSG_OK)
+        ++messages;
+    return {{"messages", messages}};
+}
+
+} // namespace
+
+int main()
+{
+    for (std::string line; std::getline(std::cin, line);) {
+        std::istringstream words(line);
+        std::string what;
+        words >> what;
+        json answer;
+        if (what == "call") {
+            answer = call(words);
+        } else {
+            int id = 0;
+            words >> id;
+            if (what == "init") {
+                answer = {{"result", vx63_init(id)}};
+                drain(static_cast<unsigned>(id)); // from now on there is a queue, as if it had been waited on
+            } else if (what == "await")
+                answer = await(static_cast<unsigned>(id));
+            else if (what == "drain")
+                answer = drain(static_cast<unsigned>(id));
+            else
+                return 64;
+        }
+        // Texts that a fault has spoiled need not be UTF-8.
+        std::cout << answer.dump(-1, ' ', true, json::error_handler_t::replace) << std::endl;
+    }
+    return 0;
+}

@@ -1,0 +1,209 @@
+"""vx63 doctor: the right service and the right kind, or nothing claimed."""
+
+import json
+import shutil
+
+import pytest
+
+from tool_support import SOURCE, VX63, Terminal, environment, isolation, meter, run  # noqa: F401 (fixtures)
+
+SERVICES = ["sys", "dev", "key", "buz", "meas"]
+
+
+def diagnose(meter, fault=(), before="true", doctor="$VX63 doctor --json"):
+    """The exit code, what stands on stderr, and the report."""
+    result = meter.shell(f"{before}; {doctor}", fault=fault)
+    return result.returncode, result.stderr, json.loads(result.stdout)
+
+
+def wrong(report):
+    return {check["subject"]: check["kind"] for check in report["checks"] if check["health"] == "wrong"}
+
+
+def test_healthy(meter):
+    result = meter.vx63("doctor")
+    assert (result.returncode, result.stderr) == (0, "")
+    lines = result.stdout.splitlines()
+    assert [line.split("  ")[0] for line in lines[:9]] == [
+        "Message queues", "System service", "Device service", "Key service", "Buzzer service", "Measurement service",
+        "Log", "Settings folders", "Settings files"]
+    assert lines[7:] == ["Settings folders     ok     10 readable", "Settings files       ok     44 well formed", "",
+                         "Nothing wrong was found."]
+    assert all(len(line) <= 80 for line in lines)
+
+
+def test_healthy_as_json(meter):
+    code, error, report = diagnose(meter)
+    assert (code, error, report["healthy"], report["first_wrong"], wrong(report)) == (0, "", True, None, {})
+    checks = report["checks"]
+    assert [check["subject"] for check in checks if check["step"] == "services"] == SERVICES
+    assert all(isinstance(check["ms"], float) for check in checks if check["step"] == "services")
+    assert [check["step"] for check in checks if check["step"] != "files"] == (
+        ["queues"] + ["services"] * 5 + ["log"] + ["folders"] * 10)
+
+
+def test_nothing_is_changed(meter):
+    """What it asks may be asked of any meter at any time."""
+    diagnose(meter)
+    assert [name for name, _ in meter.requests()] == [
+        "product", "device-status", "key-status", "buzzer", "meas-status", "product"]
+
+
+# What can be seen of each fault through the library. None: nothing.
+SEEN = {
+    "twice": dict.fromkeys(SERVICES, "unexpected-answer"),
+    "refuse": dict.fromkeys(SERVICES, "refused"),
+    "ret": {"sys": "senseless-answer", "dev": None, "key": None, "buz": "failure-result", "meas": "failure-result"},
+    "wrong": dict.fromkeys(SERVICES, "wrong-command"),
+    "stray": dict.fromkeys(SERVICES, "stray-request"),
+    "cut": {"sys": "empty-answer", "dev": "empty-answer", "key": None, "buz": None, "meas": None},
+    "oversized": dict.fromkeys(SERVICES),
+    "garbage": {"sys": "senseless-answer", "dev": "senseless-answer", "key": "senseless-answer",
+                "buz": "failure-result", "meas": "failure-result"},
+}
+
+
+@pytest.mark.parametrize("service", SERVICES)
+@pytest.mark.parametrize("kind", SEEN)
+def test_fault(meter, kind, service):
+    code, error, report = diagnose(meter, f"{service}={kind}")
+    expected = SEEN[kind][service]
+    if expected is None:
+        assert (code, error, wrong(report)) == (0, "", {})
+    else:
+        assert (code, wrong(report)) == (5, {service: expected})
+        first = report["first_wrong"]
+        assert (first["subject"], first["kind"]) == (service, expected)
+        assert first["text"] in error and first["remedy"] in error and error.count("\n") == 1
+
+
+@pytest.mark.parametrize("service", SERVICES)
+def test_wrong_command_once(meter, service):
+    code, _, report = diagnose(meter, f"{service}:1=wrong")
+    assert (code, wrong(report)) == (5, {service: "unexpected-answer"})
+
+
+@pytest.mark.parametrize("service", SERVICES)
+def test_late(meter, service):
+    code, error, report = diagnose(meter, f"{service}=late")
+    assert (code, error, wrong(report)) == (0, "", {})
+    slow = {check["subject"] for check in report["checks"] if check["kind"] == "slow"}
+    assert service in slow
+
+
+@pytest.mark.parametrize("fault, service", [("sys=silence", "sys"), ("meas=die,10", "meas")])
+def test_no_answer(meter, fault, service):
+    """Each takes the library's time-out of 10 seconds."""
+    code, error, report = diagnose(meter, fault)
+    assert (code, wrong(report)) == (5, {service: "no-answer"})
+    assert "does not answer in time" in error
+
+
+def test_answer_after_the_time_out(meter):
+    """Takes the library's time-out: the key service keeps the doctor until the answer of the other has come."""
+    code, _, report = diagnose(meter, ["sys=late,10500", "dev=late,2000"])
+    assert (code, wrong(report)) == (5, {"sys": "late-answer"})
+
+
+def test_waiting_is_told_on_a_terminal(meter):
+    terminal = Terminal(*meter.command(VX63, "doctor", fault="key=late,1000"))
+    terminal.wait_for("Waiting for the Key service (10 s at most)")
+    assert terminal.finish() == 0
+
+
+def test_answer_to_somebody_who_was_killed(meter):
+    script = ("$VX63 info > \"$DIR/out\" & until grep -qs product \"$DIR/trace.jsonl\"; do :; done; "
+              "kill -9 $!; wait $! 2> /dev/null")
+    code, _, report = diagnose(meter, "sys/product:1=late,500", before=script)
+    assert code in (0, 5)  # the answer may come before or after the doctor
+    assert set(wrong(report).items()) <= {("sys", "unexpected-answer")}
+
+
+# ---- log ----
+
+LOG = "/var/log/libvx63.cpp.txt"
+
+
+@pytest.mark.parametrize("make, kind, text", [
+    (f"rm -f {LOG}; mkdir {LOG}", "no-file", "it is no file"),
+    (f"rm -f {LOG}; mkfifo {LOG}", "no-file", "it is no file"),
+    (f"rm -f {LOG}; ln -s /nowhere/log {LOG}", "unwritable", "it cannot be made: No such file or directory"),
+])
+def test_log_that_cannot_be_written(meter, make, kind, text):
+    code, error, report = diagnose(meter, before=make)
+    assert (code, wrong(report)) == (5, {LOG: kind})
+    assert error.startswith(f"vx63: {LOG}: {text}")
+
+
+@pytest.mark.parametrize("kind", ["twice", "refuse", "wrong", "stray"])
+def test_without_a_log_nobody_is_blamed(meter, kind):
+    code, _, report = diagnose(meter, f"key={kind}", before=f"mkdir {LOG}")
+    assert (code, wrong(report)) == (5, {LOG: "no-file"})
+    assert any(check["kind"] == "unknown" for check in report["checks"])
+
+
+def within(options, doctor="doctor --json"):
+    """The doctor in surroundings of its own inside the meter's."""
+    return f"bwrap --dev-bind / / {options} $VX63 {doctor}"
+
+
+needs_bwrap = pytest.mark.skipif(not shutil.which("bwrap"), reason="needs bubblewrap")
+
+
+@needs_bwrap
+def test_full_disk(meter, isolation):
+    if isolation:
+        pytest.skip("needs namespaces")
+    filled = "--size 8192 --tmpfs /var/log sh -c 'head -c 9000 /dev/zero > /var/log/filler 2> /dev/null; $VX63 doctor --json'"
+    code, _, report = diagnose(meter, doctor=f"bwrap --dev-bind / / {filled}")
+    assert (code, wrong(report)) == (5, {LOG: "disk-full"})
+
+
+# ---- settings ----
+
+ROOT = "/usr/local/bin"
+
+
+@needs_bwrap
+def test_removed_folders(meter, isolation):
+    if isolation:
+        pytest.skip("needs namespaces")
+    code, error, report = diagnose(meter, doctor=within(f"--tmpfs {ROOT}"))
+    assert code == 5
+    assert wrong(report) == {f"{ROOT}/{name}": "missing"
+                             for name in ["sys_set", "meas_set", "ch_set", "pmeas_set", "user_set", "logger_set"]}
+    assert error == (f"vx63: {ROOT}/sys_set: No such file or directory: make the folder, then restore its files\n")
+
+
+@pytest.mark.parametrize("break_it, lsys_err", [
+    ("echo 9.9.9 > {}", -5), (": > {}", -11), ("sed -i '$s/,.*//' {}", -6), ("sed -i '$s/[0-9]*$/x/' {}", -7),
+    ("sed -i '$s/[0-9]*$/4294967296/' {}", -8), ("sed -n '3p' {} >> {}", -12), ("truncate -s -1 {}", -11),
+    ("rm {}; mkdir {}", -4),
+])
+def test_broken_file(meter, break_it, lsys_err):
+    path = f"{ROOT}/ch_set/channel_setting_file_lte.csv"
+    code, error, report = diagnose(meter, before=break_it.replace("{}", path))
+    assert (code, wrong(report)) == (5, {path: "broken"})
+    assert f"(lsys_err={lsys_err})" in error
+
+
+def test_files_that_are_missing_are_no_fault(meter):
+    result = meter.shell(f"rm {ROOT}/sys_set/*.csv {ROOT}/user_set/*.csv; $VX63 doctor")
+    assert (result.returncode, result.stderr) == (0, "")
+    assert "  sys_set/system_setting_file_volume.csv" in result.stdout
+    assert "note   missing: the factory contents hold" in result.stdout
+    assert "note   missing: no set is listed" in result.stdout
+
+
+def test_broken_set(meter):
+    path = f"{ROOT}/logger_set_usb2/MY SET.csv"
+    code, _, report = diagnose(meter, before=f"echo 1.0.0 > '{path}'")
+    assert (code, wrong(report)) == (5, {path: "broken"})
+
+
+def test_first_of_several(meter):
+    """Services stand before the log, the log before the settings."""
+    code, error, report = diagnose(meter, "key=refuse", before=f": > {ROOT}/ch_set/channel_setting_file_lte.csv")
+    assert code == 5
+    assert len(wrong(report)) == 2
+    assert error.startswith("vx63: Key service: refuses the request (usOptOrRet=0001): ")

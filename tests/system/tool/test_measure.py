@@ -1,0 +1,230 @@
+"""vx63 measure single."""
+
+import json
+import re
+import signal
+
+import pytest
+
+from tool_support import START, STOP, VX63, Terminal, isolation, meter, until  # noqa: F401 (fixtures)
+
+CHANNEL = ("measure", "single", "--freq", "557143")
+TOO_WEAK = ("measure", "single", "--freq", "575143")  # present, but too weak to lock
+
+
+def test_reading_as_text(meter):
+    result = meter.vx63(*CHANNEL)
+    assert result.returncode == 0
+    assert result.stderr == ""
+    assert re.fullmatch(
+        r"Frequency       557143 kHz\n"
+        r"System          terrestrial\n"
+        r"Lock            yes\n"
+        r"Level           6\d\.\d dBuV\n"
+        r"C/N             3\d\.\d dB\n"
+        r"Bit error rate  (< )?\d\.\de-\d\d\n"
+        r"Errors/bits     \d+/\d+\n"
+        r"Modulation      OFDM\n"
+        r"Guard interval  1/8\n"
+        r"TSID            0x7FE0\n"
+        r"Layer           3\n", result.stdout)
+    requests = meter.requests()
+    assert requests[0] == START and requests[-1] == STOP
+    assert {name for name, _ in requests[1:-1]} == {"single-result"}
+
+
+def test_reading_as_json(meter):
+    result = meter.vx63(*CHANNEL, "--json")
+    assert (result.returncode, result.stderr) == (0, "")
+    assert result.stdout.count("\n") == 1
+    reading = json.loads(result.stdout)
+    assert list(reading) == [
+        "time", "frequency_khz", "locked", "level_dbuv", "cnr_db", "ber", "ber_errors", "ber_bits", "system",
+        "modulation", "guard_interval", "tsid", "layer", "lock_code", "status_code", "condition_code",
+        "system_code", "modulation_code", "guard_interval_code"]
+    assert reading["frequency_khz"] == 557143
+    assert reading["locked"] is True
+    assert 60 < reading["level_dbuv"] < 70
+    assert 30 < reading["cnr_db"] < 40
+    assert reading["ber"] == reading["ber_errors"] / reading["ber_bits"]
+    assert (reading["system"], reading["modulation"], reading["guard_interval"]) == ("terrestrial", "OFDM", "1/8")
+    assert (reading["tsid"], reading["layer"], reading["modulation_code"]) == (0x7FE0, 3, 1)
+
+
+def test_options_reach_the_meter(meter):
+    result = meter.vx63("measure", "single", "--freq", "11727480", "--lo", "0xA2EE10", "--system", "Satellite",
+                        "--band", "2", "--mod", "8psk", "--condition", "0x8001", "--channel", "BS-1\u00e4\u00f6",
+                        "--supply", "4", "--input", "0", "--disp-type", "200", "--json")
+    assert (result.returncode, result.stderr) == (0, "")
+    assert json.loads(result.stdout)["guard_interval"] is None
+    sent = [message for message in meter.messages() if message["kind"] == "request"]
+    assert sent[0]["command"] == "set-input"
+    assert sent[1]["body"] == (
+        "c8000000" "01000000" "78f2b200" "10eea200" "0100" "0200" "1000" "0180" "42532d31c3a4c3b6" "00020100" "00000000")
+    assert sent[-1]["body"] == "c8" + "00" * 39
+
+
+def test_count_prints_a_table(meter):
+    result = meter.vx63(*CHANNEL, "--count", "3", "--interval", "0")
+    assert (result.returncode, result.stderr) == (0, "")
+    header, *rows = result.stdout.splitlines()
+    assert header == "Time       dBuV C/N dB        BER Lock"
+    assert len(rows) == 3
+    for row in rows:
+        assert re.fullmatch(r"\d\d:\d\d:\d\d +6\d\.\d +3\d\.\d +(< )?\d\.\de-\d\d +yes", row)
+        assert len(row) == len(header) <= 40
+    assert meter.requests().count(START) == meter.requests().count(STOP) == 1
+
+
+def test_count_with_json_prints_an_object_a_line(meter):
+    result = meter.vx63(*CHANNEL, "--count", "2", "--interval", "0.1", "--json")
+    assert (result.returncode, result.stderr) == (0, "")
+    first, second = map(json.loads, result.stdout.splitlines())
+    assert second["time"] - first["time"] > 0.09  # both are rounded
+
+
+def test_without_lock(meter):
+    result = meter.vx63(*TOO_WEAK, "--lock-timeout", "0.3")
+    assert result.returncode == 3
+    assert "Lock            no\n" in result.stdout and "TSID            -\n" in result.stdout
+    assert re.search(r"Level           2\d\.\d dBuV\n", result.stdout)
+    assert result.stderr == ("vx63: no lock at 575143 kHz: none within 0.3 s: "
+                             "check --freq, --lo, --system, --mod, --input, --supply and the level\n")
+    assert meter.requests()[-1] == STOP
+    assert len([name for name, _ in meter.requests() if name == "single-result"]) >= 3
+
+
+def test_some_readings_without_lock(meter):
+    result = meter.vx63(*TOO_WEAK, "--lock-timeout", "0", "--count", "2", "--interval", "0.1", "--json")
+    assert result.returncode == 3
+    assert [json.loads(line)["locked"] for line in result.stdout.splitlines()] == [False, False]
+    assert "2 of 2 readings were without it" in result.stderr
+
+
+def test_level_needs_no_lock(meter):
+    result = meter.vx63("measure", "single", "--freq", "76500", "--system", "level")
+    assert (result.returncode, result.stderr) == (0, "")
+    assert len([name for name, _ in meter.requests() if name == "single-result"]) == 1
+
+
+@pytest.mark.parametrize("fault, code, why", [
+    ("meas/0x103=ret,1", 1, "cannot start the measurement: the meter's services do not answer"),
+    ("meas/0x103=ret,2", 2, "cannot start the measurement: the meter refuses a value"),
+    ("meas/0x103=refuse", 1, "cannot start the measurement: the meter's services do not answer"),
+    ("meas/0x104=ret,2", 2, "cannot read the measurement: the meter refuses a value"),
+    ("meas/0x104=ret,3", 7, "cannot read the measurement: the antenna power supply reports a fault"),
+    ("meas/0x104=wrong", 1, "cannot read the measurement: the meter's services do not answer"),
+    ("meas/0x100=ret,2", 2, "cannot select input 1: the meter refuses a value"),
+])
+def test_failures(meter, fault, code, why):
+    result = meter.vx63(*CHANNEL, "--input", "1", "--system", "level", fault=fault)
+    assert result.returncode == code
+    assert result.stdout == ""
+    assert result.stderr.startswith("vx63: " + why)
+    assert result.stderr.count("\n") == 1 and result.stderr.count(": ") >= 3
+    if "0x104" in fault:
+        assert meter.requests()[-1] == STOP
+
+
+def test_failing_stop_is_told(meter):
+    result = meter.vx63(*CHANNEL, fault="meas/0x103:2-=ret,2")
+    assert result.returncode == 2
+    assert "Lock            yes\n" in result.stdout
+    assert result.stderr.startswith("vx63: cannot stop the measurement: ")
+
+
+def test_start_that_failed_is_stopped(meter):
+    """A start may have reached the meter although its answer is no good."""
+    assert meter.vx63(*CHANNEL, fault="meas/0x103:1-4=wrong").returncode == 1
+    assert meter.requests()[-1] == STOP
+
+
+@pytest.mark.parametrize("kind", ["twice", "stray", "wrong", "refuse"])
+def test_one_bad_answer_harms_nobody(meter, kind):
+    """Neither this command nor the next one, which finds what the first one left in the queue."""
+    result = meter.shell("$VX63 measure single --freq 557143 --json && $VX63 status --json && $VX63 status --json",
+                         fault=f"meas/0x104:2={kind}")
+    assert (result.returncode, result.stderr) == (0, "")
+    reading, *statuses = map(json.loads, result.stdout.splitlines())
+    assert reading["locked"] is True
+    assert [status["measuring"] for status in statuses] == [False, False]
+
+
+@pytest.mark.parametrize("interval", ["0", "0.1"])  # seen when it writes, and when it waits
+def test_reader_that_goes_away(meter, interval):
+    script = f"""
+        {{ $VX63 measure single --freq 557143 --count 100000 --interval {interval}; echo $? > "$DIR/code"; }} | head -n 2
+    """
+    result = meter.shell(script)
+    assert result.stderr == ""
+    assert len(result.stdout.splitlines()) == 2
+    assert (meter.folder / "code").read_text() == "141\n"
+    assert meter.requests()[-1] == STOP
+
+
+def test_full_disk(meter):
+    with open("/dev/full", "w") as full:
+        result = meter.vx63(*CHANNEL, stdout=full)
+    assert result.returncode == 74
+    assert result.stderr == "vx63: cannot write to standard output: No space left on device: make room on the disk\n"
+    assert meter.requests()[-1] == STOP
+
+
+@pytest.mark.parametrize("name, code", [("TERM", 143), ("HUP", 129)])
+def test_signals_stop_the_measurement(meter, name, code):
+    script = f"""
+        mkfifo "$DIR/rows"
+        $VX63 measure single --freq 557143 --count 1000 --interval 3600 > "$DIR/rows" &
+        exec 3< "$DIR/rows"
+        read -r header <&3
+        read -r row <&3
+        kill -{name} $!
+        wait $!
+        echo $?
+    """
+    result = meter.shell(script)
+    assert (result.stdout, result.stderr) == (f"{code}\n", "")
+    assert meter.requests()[-1] == STOP
+
+
+def test_ctrl_c_stops_the_measurement(meter):
+    terminal = Terminal(*meter.command(VX63, *CHANNEL, "--count", "1000", "--interval", "3600"))
+    terminal.wait_for("Lock\r\n")
+    terminal.wait_for("yes\r\n")
+    terminal.type("\x03")
+    assert terminal.finish() == 130
+    assert "stopping the measurement; Ctrl-C again ends at once" in terminal.shown
+    assert meter.requests()[-1] == STOP
+
+
+def test_ctrl_c_while_waiting_for_lock(meter):
+    terminal = Terminal(*meter.command(VX63, *TOO_WEAK, "--lock-timeout", "3600"))
+    terminal.wait_for("Waiting for lock")
+    terminal.type("\x03")
+    assert terminal.finish() == 130
+    assert "Frequency" not in terminal.shown
+    assert meter.requests()[-1] == STOP
+
+
+def test_second_ctrl_c_ends_at_once(meter):
+    terminal = Terminal(*meter.command(VX63, *CHANNEL, fault="meas/0x104:3-=silence"))
+    terminal.wait_for("Waiting for lock")
+    until(lambda: len(meter.requests()) == 4)  # the read that gets no answer is on its way
+    terminal.type("\x03")
+    terminal.wait_for("ends at once")
+    terminal.type("\x03")
+    assert terminal.finish() == 128 + signal.SIGINT
+    assert meter.requests()[-1] != STOP
+
+
+def test_progress_on_a_terminal_is_erased(meter):
+    terminal = Terminal(*meter.command(VX63, *CHANNEL), columns=40)
+    assert terminal.finish() == 0
+    before, _, reading = terminal.shown.partition("Frequency       557143 kHz\r\n")
+    states = before.split("\r")
+    assert states[1] == "Tuning to 557143 kHz"
+    assert re.fullmatch(r"Waiting for lock: \d+\.\d s, \d+\.\d dBuV *", states[2])
+    assert states[-1] == "" and states[-2].strip() == ""
+    assert all(len(state) < 40 for state in states)
+    assert all(len(line) <= 40 for line in reading.split("\r\n"))
+    assert "\x1b" not in terminal.shown

@@ -1,0 +1,361 @@
+"""vx63 settings."""
+
+import json
+import re
+import tempfile
+
+import pytest
+
+from conftest import VMETER
+from settings_catalogue import COLUMNS, FILES
+from tool_support import VX63, Terminal, environment, isolation, meter, run  # noqa: F401 (fixtures)
+
+ROOT = "/usr/local/bin/"
+VOLUME = ROOT + "sys_set/system_setting_file_volume.csv"
+FM = ROOT + "ch_set/channel_setting_file_fm.csv"
+FACTORY_VOLUME = "1.0.0\nVOLUME_SEL1,VOLUME_SEL2,VOLUME_SEL3,VOLUME_SEL4,VOLUME\n0,1,2,3,0\n"
+
+
+def lines(text):
+    return [json.loads(line) for line in text.splitlines()]
+
+
+def notices(meter):
+    """(kind of notice, file id, record) of every one that the system service took."""
+    found = []
+    for message in meter.messages():
+        if message["kind"] == "request" and message["usCmd"] in (0x12, 0x13):
+            body = bytes.fromhex(message["body"])
+            found.append(("file", body[0]) if message["usCmd"] == 0x12 else ("record", body[0], body[4]))
+    return found
+
+
+def notes(meter):
+    return [message["note"] for message in meter.messages() if message.get("note")]
+
+
+def test_a_whole_session(meter):
+    result = meter.shell(f"""
+        set -e
+        step() {{ printf -- "-- %s\\n" "$1"; }}
+        step reset; "$VX63" settings reset --all --yes
+        step list; "$VX63" settings list
+        step volume; "$VX63" settings set sys_set/volume 0 VOLUME 2; "$VX63" settings get sys_set/volume 0 VOLUME
+        step create; "$VX63" sets create TOKYO --from ch_set/uhf; "$VX63" sets list
+        step copy; "$VX63" sets copy user_set/TOKYO OSAKA --usb1; "$VX63" sets list --usb1
+        step delete; "$VX63" sets delete TOKYO --yes; "$VX63" sets delete OSAKA --usb1 --yes
+        "$VX63" sets list; "$VX63" sets list --usb1
+        step everything; "$VX63" settings reset --all --delete --yes
+        ls {ROOT}*_set*/*.csv || true
+        step defaults; "$VX63" settings show sys_set/volume
+    """)
+    assert result.returncode == 0, result.stderr
+    steps = dict(part.split("\n", 1) for part in result.stdout.split("-- ")[1:])
+    assert steps["reset"] == ""
+    assert re.search(r"^1   sys_set/volume  +1  +as from the factory$", steps["list"], re.M)
+    assert steps["volume"] == "2\n"
+    assert steps["create"] == "RECORD  NAME   CHANNELS\n0       TOKYO  40\n"
+    assert steps["copy"] == "RECORD  NAME   CHANNELS\n0       OSAKA  40\n"
+    assert steps["delete"] == "RECORD  NAME  CHANNELS\n" * 2
+    assert steps["everything"] == ""
+    assert steps["defaults"] == ("RECORD  VOLUME_SEL1  VOLUME_SEL2  VOLUME_SEL3  VOLUME_SEL4  VOLUME\n"
+                                 "0       0            1            2            3            0\n")
+    assert result.stderr.endswith("vx63: sys_set/volume is missing: its factory contents hold\n")
+    everything = [("file", file[0]) for file in FILES if "%s" not in file[1]]
+    assert notices(meter) == everything + [
+        ("record", 1, 0),
+        ("file", 14), ("record", 15, 0),
+        ("file", 42), ("record", 43, 0),
+        ("file", 14), ("record", 15, 0),
+        ("file", 42), ("record", 43, 0),
+    ]
+    assert f"reloaded {VOLUME}, record 0" in notes(meter)
+    assert f"reloaded {ROOT}user_set_usb1/user_setting_file_list.csv, record 0" in notes(meter)
+    assert not [note for note in notes(meter) if not note.startswith("reloaded ")]
+
+
+def test_the_catalogue(meter):
+    result = meter.vx63("settings", "list", "--json")
+    assert (result.returncode, result.stderr) == (0, "")
+    layouts = {file_id: text.split() for ids, text in COLUMNS.items() for file_id in ids}
+    listed = lines(result.stdout)
+    assert [(file["id"], file["path"], file["columns"], file["record_bytes"], file["rows"], file["default_bytes"])
+            for file in listed] == [(file[0], ROOT + file[1], *file[2:]) for file in FILES]
+    for file in listed:
+        assert ["{name}:{type}/{width}/{offset}".format(**column) for column in file["column_list"]] \
+            == layouts[file["id"]]
+        assert file["header"] == ",".join(column["name"] for column in file["column_list"])
+        assert file["version"] == "1.0.0"
+        is_set = "%s" in file["path"]
+        is_list = file["path"].endswith("_file_list.csv")
+        assert file["present"] is not is_set
+        assert file["records"] == (None if is_set else file["rows"])
+        assert file["differs"] is (None if is_set or is_list else False)
+        assert file["sets"] == ([] if is_set else None)
+        assert file["fault"] is None
+
+
+def test_state_of_the_files(meter):
+    result = meter.shell(f"""
+        sed -i 's/^0,1,2,3,0$/0,1,2,3,1/' {VOLUME}
+        rm {ROOT}sys_set/system_setting_file_powoff.csv
+        echo 9.9.9 > {FM}
+        "$VX63" settings list | grep -E ' (sys_set|ch_set/fm) ?'
+        "$VX63" settings list --json | sed -n '1p;2p;30p'
+    """)
+    assert re.search(r"sys_set/powoff +1 +missing$", result.stdout, re.M)
+    assert re.search(r"sys_set/volume +1 +changed$", result.stdout, re.M)
+    assert re.search(r"sys_set/brightness +1 +as from the factory$", result.stdout, re.M)
+    assert re.search(r"ch_set/fm +251 +broken: line 1: ", result.stdout, re.M)
+    powoff, volume, fm = lines("\n".join(line for line in result.stdout.splitlines() if line.startswith("{")))
+    assert (powoff["present"], powoff["records"], powoff["differs"], powoff["fault"]) == (False, None, None, None)
+    assert (volume["present"], volume["records"], volume["differs"], volume["fault"]) == (True, 1, True, None)
+    assert (fm["present"], fm["records"], fm["differs"]) == (True, None, None)
+    assert fm["fault"].startswith("line 1: ")
+
+
+def test_show(meter):
+    result = meter.shell(f"""
+        "$VX63" settings show volume --csv | cmp - {VOLUME}
+        "$VX63" settings show 29 --default --csv | cmp - {FM}
+        "$VX63" settings show ch_set/uhf --json | head -n 1
+        "$VX63" settings get meas_set/local_freq 0 local_freq2
+        "$VX63" settings get ch_set/uhf 0 CH_NO
+        "$VX63" settings show user_set/list | head -n 2
+    """)
+    assert (result.returncode, result.stderr) == (0, "")
+    assert result.stdout == ('{"record":0,"CH_NO":"13","CENT_FREQ":473143}\n4294967295\n13\n'
+                             'RECORD  NO   ENBFLG  FILE_NAME\n0       1    0\n')
+
+
+@pytest.mark.parametrize("words, code, why", [
+    (["get", "fm", "251", "CH_NO"], 64, "cannot find record 251: ch_set/fm has 251 records: choose one from 0 to 250"),
+    (["get", "volume", "1", "VOLUME"], 64, "cannot find record 1: sys_set/volume has 1 record: choose 0"),
+    (["get", "fm", "0", "FREQ"], 64,
+     "cannot find column 'FREQ': ch_set/fm has the columns CH_NO,CENT_FREQ: choose one of them"),
+    (["set", "volume", "0", "VOLUME", "256"], 64,
+     "cannot set VOLUME: '256' is not a whole number from 0 to 255: give another value"),
+    (["set", "volume", "0", "VOLUME", "-1"], 64,
+     "cannot set VOLUME: '-1' is not a whole number from 0 to 255: give another value"),
+    (["set", "volume", "0", "VOLUME", "loud"], 64,
+     "cannot set VOLUME: 'loud' is not a whole number from 0 to 255: give another value"),
+    (["set", "fm", "0", "CH_NO", "12345678"], 64,
+     "cannot set CH_NO: '12345678' is longer than 7 bytes: give another value"),
+    (["set", "user_set/list", "0", "ENBFLG", "1"], 64,
+     "cannot change user_set/list: a list must agree with the sets in its folder: use 'vx63 sets'"),
+    (["set", "user_set/NARA", "0", "NO", "1"], 66,
+     "cannot read user_set/NARA: there is no such set: see 'vx63 sets list'"),
+    (["show", "user_set/list", "--default"], 64,
+     "cannot show user_set/list: sets and lists have no factory contents: leave out --default"),
+    (["reset", "user_set/NARA", "--yes"], 64,
+     "cannot reset user_set/NARA: sets have no factory contents: use 'vx63 sets delete'"),
+    (["diff", "--with", "/nowhere"], 66,
+     "cannot compare with /nowhere: it is no folder: give one that 'vx63 settings export' made"),
+    (["import", "/nowhere", "--yes"], 66,
+     "cannot import /nowhere: it is no folder: give one that 'vx63 settings export' made"),
+    (["import", "/proc/self/fd", "--yes"], 66,
+     "cannot import /proc/self/fd: no settings files are in it: give the folder above sys_set, ch_set and the others"),
+    (["export", "/proc"], 73, "cannot export to /proc: the folder is not empty: choose another one"),
+    (["export", "/proc/self/status"], 74,
+     "cannot make the folder /proc/self/status: Not a directory: choose another one"),
+    (["reset", "volume"], 77, "nothing was done: there is no terminal to ask on: give --yes"),
+    (["reset", "--all"], 77, "nothing was done: there is no terminal to ask on: give --yes"),
+])
+def test_what_cannot_be_done(meter, words, code, why):
+    result = meter.vx63("settings", *words)
+    assert (result.returncode, result.stdout, result.stderr) == (code, "", f"vx63: {why}\n")
+    assert meter.messages() == []
+
+
+def test_set_tells_the_record(meter):
+    result = meter.shell(f"""
+        set -e
+        "$VX63" settings set meas_set/thrd 1 BER_MIN_EXP -12
+        "$VX63" settings set ch_set/fm 250 CH_NO 'a,b'
+        "$VX63" settings set ch_set/catv_up_stream 256 CENT_FREQ 0x10
+        "$VX63" settings get meas_set/thrd 1 BER_MIN_EXP
+        tail -n 1 {FM}
+        sed -n 259p {ROOT}ch_set/channel_setting_file_catv_up_stream.csv
+    """)
+    assert (result.returncode, result.stderr) == (0, "")
+    assert re.fullmatch(r'-12\n"a,b",\d+\n[^,]+,16\n', result.stdout)
+    # The index in a notice has 8 bits: the whole file is told where it would not fit.
+    assert notices(meter) == [("record", 4, 1), ("record", 29, 250), ("file", 33)]
+
+
+def test_set_makes_a_missing_file(meter):
+    result = meter.shell(f'rm {VOLUME}; "$VX63" settings set volume 0 VOLUME 3 && cat {VOLUME}')
+    assert result.returncode == 0
+    assert result.stderr == "vx63: sys_set/volume is missing: its factory contents hold\n"
+    assert result.stdout == FACTORY_VOLUME.replace("3,0", "3,3")
+    assert notices(meter) == [("file", 1)]
+
+
+def test_set_without_the_service(meter):
+    result = meter.shell(f'"$VX63" settings set volume 0 VOLUME 3; echo $?; tail -n 1 {VOLUME}',
+                         fault="sys=ret,1")
+    assert result.stdout == "1\n0,1,2,3,3\n"
+    assert result.stderr.startswith("vx63: sys_set/volume has changed, but the system service was not told: ")
+
+
+BROKEN = [
+    ("0,1,2,3,x\\n", "line 3, column 5: "),
+    ("0,1,2,256,0\\n", "line 3, column 4: number out of range"),
+    ("0,1,2,3\\n", "line 3, column 4: "),
+    ("0,1,2,3,0", "line 3"),
+    ("", "0 records instead of 1"),
+    ("0,1,2,3,0\\n0,1,2,3,0\\n", "line 4: "),
+]
+
+
+@pytest.mark.parametrize("record, why", BROKEN)
+def test_broken_files(meter, record, why):
+    result = meter.shell(f"""
+        before() {{ head -n 2 {VOLUME}; printf '{record}'; }}
+        before > "$DIR/file" && cp "$DIR/file" {VOLUME}
+        "$VX63" settings check | grep volume
+        "$VX63" settings check --json | grep volume
+        "$VX63" settings check > "$DIR/out"; echo $?
+        "$VX63" settings show volume; echo $?
+        "$VX63" settings set volume 0 VOLUME 1; echo $?
+        "$VX63" settings export "$DIR/export"; echo $?
+        cmp "$DIR/file" {VOLUME} && "$VX63" settings reset volume --yes && cat {VOLUME}
+    """)
+    text, found, *rest = result.stdout.splitlines()
+    assert text.startswith(f"sys_set/volume             broken: {why}")
+    found = json.loads(found)
+    assert (found["id"], found["ok"], found["missing"]) == (1, False, False)
+    place = re.match(r"line (\d+)(?:, column (\d+))?", why)
+    assert found["line"] == (int(place[1]) if place else None)
+    if place and place[2]:
+        assert found["column"] == int(place[2])
+    assert rest == ["65", "65", "65", "43 files exported", "65", *FACTORY_VOLUME.splitlines()]
+    assert result.stderr.count("vx63: cannot read sys_set/volume: " + why) == 2
+    assert result.stderr.count("vx63: cannot export sys_set/volume: " + why) == 1
+    assert "lsys:" not in result.stderr
+
+
+def test_check_of_a_good_meter(meter):
+    result = meter.vx63("settings", "check")
+    assert (result.returncode, result.stderr) == (0, "")
+    assert len(result.stdout.splitlines()) == 44
+    assert all(line.endswith("  ok") for line in result.stdout.splitlines())
+
+
+def test_check_compares_lists_and_sets(meter):
+    result = meter.shell(f"""
+        "$VX63" sets create A --from ch_set/pilot; "$VX63" sets create B --from ch_set/pilot
+        mv {ROOT}user_set/B.csv {ROOT}user_set/C.csv
+        "$VX63" settings check | grep user_set/
+    """)
+    assert result.stdout == (
+        "user_set/A                 ok\n"
+        "user_set/C                 ok\n"
+        "user_set/list              ok\n"
+        "user_set/list              broken: record 1 names 'B', which has no file\n"
+        "user_set/list              broken: it does not name 'C', which has a file\n")
+
+
+def test_diff(meter):
+    result = meter.shell("""
+        "$VX63" settings diff; echo $?
+        "$VX63" settings set volume 0 VOLUME 1; "$VX63" settings set fm 2 CH_NO x
+        "$VX63" settings diff; echo $?
+        "$VX63" settings diff 1 --json; echo $?
+        "$VX63" settings diff brightness; echo $?
+    """)
+    assert result.stderr == ""
+    assert result.stdout == (
+        '0\n'
+        'sys_set/volume 0 VOLUME: 1 (factory 0)\nch_set/fm 2 CH_NO: "x" (factory "70.2")\n4\n'
+        '{"name":"sys_set/volume","record":0,"column":"VOLUME","value":1,"other":0}\n4\n'
+        '0\n')
+
+
+def test_export_and_import(meter):
+    result = meter.shell("""
+        "$VX63" sets create A --from ch_set/pilot; "$VX63" sets create B --from ch_set/lte --logger
+        "$VX63" settings set volume 0 VOLUME 3
+        "$VX63" settings export "$DIR/backup"
+        "$VX63" settings reset --all --yes; "$VX63" sets create Z --from ch_set/pilot
+        "$VX63" settings diff --with "$DIR/backup" | sed "s;$DIR;DIR;"
+        "$VX63" settings import "$DIR/backup"; echo $?
+        "$VX63" settings import "$DIR/backup" --yes
+        "$VX63" settings diff --with "$DIR/backup"; echo $?
+        "$VX63" settings check > "$DIR/check"; echo $?
+        "$VX63" sets list
+    """)
+    assert result.stderr == "vx63: nothing was done: there is no terminal to ask on: give --yes\n"
+    assert result.stdout == (
+        '46 files exported\n'
+        'sys_set/volume 0 VOLUME: 0 (DIR/backup 3)\n'
+        'user_set/A: only in DIR/backup\n'
+        'user_set/Z: only on the meter\n'
+        'user_set/list 0 FILE_NAME: "Z" (DIR/backup "A")\n'
+        'logger_set/B: only in DIR/backup\n'
+        'logger_set/list 0 ENBFLG: 0 (DIR/backup 1)\n'
+        'logger_set/list 0 FILE_NAME: "" (DIR/backup "B")\n'
+        '77\n'
+        '46 files imported\n'
+        '0\n'
+        '0\n'
+        'RECORD  NAME  CHANNELS\n'
+        '0       A     20\n')
+
+
+def test_import_is_all_or_nothing(meter):
+    result = meter.shell("""
+        "$VX63" settings set volume 0 VOLUME 3; "$VX63" settings export "$DIR/in"
+        "$VX63" settings reset volume --yes
+        sed -i 3s/.*/no,number/ "$DIR/in/ch_set/channel_setting_file_fm.csv"
+        touch "$DIR/in/sys_set/system_setting_file_loudness.csv"
+        cp "$DIR/in/ch_set/channel_setting_file_pilot.csv" "$DIR/in/user_set/A.csv"
+        "$VX63" settings import "$DIR/in" --yes; echo $?
+        "$VX63" settings get volume 0 VOLUME
+    """)
+    assert result.stdout == "44 files exported\n65\n0\n"
+    folder = meter.folder / "in"
+    errors = result.stderr.splitlines()
+    assert errors[0] == f"vx63: {folder}/sys_set/system_setting_file_loudness.csv: no settings file is called so"
+    assert any(error.startswith(f"vx63: {folder}/ch_set/channel_setting_file_fm.csv: line 3, column 2: ")
+               for error in errors)
+    assert any(error.startswith(f"vx63: {folder}/user_set/A.csv: line 2, column 2: ") for error in errors)
+    assert errors[-1] == f"vx63: cannot import {folder}: some files are wrong: correct them; nothing was written"
+
+
+def test_a_terminal_is_asked(meter):
+    for answer, code in (("\n", 77), ("n\n", 77), ("yes please\n", 77), ("y\n", 0), ("\x04", 77)):
+        terminal = Terminal(*meter.command(VX63, "settings", "reset", "volume"))
+        terminal.wait_for("Replace sys_set/volume by its factory contents? [y/N] ")
+        assert notices(meter) == []
+        terminal.type(answer)
+        assert terminal.finish() == code
+        assert ("vx63: nothing was done: not confirmed: answer y, or give --yes" in terminal.shown) == (code == 77)
+        assert notices(meter) == ([("file", 1)] if code == 0 else [])
+
+
+def test_reader_that_goes_away(meter):
+    result = meter.shell('{ "$VX63" settings show ch_set/catv_up_stream; echo $? > "$DIR/code"; } | true; cat "$DIR/code"')
+    assert result.stdout in ("141\n", "0\n")
+    assert result.stderr == ""
+
+
+@pytest.mark.parametrize("words", [["list"], ["show", "fm"], ["check"], ["diff"], ["list", "--json"]])
+def test_full_disk(meter, words):
+    result = meter.shell(f'"$VX63" settings set volume 0 VOLUME 1; "$VX63" settings {" ".join(words)} > /dev/full')
+    assert result.returncode == 74
+    assert result.stderr == "vx63: cannot write to standard output: No space left on device: make room on the disk\n"
+
+
+def test_no_files_at_all(isolation):
+    script = """
+        "$VX63" settings check | grep -vc missing; "$VX63" settings list --json | grep -c '"present":true'
+        "$VX63" settings diff; echo $?
+        "$VX63" settings export "$DIR"; "$VX63" settings show volume --default --csv | tail -n 1
+        "$VX63" settings reset --all --yes; "$VX63" settings check | grep -c ok
+    """
+    with tempfile.TemporaryDirectory() as folder:
+        result = run(VMETER, "run", *isolation, "--empty-settings", "--", "sh", "-c", script,
+                     env=environment(VX63=str(VX63), DIR=folder))
+    assert result.stderr == ""
+    assert result.stdout == "0\n0\n0\n0 files exported, 44 are missing\n0,1,2,3,0\n44\n"

@@ -1,0 +1,254 @@
+"""The command line, its help, man page and completion."""
+
+import os
+import re
+import subprocess
+
+import pytest
+
+from tool_support import SOURCE, VX63, run
+
+DEVICE_COMMANDS = ["info", "doctor", "keys", "failure", "power", "update", "factory-reset", "developer-mode",
+                   "calibrate", "battery", "buzzer", "volume", "brightness"]
+DEVICE_LEAVES = [["info"], ["doctor"], ["keys"], ["failure", "show"], ["failure", "set"], ["failure", "clear"],
+                 *(["power", word] for word in ["reboot", "shutdown", "standby", "wakeup", "state"]), ["update"],
+                 ["factory-reset"], ["developer-mode"], ["calibrate"], ["battery"], ["buzzer"], ["volume"],
+                 ["brightness"]]
+COMMANDS = ["measure", "scan", "angle", "input", "power-supply", "status", *DEVICE_COMMANDS, "log", "settings", "sets"]
+LEAVES = [["measure", "single"], ["measure", "constellation"], ["measure", "delay-profile"], ["measure", "multi"],
+          ["measure", "optical"], ["measure", "dc"], ["measure", "angle"], ["scan"], ["angle", "calibrate"],
+          ["input"], ["power-supply"], ["status"], *DEVICE_LEAVES, ["log"],
+          *[["settings", name] for name in ("list", "show", "get", "set", "diff", "reset", "export", "import", "check")],
+          *[["sets", name] for name in ("list", "show", "create", "copy", "delete", "clear")]]
+
+
+def help_of(*words):
+    result = run(VX63, *words, "--help")
+    assert (result.returncode, result.stderr) == (0, "")
+    return result.stdout
+
+
+def listed(text, heading):
+    section = text.split(f"\n{heading}:\n")[1].split("\n\n")[0]
+    return re.findall(r"^  (\S+)", section, re.M)
+
+
+def options_of(*words):
+    return set(re.findall(r"^  (?:-h,)?(--[a-z0-9-]+)", help_of(*words), re.M))
+
+
+@pytest.mark.parametrize("words, why", [
+    ([], "no command is given"),
+    (["measure"], "no command is given"),
+    (["bogus"], "'bogus' is no command"),
+    (["measure", "double"], "'double' is no command"),
+    (["--bogus"], "'--bogus' is no command"),
+    (["measure", "single"], "--freq is required"),
+    (["measure", "single", "--freq"], "--freq"),
+    (["measure", "single", "--freq", "0"], "--freq: '0' is not a whole number from 1 to 4294967295"),
+    (["measure", "single", "--freq", "4294967296"], "--freq: '4294967296' is not"),
+    (["measure", "single", "--freq", "-1"], "--freq: '-1' is not"),
+    (["measure", "single", "--freq", "557.143"], "--freq: '557.143' is not"),
+    (["measure", "single", "--freq", ""], "--freq: '' is not"),
+    (["measure", "single", "--freq", "1", "--freq", "2"], "--freq"),
+    (["measure", "single", "--freq", "1", "extra"], "extra"),
+    (["measure", "single", "--freq", "1", "--system", "moon"], "--system: 'moon' is none of terrestrial, satellite,"),
+    (["measure", "single", "--freq", "1", "--system", "65536"], "--system: '65536' is none of"),
+    (["measure", "single", "--freq", "1", "--mod", "am"], "--mod: 'am' is none of OFDM, BPSK,"),
+    (["measure", "single", "--freq", "1", "--condition", "0x10000"], "--condition: '0x10000' is not"),
+    (["measure", "single", "--freq", "1", "--channel", "123456789"], "--channel: '123456789' is longer than 8 bytes"),
+    (["measure", "single", "--freq", "1", "--supply", "5"], "--supply: '5' is not a whole number from 0 to 4"),
+    (["measure", "single", "--freq", "1", "--input", "2"], "--input: '2' is not a whole number from 0 to 1"),
+    (["measure", "single", "--freq", "1", "--disp-type", "256"], "--disp-type: '256' is not"),
+    (["measure", "single", "--freq", "1", "--lock-timeout", "nan"], "--lock-timeout: 'nan' is not a number of seconds"),
+    (["measure", "single", "--freq", "1", "--count", "0"], "--count: '0' is not"),
+    (["measure", "single", "--freq", "1", "--interval", "1"], "--interval requires --count"),
+    (["measure", "single", "--freq", "1", "--count", "2", "--interval", "-1"], "--interval: '-1' is not"),
+    (["measure", "constellation"], "--freq is required"),
+    (["measure", "constellation", "--freq", "1", "--points", "3000"], "--points: '3000' is none of 1000, 2000, 4000"),
+    (["measure", "constellation", "--freq", "1", "--points", "-1000"], "--points: '-1000' is none of"),
+    (["measure", "constellation", "--freq", "1", "--plot", "points.gif"],
+     "--plot: 'points.gif' is no file name that ends in .png or .svg"),
+    (["measure", "constellation", "--freq", "1", "--plot", ".png"], "--plot: '.png' is no file name"),
+    (["measure", "delay-profile"], "--freq is required"),
+    (["measure", "multi"], "--plan or --conditions is required"),
+    (["measure", "multi", "--plan", "uhf", "--conditions", "list.json"], "excludes"),
+    (["measure", "multi", "--plan", "vhf"], "--plan: 'vhf' is none of uhf, bs, cs, bs-cs, catv,"),
+    (["scan"], "--plan is required"),
+    (["scan", "--plan", ""], "--plan: '' is none of uhf,"),
+    (["scan", "--plan", "uhf", "--json", "--csv"], "excludes"),
+    (["scan", "--plan", "uhf", "--supply", "5"], "--supply: '5' is not a whole number from 0 to 4"),
+    (["scan", "--plan", "uhf", "--system", "moon"], "--system: 'moon' is none of terrestrial,"),
+    (["scan", "--plan", "uhf", "--mod", "am"], "--mod: 'am' is none of OFDM,"),
+    (["measure", "optical"], "--wavelength is required"),
+    (["measure", "optical", "--wavelength", "0"], "--wavelength: '0' is not a whole number"),
+    (["measure", "dc", "--input", "2"], "--input: '2' is not"),
+    (["angle"], "no command is given"),
+    (["angle", "turn"], "'turn' is no command"),
+    (["angle", "calibrate", "--timeout", "-1"], "--timeout: '-1' is not a number of seconds"),
+    (["input"], "INPUT is required"),
+    (["input", "2"], "INPUT: '2' is not a whole number from 0 to 1"),
+    (["input", "0", "1"], "1"),
+    (["power-supply", "on"], "SUPPLY: 'on' is not"),
+    (["power-supply", "5"], "SUPPLY: '5' is not"),
+    (["power-supply", "1", "--json"], "excludes"),
+    (["status", "now"], "now"),
+    (["settings"], "no command is given"),
+    (["settings", "bogus"], "'bogus' is no command"),
+    (["settings", "show"], "FILE is required"),
+    (["settings", "show", "list"], "FILE: 'list' can mean user_set/list, logger_set/list, user_set_usb1/list,"),
+    (["settings", "show", "ch_set/jsat"], "FILE: 'ch_set/jsat' is no settings file; there are ch_set/jsat3a, ch_set/"),
+    (["settings", "show", "50"], "FILE: '50' is no settings file, which 'vx63 settings list' tells"),
+    (["settings", "show", "42"], "FILE: 42 is a folder of setting sets; give user_set_usb1/NAME"),
+    (["settings", "show", "fm", "--json", "--csv"], "excludes"),
+    (["settings", "get", "fm", "-1", "CH_NO"], "RECORD: '-1' is not a whole number from 0 to 4294967295"),
+    (["settings", "set", "fm", "0", "CH_NO"], "VALUE is required"),
+    (["settings", "reset"], "FILE or --all is required"),
+    (["settings", "reset", "fm", "--all"], "excludes"),
+    (["settings", "reset", "fm", "--delete"], "--delete requires --all"),
+    (["settings", "import"], "DIR is required"),
+    (["sets"], "no command is given"),
+    (["sets", "list", "--usb1", "--usb2"], "excludes"),
+    (["sets", "create", "A"], "--from is required"),
+    (["sets", "create", "A", "--from", "B"], "--from: 'B' is no settings file"),
+    (["sets", "delete", "1234567890123"], "NAME: '1234567890123' is no name of a set: it has 13 bytes, more than 12"),
+    (["sets", "delete", "../volume"], "NAME: '../volume' is no name of a set: it holds a separator"),
+    (["sets", "delete", ""], "NAME: '' is no name of a set: it is empty"),
+    (["sets", "delete", "."], "NAME: '.' is no name of a set: it begins with a point"),
+    (["sets", "delete", "a\tb"], "is no name of a set: it is not printable"),
+    (["sets", "copy", "ch_set/uhf", "A"], "SOURCE: 'ch_set/uhf' is no set; 'vx63 sets create' makes one of a plan"),
+    (["info", "now"], "now"),
+    (["doctor", "--watch"], "--watch"),
+    (["keys", "--interval", "1"], "--interval requires --watch"),
+    (["keys", "--watch", "--interval", "-1"], "--interval: '-1' is not"),
+    (["failure"], "no command is given"),
+    (["failure", "set"], "CODE is required"),
+    (["failure", "set", "65536"], "CODE: '65536' is not a whole number from 0 to 65535"),
+    (["failure", "set", "-1"], "-1"),
+    (["failure", "set", "1", "--info", "0"], "--info: '0' is not up to 32 bytes"),
+    (["failure", "set", "1", "--info", "0g"], "--info: '0g' is not up to 32 bytes"),
+    (["failure", "set", "1", "--info", "00" * 33], "is not up to 32 bytes"),
+    (["power"], "no command is given"),
+    (["power", "sleep"], "'sleep' is no command"),
+    (["power", "standby", "--force", "--measurement"], "excludes"),
+    (["update"], "FILE or --program is required"),
+    (["update", "--program", "main"], "requires"),
+    (["update", "--new-version", "1"], "--new-version requires --program"),
+    (["update", "--program", "all", "--new-version", "1", "--size", "1"], "--program: 'all' is none of boot, main"),
+    (["update", "--program", "main", "--new-version", "", "--size", "1"], "--new-version: '' is not 1 to 16"),
+    (["update", "--program", "main", "--new-version", "1" * 17, "--size", "1"], "is not 1 to 16"),
+    (["update", "--program", "main", "--new-version", "\u00e4", "--size", "1"], "is not 1 to 16"),
+    (["update", "--program", "main", "--new-version", "1", "--size", "0"], "--size: '0' is not"),
+    (["update", "--program", "main", "--new-version", "1", "--size", "1", "--source", "usb3"], "--source: 'usb3' is"),
+    (["update", "request", "--program", "main", "--new-version", "1", "--size", "1"], "excludes"),
+    (["developer-mode"], "STATE is required"),
+    (["developer-mode", "1"], "STATE: '1' is neither on nor off"),
+    (["battery", "high"], "STATE: 'high' is neither low nor ok"),
+    (["buzzer"], "SOUND is required"),
+    (["buzzer", "5"], "SOUND: '5' is none of click, confirmation"),
+    (["buzzer", "click", "--repeat", "--stop"], "excludes"),
+    (["volume", "all"], "VOLUME is required"),
+    (["volume", "all", "4"], "VOLUME: '4' is not a whole number from 0 to 3"),
+    (["volume", "bell", "1"], "SOUND: 'bell' is none of"),
+    (["brightness", "3"], "BRIGHTNESS: '3' is not a whole number from 0 to 2"),
+    (["log", "--lines", "some"], "--lines: 'some' is not"),
+    (["log", "\x1b[2J", "\x1b[2J"], "\\x1B[2J"),
+])
+def test_wrong_usage(words, why):
+    result = run(VX63, *words)
+    assert result.returncode == 64
+    assert result.stdout == ""
+    assert result.stderr.startswith("vx63: wrong usage of 'vx63")
+    assert why in result.stderr
+    assert re.search(r": see 'vx63[ a-z-]* --help'\n$", result.stderr)
+    assert result.stderr.count("\n") == 1
+
+
+def test_help_lists_commands_and_exit_codes():
+    text = help_of()
+    assert listed(text, "Commands") == COMMANDS
+    assert listed(text, "Exit codes")[:18] == ["0", "1", "2", "3", "4", "5", "6", "7", "8", "64", "65", "66", "70", "73",
+                                               "74", "75", "77", "129,"]
+
+
+@pytest.mark.parametrize("words", [[], ["measure"], ["failure"], ["power"], ["settings"], ["sets"], *LEAVES])
+def test_help_has_an_example_that_is_right(words):
+    example = re.search(r"^Example: (vx63 .*)$", help_of(*words), re.M).group(1)
+    # With --help behind it, everything before is checked but nothing is done.
+    assert example.split()[1] in COMMANDS
+    assert run(VX63, *example.split()[1:], "--help").returncode == 0
+
+
+def test_version():
+    result = run(VX63, "--version")
+    assert (result.returncode, result.stderr) == (0, "")
+    assert re.fullmatch(r"vx63 \d+\.\d+\.\d+\n", result.stdout)
+
+
+@pytest.mark.parametrize("words", [["--help"], ["--version"], ["log", "/dev/stdin"]])
+def test_full_disk(words):
+    with open("/dev/full", "w") as full, open(__file__) as source:
+        result = run(VX63, *words, stdin=source, stdout=full)
+    assert result.returncode == 74
+    assert result.stderr == "vx63: cannot write to standard output: No space left on device: make room on the disk\n"
+
+
+def test_closed_output():
+    result = run("sh", "-c", f"'{VX63}' --version >&-")
+    assert result.returncode == 74
+    assert result.stderr.startswith("vx63: cannot write to standard output: ")
+
+
+def test_everything_closed():
+    assert run("sh", "-c", f"'{VX63}' --version <&- >&- 2>&-").returncode == 74
+
+
+def test_man_page_tells_every_option_and_exit_code():
+    page = (SOURCE / "docs" / "man" / "vx63.1").read_text().replace("\\-", "-").replace(" Fl -", " Fl -")
+    told = {"-" + option for option in re.findall(r"Fl (-[a-z0-9-]+)", page)}
+    assert told == set().union(*(options_of(*words) for words in [[], *LEAVES]))
+    status = page.split(".Sh EXIT STATUS")[1].split(".Sh")[0]
+    assert re.findall(r"^\.It (.*)$", status, re.M) == [
+        line.split("  ")[1].strip() for line in help_of().split("Exit codes:\n")[1].split("\n\n")[0].splitlines()]
+
+
+def test_man_page_has_no_faults():
+    result = run("man", "--warnings", "-l", SOURCE / "docs" / "man" / "vx63.1")
+    assert (result.returncode, result.stderr) == (0, "")
+
+
+def completed(*words):
+    """What bash offers for the last word."""
+    script = f"""
+        source '{SOURCE / "tools" / "completion" / "vx63.bash"}'
+        COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
+        _vx63
+        printf '%s\\n' "${{COMPREPLY[@]}}"
+    """
+    result = run("bash", "-uc", script, "bash", "vx63", *words, cwd="/proc/self/fdinfo")
+    assert (result.returncode, result.stderr) == (0, "")
+    return set(result.stdout.split())
+
+
+def test_completion_offers_what_help_lists():
+    assert completed("") == set(COMMANDS) | options_of()
+    assert completed("measure", "") == set(listed(help_of("measure"), "Commands")) | {"--help"}
+    for words in (["measure"], ["failure"], ["power"], ["settings"], ["sets"]):
+        assert completed(*words, "") == set(listed(help_of(*words), "Commands")) | {"--help"}
+    for words in LEAVES:
+        assert completed(*words, "--") == options_of(*words)
+
+
+def test_completion_of_values():
+    text = help_of("measure", "single")
+    for option, heading in [("--system", "Broadcast system"), ("--mod", "Modulation")]:
+        names = re.search(heading + r": (.*), or its code", text).group(1).split(", ")
+        assert completed("measure", "single", option, "") == set(names)
+    assert completed("measure", "single", "--freq", "") == set()
+    assert completed("power-supply", "o") == {"off"}
+    assert completed("sta") == {"status"}
+    assert completed("settings", "show", "sys") == {"sys_set/powoff", "sys_set/volume", "sys_set/brightness"}
+    assert completed("sets", "create", "A", "--from", "ch_set/j") == {
+        "ch_set/jsat3a", "ch_set/jsat4b", "ch_set/jsat3a_antenna", "ch_set/jsat4b_antenna"}
+    for process_id in completed("status", "--id", ""):
+        assert 0 <= int(process_id) <= 17 and process_id not in {"0", "6", "8", "10", "12"}

@@ -1,0 +1,136 @@
+"""vx63 as a person runs it: over a virtual meter of each test's own, from a shell, on a terminal."""
+
+import fcntl
+import json
+import os
+import pty
+import signal
+import struct
+import subprocess
+import termios
+import time
+from pathlib import Path
+
+import pytest
+
+import conftest
+from conftest import BUILD, HANG, VMETER, cannot
+
+VX63 = BUILD / "bin" / "vx63"
+SOURCE = Path(__file__).resolve().parents[3]
+
+
+def environment(**changes):
+    env = {key: value for key, value in os.environ.items() if not key.startswith("VX63_")}
+    return env | {"TZ": "UTC0", "LC_ALL": "C.UTF-8"} | changes
+
+
+def default_signals():
+    """As a terminal's shell leaves them, whatever started the tests."""
+    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGPIPE):
+        signal.signal(number, signal.SIG_DFL)
+
+
+def run(*command, **options):
+    """Runs a program to its end; text output, standard error apart."""
+    options = {"env": environment(), "stdin": subprocess.DEVNULL, "stdout": subprocess.PIPE,
+               "stderr": subprocess.PIPE} | options
+    return subprocess.run([str(word) for word in command], text=True, timeout=HANG,
+                          preexec_fn=default_signals, check=False, **options)
+
+
+@pytest.fixture(scope="session")
+def isolation():
+    """Options of vx63-vmeter run: none, or --in-place where namespaces are refused."""
+    checked = conftest.vmeter("check")
+    if checked.returncode == 0:
+        return []
+    if os.geteuid() == 0:
+        return ["--in-place"]
+    return cannot(checked.stderr.strip())
+
+
+class Meter:
+    """A virtual meter for each command that is run, and the trace of its messages."""
+
+    def __init__(self, folder, isolation):
+        self.folder = folder
+        self.isolation = isolation
+        self.trace = folder / "trace.jsonl"
+
+    def command(self, *command, fault=()):
+        faults = [word for rule in ([fault] if isinstance(fault, str) else fault) for word in ("--fault", rule)]
+        self.trace.unlink(missing_ok=True)
+        return [VMETER, "run", *self.isolation, "--trace", self.trace, *faults, "--", *command]
+
+    def vx63(self, *words, fault=(), **options):
+        return run(*self.command(VX63, *words, fault=fault), **options)
+
+    def shell(self, script, fault=(), **options):
+        """A script in which $VX63 is the tool and $DIR a folder for its files."""
+        options.setdefault("env", environment(VX63=str(VX63), DIR=str(self.folder)))
+        return run(*self.command("sh", "-c", script, fault=fault), **options)
+
+    def messages(self):
+        return [json.loads(line) for line in self.trace.read_text().splitlines()]
+
+    def requests(self):
+        """(command name, first bytes of the body) of every request of the client."""
+        return [(message["command"], bytes.fromhex(message["body"])[:5]) for message in self.messages()
+                if message["kind"] == "request" and message["from"].startswith("client")]
+
+
+START = ("single-start", bytes([0, 0, 0, 0, 1]))
+STOP = ("single-start", bytes(5))
+
+
+@pytest.fixture
+def meter(tmp_path, isolation):
+    return Meter(tmp_path, isolation)
+
+
+def until(condition):
+    """Waits for something that nothing tells of."""
+    deadline = time.monotonic() + HANG
+    while not condition():
+        assert time.monotonic() < deadline
+        time.sleep(0.01)
+
+
+class Terminal:
+    """A program on a terminal of its own; what it shows comes as one stream."""
+
+    def __init__(self, *command, columns=80):
+        self.master, terminal = pty.openpty()
+        fcntl.ioctl(terminal, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
+        self.process = subprocess.Popen([str(word) for word in command], stdin=terminal, stdout=terminal,
+                                        stderr=terminal, start_new_session=True, env=environment(),
+                                        preexec_fn=lambda: self._prepare(terminal))
+        os.close(terminal)
+        self.shown = ""
+
+    @staticmethod
+    def _prepare(terminal):
+        fcntl.ioctl(terminal, termios.TIOCSCTTY, 0)
+        default_signals()
+
+    def _read(self):
+        try:
+            piece = os.read(self.master, 65536).decode(errors="replace")
+        except OSError:  # EIO: the last program on the terminal has gone
+            piece = ""
+        self.shown += piece
+        return piece != ""
+
+    def wait_for(self, text):
+        while text not in self.shown:
+            assert self._read(), f"no {text!r} in {self.shown!r}"
+
+    def type(self, keys):
+        os.write(self.master, keys.encode())
+
+    def finish(self):
+        while self._read():
+            pass
+        os.close(self.master)
+        return self.process.wait(timeout=HANG)

@@ -1,0 +1,90 @@
+// The key log: a file of its own under the log's rules.
+#include "frame/log.h"
+#include "libvx63.h"
+#include "support/log_file.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <regex>
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using vx63test::kKeyLogPath;
+using vx63test::logLines;
+using vx63test::logMessages;
+
+class KeyLogTest : public testing::Test {
+protected:
+    void SetUp() override { vx63test::removeLog(); }
+    void TearDown() override { vx63test::removeLog(); }
+
+    static void fillKeyLog(size_t size)
+    {
+        std::ofstream(kKeyLogPath) << std::string(size - 1, 'x') << '\n';
+        ASSERT_EQ(fs::file_size(kKeyLogPath), size);
+    }
+};
+
+TEST_F(KeyLogTest, ALineHasTheSixFieldsOfTheLog)
+{
+    vx63::logKeyLine(vx63::Site("vx63_getKeyStatus", 7), "pKeyStat->stat[%d]=%d", 16, -1);
+    ASSERT_EQ(logLines(kKeyLogPath).size(), 1u);
+    EXPECT_TRUE(std::regex_match(
+        logLines(kKeyLogPath)[0],
+        std::regex(
+            R"(\d+\.\d{6} : unit_inside : libvx63\.cpp\(7\) vx63_getKeyStatus\(\) : pKeyStat->stat\[16\]=-1)")))
+        << logLines(kKeyLogPath)[0];
+    EXPECT_FALSE(fs::exists(vx63test::kLogPath));
+}
+
+TEST_F(KeyLogTest, EachLogHasItsOwnLines)
+{
+    vx63::logLine(vx63::Site("f", 1), "main");
+    vx63::logKeyLine(vx63::Site("f", 1), "key");
+    EXPECT_THAT(logMessages(), ElementsAre("f: main"));
+    EXPECT_THAT(logMessages(kKeyLogPath), ElementsAre("f: key"));
+}
+
+TEST_F(KeyLogTest, AFileOfTheLimitIsAppendedToAndOneBeyondIsStartedAnew)
+{
+    fillKeyLog(2097152);
+    vx63::logKeyLine(vx63::Site("f", 1), "first");
+    EXPECT_EQ(logLines(kKeyLogPath).size(), 2u);
+    vx63::logKeyLine(vx63::Site("f", 1), "second");
+    EXPECT_THAT(logMessages(kKeyLogPath), ElementsAre("f: second"));
+
+    fillKeyLog(2097153);
+    vx63::logKeyLine(vx63::Site("f", 1), "third");
+    EXPECT_THAT(logMessages(kKeyLogPath), ElementsAre("f: third"));
+}
+
+TEST_F(KeyLogTest, WhatCannotBeWrittenIsLeftOut)
+{
+    fs::create_directory(kKeyLogPath);
+    vx63::logKeyLine(vx63::Site("f", 1), "lost");
+    EXPECT_TRUE(fs::is_empty(kKeyLogPath));
+
+    fs::remove(kKeyLogPath);
+    fs::create_symlink("/nonexistent/log", kKeyLogPath);
+    errno = EDOM;
+    vx63::logKeyLine(vx63::Site("f", 1), "lost");
+    EXPECT_EQ(errno, EDOM);
+}
+
+TEST_F(KeyLogTest, ThePathBufferKeepsNamingTheMainLog)
+{
+    memset(g_cLibTestLogFilePath, 'x', sizeof g_cLibTestLogFilePath);
+    vx63::logKeyLine(vx63::Site("f", 1), "key");
+    EXPECT_STREQ(g_cLibTestLogFilePath, "/var/log/libvx63.cpp.txt");
+    EXPECT_THAT(logMessages(kKeyLogPath), ElementsAre("f: key"));
+    EXPECT_THAT(logMessages(), IsEmpty());
+}
+
+} // namespace

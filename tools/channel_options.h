@@ -1,0 +1,36 @@
+// The channel on the command line, and the words for the codes in it.
+#pragma once
+
+#include "common/identity.h"
+#include "libvx63.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace tool {
+
+struct ChannelOptions {
+    int32_t id = kDefaultProcessId;
+    std::optional<int32_t> input;
+    MeasCondition condition{};
+    std::string modulation; // resolved once the system is known
+    uint8_t ucDispType = 0;
+    int64_t lockTimeoutMs = 10000;
+};
+
+// Adds the options of a channel, --lock-timeout and --id.
+void addChannelOptions(CLI::App& app, ChannelOptions& options);
+
+// To be called when the whole command line has been read. Throws CLI::ValidationError.
+void resolveModulation(ChannelOptions& options);
+
+// A code as a number or by its name. Throws CLI::ValidationError that names the option.
+uint16_t systemIn(const std::string& option, const std::string& text);
+uint16_t modulationIn(const std::string& option, const std::string& text, uint16_t usBdSys);
+
+// Selects the input when one is given. Throws Failure.
+void selectInput(const std::optional<int32_t>& input);
+
+} // namespace tool

@@ -1,0 +1,80 @@
+#include "exchange.h"
+
+#include "libvx63.h"
+#include "text.h"
+
+#include <chrono>
+
+namespace tool {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// A call that fails sooner than this was answered, but not with its own answer.
+constexpr std::chrono::seconds kAtOnce{4};
+constexpr unsigned kMaxBehind = 3;
+
+// Answers that lie in our queue ahead of each new one. Every call puts one in and takes one out, so the
+// queue never gets shorter again: from then on a call has to be made as many times more for its answer to be
+// a fresh one.
+unsigned s_behind = 0;
+
+} // namespace
+
+int32_t exchange(const std::function<int32_t()>& call)
+{
+    int32_t result = VX63_OK;
+    for (unsigned made = 0; made <= s_behind; ++made) {
+        const auto start = Clock::now();
+        result = call();
+        if (result != VX63_ERR_COMM)
+            continue;
+        if (Clock::now() - start >= kAtOnce)
+            break; // nobody answers: waiting as long again helps nobody
+        if (made == s_behind && s_behind < kMaxBehind)
+            ++s_behind;
+    }
+    return result;
+}
+
+Failure failureOf(int32_t result, const std::string& what)
+{
+    switch (result) {
+    case VX63_ERR_COMM:
+        return {kExitCommunication, what, "the meter's services do not answer, or not as they should",
+                "look at 'vx63 log --errors'; without a meter, put 'vx63-vmeter run --' before the command"};
+    case VX63_ERR_ARG:
+        return {kExitArgument, what, "the meter refuses a value",
+                "check the values; 'vx63 log' shows what was sent"};
+    case VX63_ERR_REPEAT:
+        return {kExitRepeat, what, "the buzzer is sounding a repeating pattern", "stop it first"};
+    case VX63_ERR_POWER:
+        return {kExitPowerSupply, what, "the antenna power supply reports a fault",
+                "check the cable for a short circuit and see 'vx63 power-supply'"};
+    case VX63_ERR_PRIORITY:
+        return {kExitPriority, what, "the buzzer is busy with a sound of higher priority", "try again"};
+    default:
+        return {kExitInternal, what, format("unknown result %d of the library", result),
+                "look at 'vx63 log --errors'"};
+    }
+}
+
+void require(const std::string& what, const std::function<int32_t()>& call)
+{
+    if (const int32_t result = exchange(call); result != VX63_OK)
+        throw failureOf(result, what);
+}
+
+void requireOnce(const std::string& what, const std::function<int32_t()>& call)
+{
+    ProductInfo info{};
+    require(what, [&] { return vx63_getProductInfo(&info); });
+    if (s_behind > 0)
+        throw Failure(kExitCommunication, what, "answers to somebody's earlier calls seem to be in the way",
+                      "see 'vx63 doctor', or choose another id with --id");
+    if (const int32_t result = call(); result != VX63_OK)
+        throw failureOf(result, what);
+}
+
+} // namespace tool

@@ -1,0 +1,26 @@
+// Calls of the library, as a command makes them.
+#pragma once
+
+#include "failure.h"
+
+#include <functional>
+#include <string>
+
+namespace tool {
+
+// Calls the library, and again when an answer to somebody's earlier, abandoned call was in the way: such an
+// answer lies in the queue of our process id and makes the next call fail at once. Returns the result.
+int32_t exchange(const std::function<int32_t()>& call);
+
+// What a negative result means.
+Failure failureOf(int32_t result, const std::string& what);
+
+// exchange(), with a negative result thrown as Failure.
+void require(const std::string& what, const std::function<int32_t()>& call);
+
+// For a call to the system service that must not be made twice: it is made once, and only after a harmless
+// read has shown that the service answers and that no answer to an earlier call is in the way. Throws
+// Failure.
+void requireOnce(const std::string& what, const std::function<int32_t()>& call);
+
+} // namespace tool

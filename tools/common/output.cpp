@@ -1,0 +1,92 @@
+#include "output.h"
+
+#include "failure.h"
+#include "text.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <string>
+#include <unistd.h>
+
+namespace tool {
+
+namespace {
+
+// Writes everything or returns the error.
+int writeAll(int fd, std::string_view text)
+{
+    while (!text.empty()) {
+        const ssize_t written = write(fd, text.data(), text.size());
+        if (written >= 0) {
+            text.remove_prefix(static_cast<size_t>(written));
+        } else if (errno == EAGAIN) {
+            // Another program made the shared terminal or pipe non-blocking.
+            pollfd ready{fd, POLLOUT, 0};
+            poll(&ready, 1, -1);
+        } else if (errno != EINTR) {
+            return errno;
+        }
+    }
+    return 0;
+}
+
+[[noreturn]] void failOutput(int error)
+{
+    if (error == EPIPE)
+        throw BrokenPipe();
+    throw Failure(kExitOutput, "cannot write to standard output", std::strerror(error),
+                  error == ENOSPC ? "make room on the disk" : "write to another file");
+}
+
+} // namespace
+
+void complain(const std::string& text)
+{
+    writeAll(STDERR_FILENO, "vx63: " + printable(text) + "\n"); // nobody is left to tell of an error here
+}
+
+void prepareOutput()
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd)
+        if (fcntl(fd, F_GETFD) < 0)
+            // The lowest free descriptor is fd itself. Its mode is the wrong way round on purpose: whoever
+            // uses it is told.
+            static_cast<void>(open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+}
+
+void print(std::string_view text)
+{
+    if (const int error = writeAll(STDOUT_FILENO, text))
+        failOutput(error);
+}
+
+void closeOutput()
+{
+    if (close(STDOUT_FILENO) != 0 && errno != EBADF)
+        failOutput(errno);
+}
+
+Progress::Progress() : m_terminal(isatty(STDERR_FILENO) == 1) {}
+
+Progress::~Progress()
+{
+    if (m_width > 0)
+        writeAll(STDERR_FILENO, "\r" + std::string(m_width, ' ') + "\r");
+}
+
+void Progress::show(std::string_view text)
+{
+    if (!m_terminal)
+        return;
+    // Blanks instead of an escape sequence: every terminal knows them.
+    const std::string blanks(m_width > text.size() ? m_width - text.size() : 0, ' ');
+    writeAll(STDERR_FILENO, "\r" + std::string(text) + blanks);
+    m_width = std::max(m_width, text.size());
+}
+
+} // namespace tool

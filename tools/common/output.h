@@ -1,0 +1,41 @@
+// Standard output, checked: what cannot be written is a failure, not a loss. And standard error.
+#pragma once
+
+#include <exception>
+#include <string>
+#include <string_view>
+
+namespace tool {
+
+// The reader of a pipe went away: the command cleans up and ends without a word.
+struct BrokenPipe : std::exception {};
+
+// Opens what the caller left closed of stdin, stdout and stderr, so that no file of the library or of a
+// command takes their place; turns a broken pipe into BrokenPipe.
+void prepareOutput();
+
+// Writes all of the text at once, unbuffered. Throws BrokenPipe or Failure.
+void print(std::string_view text);
+
+// Call it last: some file systems tell of a full disk only here. Throws Failure.
+void closeOutput();
+
+// Writes "vx63: TEXT" to stderr.
+void complain(const std::string& text);
+
+// A line on a terminal's stderr that tells how long work goes on; erased at the end. On anything but a
+// terminal it stays silent.
+class Progress {
+public:
+    Progress();
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+    void show(std::string_view text);
+
+private:
+    bool m_terminal;
+    size_t m_width = 0;
+};
+
+} // namespace tool

@@ -1,0 +1,34 @@
+#include "running.h"
+
+#include "exchange.h"
+#include "libvx63.h"
+#include "output.h"
+
+#include <utility>
+
+namespace tool {
+
+Running::Running(std::string name, const Call& start, Call stop, bool inSteps)
+    : m_name(std::move(name)), m_stop(std::move(stop))
+{
+    const int32_t result = exchange(start);
+    if (result == VX63_OK)
+        return;
+    if (result == VX63_ERR_COMM || inSteps)
+        exchange(m_stop);
+    throw failureOf(result, "cannot start " + m_name);
+}
+
+Running::~Running()
+{
+    if (m_running && exchange(m_stop) != VX63_OK)
+        complain("cannot stop " + m_name + ": the meter may go on measuring: look at 'vx63 status'");
+}
+
+void Running::stop()
+{
+    m_running = false;
+    require("cannot stop " + m_name, m_stop);
+}
+
+} // namespace tool

@@ -1,0 +1,25 @@
+// Text for people.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace tool {
+
+// The text as one line that is safe on a terminal: control characters and bytes that are no UTF-8 as
+// \xNN; tabs and everything printable as they are.
+std::string printable(std::string_view text);
+
+// printf into a string.
+[[gnu::format(printf, 1, 2)]] std::string format(const char* pattern, ...);
+
+// "Label  value" lines, the values in one column.
+using Rows = std::vector<std::pair<std::string, std::string>>;
+std::string aligned(const Rows& rows);
+
+// A value that comes in tenths: 623 as "62.3".
+std::string tenths(uint32_t value);
+
+} // namespace tool

@@ -1,0 +1,50 @@
+// Whether a channel is good, by the meter's table of thresholds (settings file 4).
+#pragma once
+
+#include "libvx63.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace tool {
+
+// A record of VX63_SET_FILE_THRD. Levels and ratios in tenths; a bit error rate is MAN/100 * 10^EXP.
+// Low and high are the edges of what is wanted; min and max are the ends of the meter's scales.
+struct Threshold {
+    uint8_t BAND;
+    uint8_t SPEC; // broadcast system
+    uint8_t reserved[2];
+    uint32_t MODULATION; // bits; 0: any
+    int32_t LV_MIN, LV_LOW, LV_HIGH, LV_MAX;
+    uint32_t MER_MIN, MER_LOW, MER_HIGH, MER_MAX;
+    uint32_t BER_MIN_MAN;
+    int32_t BER_MIN_EXP;
+    uint32_t BER_LOW_MAN;
+    int32_t BER_LOW_EXP;
+    uint32_t BER_HIGH_MAN;
+    int32_t BER_HIGH_EXP;
+    uint32_t BER_MAX_MAN;
+    int32_t BER_MAX_EXP;
+    uint32_t CN_MIN, CN_LOW, CN_HIGH, CN_MAX;
+};
+static_assert(sizeof(Threshold) == 88);
+
+enum class Verdict { none, pass, marginal, fail }; // the worse, the later
+
+const char* verdictName(Verdict verdict); // null for none
+
+struct Judgement {
+    Verdict level = Verdict::none;
+    Verdict cnr = Verdict::none;
+    Verdict ber = Verdict::none;
+    Verdict whole = Verdict::none;
+};
+
+// From the settings file, or the factory table where it cannot be read.
+std::vector<Threshold> readThresholds();
+
+// No verdict where there is no signal or no threshold for its band, system and modulation.
+Judgement judge(const std::vector<Threshold>& thresholds, const MeasCondition& condition,
+                const MultiMeasResult& result);
+
+} // namespace tool

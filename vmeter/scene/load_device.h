@@ -1,0 +1,28 @@
+// Reads what a scene tells of the meter itself.
+#pragma once
+
+#include "scene/device_scene.h"
+#include "scene/fields.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace vmeter {
+
+inline constexpr std::string_view kProductKeys[] = {"model_code",   "option_info",    "serial_no",
+                                                    "boot_version", "main_version",   "sub_version",
+                                                    "qt_version",   "product_version"};
+inline constexpr std::string_view kFailureKeys[] = {"code", "state", "control", "wait", "info"};
+inline constexpr std::string_view kDeviceKeys[] = {
+    "battery_percent", "battery_mv",    "low_battery",   "external_power",
+    "charging",        "temperature_c", "usb1",          "usb2",
+    "brightness",      "volume",        "developer_mode"};
+inline constexpr std::string_view kPowerKeys[] = {"standby", "reboot_ms"};
+inline constexpr std::string_view kUpdateKeys[] = {"steps", "fail_step"};
+inline constexpr std::string_view kKeyKeys[] = {"time_ms", "key", "duration_ms"};
+
+// `top` is the scene itself. Throws as Fields does.
+DeviceScene readDeviceScene(const Fields& top, const std::string& file);
+
+} // namespace vmeter
