@@ -84,7 +84,8 @@ bool Reader::atEnd(const uint8_t*& at)
 // means, once the field has taken what it could.
 inline const uint8_t* Reader::separate(const uint8_t* at, bool last, int32_t otherwise)
 {
-    if (*at == (last ? '\n' : ','))
+    const uint8_t separator = last ? '\n' : ',';
+    if (*at == separator)
         return at + 1;
     if (*at == '\r') {
         ++at;

@@ -356,9 +356,15 @@ TEST_F(FormatTest, PiecesJoin)
 
         ASSERT_EQ(write(path(), layout, expected, version.c_str()), LSYS_OK);
         ASSERT_EQ(read(path(), layout, 2, version.c_str()).records, expected) << back;
-        // Cut anywhere in the last record, or just before its newline.
         ASSERT_EQ(truncate(path().c_str(), static_cast<off_t>(textOf(path()).size()) - 1), 0);
         ASSERT_EQ(read(path(), layout, 2, version.c_str()).result, LSYS_ERR_CUT) << back;
+
+        std::string spoilt = version + "\nT,N,S,M\n" + line + line;
+        if (spoilt.size() > 32768) {
+            spoilt[32768] = '\0';
+            putText(path(), spoilt);
+            ASSERT_EQ(read(path(), layout, 2, version.c_str()).result, LSYS_ERR_BINARY) << back;
+        }
     }
 }
 
@@ -377,6 +383,7 @@ TEST_F(FormatTest, ATextWithoutNulIsRefusedAndTheFileStays)
 {
     putText(path(), "old");
     EXPECT_EQ(write(path(), kSmall, {'a', 0, 0, 0, 1, 'a', 'b', 'c', 'd', 1}), LSYS_ERR_TEXT);
+    EXPECT_EQ(write(path(), kSmall, {'a', 'b', 'c', 'd', 0}), LSYS_ERR_TEXT); // the NUL is the number's
     EXPECT_EQ(textOf(path()), "old");
     EXPECT_EQ(namesIn(m_folder), std::vector<std::string>{"file.csv"});
 }

@@ -7,7 +7,6 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace {
@@ -26,7 +25,7 @@ bool fails(const char* call)
     return error != 0;
 }
 
-// libc's own function behind the hook.
+// libc's own function behind the hook, or the sanitizer's, which has to see what happens to descriptors.
 template <class Function>
 Function* real(Function*, const char* name)
 {
@@ -39,6 +38,7 @@ void hooks::reset()
 {
     s_onCall = nullptr;
     s_writeLimit = SIZE_MAX;
+    s_onSpawn = nullptr;
 }
 
 // The names that 64-bit file sizes give them on 32-bit machines.
@@ -54,13 +54,14 @@ extern "C" {
 
 int openat(int folder, const char* path, int flags, ...)
 {
+    static const auto passed = real(&openat, NAME(openat));
     if (fails("openat"))
         return -1;
     va_list arguments;
     va_start(arguments, flags);
     const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
-    return static_cast<int>(syscall(SYS_openat, folder, path, flags, mode));
+    return passed(folder, path, flags, mode);
 }
 
 int fstat(int file, struct stat* status) noexcept
@@ -77,43 +78,59 @@ int fstatat(int folder, const char* path, struct stat* status, int flags) noexce
 
 int flock(int file, int operation) noexcept
 {
-    return fails("flock") ? -1 : static_cast<int>(syscall(SYS_flock, file, operation));
+    static const auto passed = real(&flock, "flock");
+    return fails("flock") ? -1 : passed(file, operation);
 }
 
 ssize_t read(int file, void* bytes, size_t count)
 {
-    return fails("read") ? -1 : syscall(SYS_read, file, bytes, count);
+    static const auto passed = real(&read, "read");
+    return fails("read") ? -1 : passed(file, bytes, count);
 }
 
 ssize_t write(int file, const void* bytes, size_t count)
 {
-    return fails("write") ? -1 : syscall(SYS_write, file, bytes, std::min(count, hooks::s_writeLimit));
+    static const auto passed = real(&write, "write");
+    return fails("write") ? -1 : passed(file, bytes, std::min(count, hooks::s_writeLimit));
 }
 
 int fsync(int file)
 {
-    return fails("fsync") ? -1 : static_cast<int>(syscall(SYS_fsync, file));
+    static const auto passed = real(&fsync, "fsync");
+    return fails("fsync") ? -1 : passed(file);
 }
 
 int fchmod(int file, mode_t mode) noexcept
 {
-    return fails("fchmod") ? -1 : static_cast<int>(syscall(SYS_fchmod, file, mode));
+    static const auto passed = real(&fchmod, "fchmod");
+    return fails("fchmod") ? -1 : passed(file, mode);
 }
 
 int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept
 {
-    return fails("renameat") ? -1
-                             : static_cast<int>(syscall(SYS_renameat2, fromFolder, from, toFolder, to, 0));
+    static const auto passed = real(&renameat, "renameat");
+    return fails("renameat") ? -1 : passed(fromFolder, from, toFolder, to);
 }
 
 int unlinkat(int folder, const char* path, int flags) noexcept
 {
-    return fails("unlinkat") ? -1 : static_cast<int>(syscall(SYS_unlinkat, folder, path, flags));
+    static const auto passed = real(&unlinkat, "unlinkat");
+    return fails("unlinkat") ? -1 : passed(folder, path, flags);
 }
 
 int close(int file)
 {
-    return fails("close") ? -1 : static_cast<int>(syscall(SYS_close, file));
+    static const auto passed = real(&close, "close");
+    return fails("close") ? -1 : passed(file);
+}
+
+int posix_spawn(pid_t* child, const char* path, const posix_spawn_file_actions_t* actions,
+                const posix_spawnattr_t* attributes, char* const arguments[], char* const environment[])
+{
+    static const auto passed = real(&posix_spawn, "posix_spawn");
+    if (hooks::s_onSpawn)
+        hooks::s_onSpawn(*attributes);
+    return passed(child, path, actions, attributes, arguments, environment);
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)

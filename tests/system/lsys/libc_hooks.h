@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <spawn.h>
 #include <string>
 
 namespace hooks {
@@ -15,6 +16,9 @@ inline std::function<int(const std::string& call)> s_onCall;
 
 // How many bytes a write() takes at most.
 inline size_t s_writeLimit = SIZE_MAX;
+
+// Called before each posix_spawn().
+inline std::function<void(const posix_spawnattr_t& attributes)> s_onSpawn;
 
 // How often this thread has asked for memory. Not counted under the sanitizers, which have heaps of their
 // own.

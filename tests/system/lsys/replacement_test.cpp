@@ -188,6 +188,24 @@ TEST_F(ReplacementTest, AFileTakenForALeftoverIsMadeAgain)
     EXPECT_EQ(namesIn(m_folder), onlyTheFile());
 }
 
+TEST_F(ReplacementTest, ANameThatChangesHandsIsLeftAlone)
+{
+    // Between the look at a temporary file and the lock its writer finishes and another takes the name.
+    putText(path(".lsys.0.tmp"), "first");
+    int other = -1;
+    hooks::s_onCall = [&](const std::string& call) {
+        if (call == "flock" && other < 0) {
+            std::filesystem::rename(path(".lsys.0.tmp"), path("finished"));
+            other = open(path(".lsys.0.tmp").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+            flock(other, LOCK_EX);
+        }
+        return 0;
+    };
+    EXPECT_EQ(write(path(), kPlan, kNew), LSYS_OK);
+    EXPECT_EQ(namesIn(m_folder), (std::vector<std::string>{".lsys.0.tmp", "file.csv", "finished"}));
+    close(other);
+}
+
 TEST_F(ReplacementTest, ShortAndInterruptedCallsGoOn)
 {
     hooks::s_writeLimit = 7;

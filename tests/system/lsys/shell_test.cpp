@@ -1,4 +1,5 @@
 // The shell: the result is the command's own, whatever the application does with signals and children.
+#include "libc_hooks.h"
 #include "settings_file.h"
 
 #include <atomic>
@@ -55,6 +56,7 @@ TEST_F(ShellTest, GivesTheSignalThatEndedTheCommand)
 {
     EXPECT_EQ(lsys_system("kill -KILL $$"), 128 + SIGKILL);
     EXPECT_EQ(lsys_system("kill -TERM $$"), 128 + SIGTERM);
+    EXPECT_EQ(lsys_system("kill -KILL $PPID"), 128 + SIGKILL); // the shell around the command
 }
 
 TEST_F(ShellTest, RefusesNoCommand)
@@ -144,6 +146,19 @@ TEST_F(ShellTest, TheApplicationMayReapAllChildrenInAThread)
 
 TEST_F(ShellTest, TheCommandFindsItsOwnChildren)
 {
+    // Some shells see to that themselves, others wait in vain when they are started so.
+    sigset_t defaults;
+    sigemptyset(&defaults);
+    hooks::s_onSpawn = [&](const posix_spawnattr_t& attributes) {
+        short flags = 0;
+        posix_spawnattr_getflags(&attributes, &flags);
+        if ((flags & POSIX_SPAWN_SETSIGDEF) != 0)
+            posix_spawnattr_getsigdefault(&attributes, &defaults);
+    };
+    EXPECT_EQ(lsys_system("true"), 0);
+    hooks::reset();
+    EXPECT_EQ(sigismember(&defaults, SIGCHLD), 1);
+
     EXPECT_EQ(inChild([] {
                   signal(SIGCHLD, SIG_IGN);
                   return lsys_system("sh -c 'exit 5' & wait $!");
