@@ -36,14 +36,16 @@ double noiseLevel(const int8_t (&profile)[VX63_DLYPRF_SAMPLES])
     return levelOf(*middle);
 }
 
-// The top of the parabola through a peak and its neighbours.
+// The top of the parabola through a peak and its neighbours; at either end the peak itself.
 Path topAt(const int8_t (&profile)[VX63_DLYPRF_SAMPLES], size_t peak)
 {
     const double top = levelOf(profile[peak]);
-    const double left = peak > 0 ? levelOf(profile[peak - 1]) : top;
-    const double right = peak + 1 < VX63_DLYPRF_SAMPLES ? levelOf(profile[peak + 1]) : top;
-    const double bend = left - 2 * top + right;
-    const double shift = bend < 0 ? 0.5 * (left - right) / bend : 0;
+    if (peak == 0 || peak + 1 == VX63_DLYPRF_SAMPLES)
+        return {delayOf(static_cast<double>(peak)), top};
+    const double left = levelOf(profile[peak - 1]);
+    const double right = levelOf(profile[peak + 1]);
+    const double bend = left - 2 * top + right; // a peak is higher than its left neighbour: below 0
+    const double shift = 0.5 * (left - right) / bend;
     return {delayOf(static_cast<double>(peak) + shift), top - 0.25 * (left - right) * shift};
 }
 

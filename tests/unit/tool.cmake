@@ -1,6 +1,10 @@
 # The tool's own pieces: they talk to nobody.
 add_executable(unit_tool
     tool_interrogation_test.cpp
+    tool_echoes_test.cpp
+    tool_judgement_test.cpp
+    tool_modulation_error_test.cpp
+    tool_plot_text_test.cpp
     tool_interrupt_test.cpp
     tool_log_line_test.cpp
     tool_log_reader_test.cpp
