@@ -257,6 +257,22 @@ void addServices(const std::vector<Verdict>& verdicts, int32_t id, bool logWorks
     }
 }
 
+// A meter that sleeps answers, but does not measure.
+void addStandby(std::vector<Check>& checks)
+{
+    if (std::ranges::find(checks, Health::wrong, &Check::health) != checks.end())
+        return;
+    uint32_t state = 0;
+    if (vx63_getStandbyStat(&state) == VX63_OK && state != 0)
+        checks.push_back({"services",
+                          "Standby",
+                          Health::remarkable,
+                          "standby",
+                          "asleep, measures nothing: see 'vx63 power wakeup'",
+                          "",
+                          {}});
+}
+
 // ---- what is shown ----
 
 const char* healthWord(Health health)
@@ -312,6 +328,7 @@ int examine(const Options& options)
         const bool written = !log.messages().empty();
         const std::vector<Verdict> verdicts = interrogate(log, written);
         addServices(verdicts, options.id, written, checks);
+        addStandby(checks);
         checks.push_back(checkLog(written));
     }
     const std::vector<Check> settings = checkSettings();
