@@ -44,7 +44,7 @@ public:
         __progname = m_name.c_str();
         static_cast<void>(messages());
     }
-    ~OwnLog() { __progname = "vx63"; }
+    ~OwnLog() { __progname = m_before; }
     OwnLog(const OwnLog&) = delete;
     OwnLog& operator=(const OwnLog&) = delete;
 
@@ -67,6 +67,7 @@ public:
     }
 
 private:
+    const char* m_before = __progname;
     std::string m_name;
     LogReader m_reader;
 };

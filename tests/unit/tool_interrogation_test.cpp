@@ -196,6 +196,17 @@ TEST(Interrogation, RequestIsBlamedOnItsSender)
     EXPECT_EQ(verdicts[1].number, 1);
 }
 
+TEST(Interrogation, WhatIsDueComesOnlyOnce)
+{
+    const auto verdicts = run({kSys, kDev}, {{0, requestInstead(6, "0001")},
+                                             {0, kAnswer},
+                                             {6, answerInstead(0, "8005")}, // ours, left over
+                                             {6, answerInstead(0, "8005")}, // one too many
+                                             {6, kAnswer}});
+    EXPECT_EQ(verdicts[0].trouble, Trouble::unexpectedAnswer);
+    EXPECT_EQ(verdicts[1].trouble, Trouble::strayRequest);
+}
+
 TEST(Interrogation, StrangersAreNoServices)
 {
     const Attempt strange = requestInstead(5, "0001");
