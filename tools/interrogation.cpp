@@ -185,13 +185,17 @@ std::vector<Verdict> Interrogation::run()
 {
     for (size_t i = 0; i < m_questions.size(); ++i)
         interrogate(i);
-    // What the last one sent too much shows when somebody else is asked.
-    for (size_t i = 0; i + 1 < m_questions.size(); ++i) {
-        if (m_verdicts[i].trouble == Trouble::none) {
-            interrogate(i);
-            break;
-        }
+    // A service that sends too much may do so after our call has come back, but not after its next answer:
+    // ask again, and at last somebody else than the last one.
+    const auto isWell = [](const Verdict& verdict) { return verdict.trouble == Trouble::none; };
+    size_t last = 0;
+    for (size_t i = 0; i < m_questions.size(); ++i) {
+        if (isWell(m_verdicts[i]))
+            interrogate(last = i);
     }
+    const auto first = static_cast<size_t>(std::ranges::find_if(m_verdicts, isWell) - m_verdicts.begin());
+    if (first < m_verdicts.size() && first != last)
+        interrogate(first);
     return m_verdicts;
 }
 

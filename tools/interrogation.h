@@ -52,7 +52,8 @@ struct Verdict {
     double ms = 0; // of the call that was answered, or that failed
 };
 
-// Asks the questions in their order, one a service, and where something comes in between, again.
+// Asks the questions in their order, one a service; where something comes in between, again; and those that
+// answered well a second time.
 //   verdicts  one a question
 class Interrogation {
 public:

@@ -63,9 +63,11 @@ std::vector<Verdict> run(std::vector<Question> questions, Script script)
     return verdicts;
 }
 
-Verdict verdictOn(Attempt attempt)
+// A service of which every call comes to this.
+Verdict verdictOn(const Attempt& attempt)
 {
-    return run({kDev}, {{6, std::move(attempt)}})[0];
+    const Question questions[] = {kDev};
+    return Interrogation(questions, [&](const Question&) { return attempt; }).run()[0];
 }
 
 TEST(Interrogation, OneFailureEach)
@@ -115,8 +117,7 @@ TEST(Interrogation, AnswersTwice)
     const auto verdicts = run({kSys, kDev}, {{0, kAnswer},
                                              {6, answerInstead(0, "8005")}, // the second one
                                              {6, kAnswer},
-                                             {0, answerInstead(6, "8006")}, // ours, left over
-                                             {0, kAnswer}});
+                                             {6, kAnswer}});
     EXPECT_EQ(verdicts[0].trouble, Trouble::unexpectedAnswer);
     EXPECT_EQ(verdicts[0].number, 5);
     EXPECT_EQ(verdicts[1].trouble, Trouble::none);
@@ -130,6 +131,19 @@ TEST(Interrogation, TheLastOneAnswersTwice)
     EXPECT_EQ(verdicts[1].trouble, Trouble::unexpectedAnswer);
 }
 
+TEST(Interrogation, TheSecondAnswerTakesItsTime)
+{
+    const auto verdicts = run({kSys, kDev}, {{0, kAnswer},
+                                             {6, kAnswer},
+                                             {0, kAnswer},
+                                             {6, kAnswer},
+                                             {0, answerInstead(6, "8006")},
+                                             {0, answerInstead(6, "8006")},
+                                             {0, kAnswer}});
+    EXPECT_EQ(verdicts[0].trouble, Trouble::none);
+    EXPECT_EQ(verdicts[1].trouble, Trouble::unexpectedAnswer);
+}
+
 TEST(Interrogation, AnswerThatComesTooLate)
 {
     const auto verdicts = run({kSys, kDev, kKey}, {{0, kTimeout},
@@ -138,10 +152,20 @@ TEST(Interrogation, AnswerThatComesTooLate)
                                                    {8, answerInstead(6, "8006")},
                                                    {8, kAnswer},
                                                    {6, answerInstead(8, "8008")},
+                                                   {6, kAnswer},
+                                                   {8, answerInstead(6, "8006")},
+                                                   {8, kAnswer},
+                                                   {6, answerInstead(8, "8008")},
                                                    {6, kAnswer}});
     EXPECT_EQ(verdicts[0].trouble, Trouble::lateAnswer);
     EXPECT_EQ(verdicts[1].trouble, Trouble::none);
     EXPECT_EQ(verdicts[2].trouble, Trouble::none);
+}
+
+TEST(Interrogation, FailsTheSecondTime)
+{
+    const auto verdicts = run({kDev}, {{6, kAnswer}, {6, kTimeout}});
+    EXPECT_EQ(verdicts[0].trouble, Trouble::noAnswer);
 }
 
 TEST(Interrogation, WrongCommandEveryTime)
@@ -170,6 +194,17 @@ TEST(Interrogation, RequestIsBlamedOnItsSender)
     EXPECT_EQ(verdicts[0].trouble, Trouble::none);
     EXPECT_EQ(verdicts[1].trouble, Trouble::strayRequest);
     EXPECT_EQ(verdicts[1].number, 1);
+}
+
+TEST(Interrogation, WhatIsDueComesOnlyOnce)
+{
+    const auto verdicts = run({kSys, kDev}, {{0, requestInstead(6, "0001")},
+                                             {0, kAnswer},
+                                             {6, answerInstead(0, "8005")}, // ours, left over
+                                             {6, answerInstead(0, "8005")}, // one too many
+                                             {6, kAnswer}});
+    EXPECT_EQ(verdicts[0].trouble, Trouble::unexpectedAnswer);
+    EXPECT_EQ(verdicts[1].trouble, Trouble::strayRequest);
 }
 
 TEST(Interrogation, StrangersAreNoServices)

@@ -1,12 +1,14 @@
 """vx63 doctor: the right service and the right kind, or nothing claimed."""
 
 import json
+import os
 import shutil
 
 import pytest
 
 from tool_support import SOURCE, VX63, Terminal, environment, isolation, meter, run  # noqa: F401 (fixtures)
 
+LOG = "/var/log/libvx63.cpp.txt"
 SERVICES = ["sys", "dev", "key", "buz", "meas"]
 
 
@@ -46,7 +48,7 @@ def test_nothing_is_changed(meter):
     """What it asks may be asked of any meter at any time."""
     diagnose(meter)
     assert [name for name, _ in meter.requests()] == [
-        "product", "device-status", "key-status", "buzzer", "meas-status", "product"]
+        *["product", "device-status", "key-status", "buzzer", "meas-status"] * 2, "product", "standby-state"]
 
 
 # What can be seen of each fault through the library. None: nothing.
@@ -119,9 +121,21 @@ def test_answer_to_somebody_who_was_killed(meter):
     assert set(wrong(report).items()) <= {("sys", "unexpected-answer")}
 
 
-# ---- log ----
+@pytest.mark.skipif(os.geteuid() != 0 or not shutil.which("setpriv"), reason="needs root and setpriv")
+def test_queues_of_another_user(meter):
+    code, error, report = diagnose(meter, before=f"touch {LOG}; chmod 666 {LOG}",
+                                   doctor="setpriv --reuid 65534 --clear-groups $VX63 doctor --json")
+    assert (code, wrong(report)) == (5, dict.fromkeys(["Message queues", *SERVICES], "queue"))
+    assert error.startswith("vx63: Message queues: System service: its message queue is not permitted (lmsg_err=-2): ")
 
-LOG = "/var/log/libvx63.cpp.txt"
+
+def test_standby_is_worth_a_note(meter):
+    result = meter.shell("$VX63 power standby; $VX63 doctor")
+    assert (result.returncode, result.stderr) == (0, "")
+    assert "Standby              note   asleep, measures nothing: see 'vx63 power wakeup'\n" in result.stdout
+
+
+# ---- log ----
 
 
 @pytest.mark.parametrize("make, kind, text", [
