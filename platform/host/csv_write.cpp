@@ -69,9 +69,15 @@ inline bool Writer::put(uint8_t byte)
 
 bool Writer::putLine(const char* line)
 {
-    for (; *line != '\0'; ++line) {
-        if (!put(static_cast<uint8_t>(*line)))
+    for (size_t left = strlen(line); left != 0;) {
+        if (m_at == m_chunk + kChunk && !flush())
             return false;
+        const size_t room = static_cast<size_t>(m_chunk + kChunk - m_at);
+        const size_t count = left < room ? left : room;
+        memcpy(m_at, line, count);
+        m_at += count;
+        line += count;
+        left -= count;
     }
     ++m_line;
     return put('\n');

@@ -377,6 +377,14 @@ TEST_F(FormatTest, LinesMayBeLongerThanAnyBuffer)
     ASSERT_EQ(write(path(), layout, record), LSYS_OK);
     EXPECT_EQ(textOf(path()).size(), std::string("1.0.0\nN,T\n200,\"\"\n").size() + 2 * 299999);
     EXPECT_EQ(read(path(), layout, 1).records, record);
+
+    std::string version;
+    for (int i = 0; version.size() < 100000; ++i)
+        version += std::to_string(i);
+    version.resize(100000);
+    ASSERT_EQ(write(path(), layout, record, version.c_str()), LSYS_OK);
+    EXPECT_EQ(textOf(path()).substr(0, 100004), version + "\nN,T");
+    EXPECT_EQ(read(path(), layout, 1, version.c_str()).records, record);
 }
 
 TEST_F(FormatTest, ATextWithoutNulIsRefusedAndTheFileStays)
@@ -490,6 +498,9 @@ TEST_F(FormatTest, WhatIsMissingIsToldFromWhatIsNotPermitted)
     ASSERT_EQ(chmod(path("closed").c_str(), 0), 0);
     ASSERT_EQ(chmod(path("readonly").c_str(), 0444), 0);
     ASSERT_EQ(chmod(path("folder").c_str(), 0555), 0);
+    putText(path("others"), "1.0.0\nT,N\n");
+    ASSERT_EQ(chmod(path("others").c_str(), 0644), 0);
+    const uid_t owner = getuid();
     EXPECT_EQ(inChild([&] {
                   constexpr unsigned kNobody = 65534;
                   if (getuid() == 0 && (setgid(kNobody) != 0 || setuid(kNobody) != 0))
@@ -500,8 +511,16 @@ TEST_F(FormatTest, WhatIsMissingIsToldFromWhatIsNotPermitted)
                       return 3;
                   if (write(path("readonly"), kSmall, {}) != LSYS_ERR_PERMISSION)
                       return 4;
+                  if (getuid() != owner && write(path("others"), kSmall, {}) != LSYS_ERR_PERMISSION)
+                      return 8;
                   if (write(path("folder/new"), kSmall, {}) != LSYS_ERR_PERMISSION)
                       return 5;
+                  putText(path("own"), "");
+                  if (write(path("own"), kSmall, {}) != LSYS_OK)
+                      return 6;
+                  chmod(path("own").c_str(), 0444);
+                  if (write(path("own"), kSmall, {}) != LSYS_ERR_PERMISSION)
+                      return 7;
                   return 0;
               }),
               0);
