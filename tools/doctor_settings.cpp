@@ -182,9 +182,10 @@ Check checkFolder(const Folder& folder, std::vector<Check>& files)
     if (const int error = errno)
         return {"folders", path, Health::wrong, "unreadable", std::strerror(error), "check the disk", {}};
     std::ranges::sort(names);
+    const std::string prefix = path + "/";
     for (const std::string& name : names)
-        files.push_back(checkFile(path + "/" + name + std::string(kEnding), static_cast<uint32_t>(folder.set),
-                                  name.c_str()));
+        files.push_back(checkFile(std::string(prefix).append(name).append(kEnding),
+                                  static_cast<uint32_t>(folder.set), name.c_str()));
     return {"folders", path, Health::good, "none", "readable", "", {}};
 }
 
@@ -194,6 +195,7 @@ std::vector<Check> checkSettings()
 {
     std::vector<Check> checks;
     std::vector<Check> files;
+    checks.reserve(kFolders.size());
     for (const Folder& folder : kFolders)
         checks.push_back(checkFolder(folder, files));
     checks.insert(checks.end(), files.begin(), files.end());
