@@ -60,6 +60,17 @@ TEST(Echoes, MainPathAloneHasNoSideLobesForEchoes)
     EXPECT_NEAR(paths[0].levelDb, 0, 0.1);
 }
 
+TEST(Echoes, SideLobesAreNoEchoesWhereverThePathLies)
+{
+    for (double delay = 20; delay < 20.17; delay += 0.01) {
+        Profile profile = silent();
+        addPulse(profile, delay, -1);
+        const auto paths = findPaths(profile.samples);
+        ASSERT_EQ(paths.size(), 1u) << delay;
+        EXPECT_NEAR(paths[0].delayUs, delay, 0.05);
+    }
+}
+
 TEST(Echoes, BetweenSamplesAndInOrder)
 {
     Profile profile = silent();

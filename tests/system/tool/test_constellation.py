@@ -136,7 +136,7 @@ def test_one_bad_answer_harms_nobody(meter, kind):
 
 
 def test_ctrl_c_while_collecting(meter):
-    terminal = Terminal(*meter.command(VX63, *CHANNEL, "--points", "4000", fault="meas/0x106:3=late,2000"))
+    terminal = Terminal(*meter.command(VX63, *CHANNEL, "--points", "4000", fault="meas/0x106:3=late,4000"))
     terminal.wait_for("Reading points: 1248 of 4000")
     terminal.type("\x03")
     assert terminal.finish() == 130

@@ -80,7 +80,7 @@ def test_failures(meter, fault, code, why):
 
 
 def test_ctrl_c(meter):
-    terminal = Terminal(*meter.command(VX63, *NETWORK, fault="meas/0x108:2=late,2000"))
+    terminal = Terminal(*meter.command(VX63, *NETWORK, fault="meas/0x108:2=late,4000"))
     terminal.wait_for("Measuring the delay profile")
     terminal.type("\x03")
     assert terminal.finish() == 130

@@ -65,7 +65,7 @@ def test_calibration_shows_its_progress(meter):
 
 
 def test_calibration_that_is_interrupted(meter):
-    terminal = Terminal(*meter.command(VX63, "angle", "calibrate", fault="dev/0x20:5=late,2000"))
+    terminal = Terminal(*meter.command(VX63, "angle", "calibrate", fault="dev/0x20:5=late,4000"))
     terminal.wait_for("turn 1 of 3")
     terminal.type("\x03")
     assert terminal.finish() == 130
