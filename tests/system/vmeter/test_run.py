@@ -370,7 +370,7 @@ def on_the_machine():
     """Where a meter could leave something; others are at work there as well."""
     places = ("/tmp", "/var/log", "/usr/local/bin", "/dev/mqueue")
     return [os.path.join(place, name) for place in places if os.path.isdir(place)
-            for name in sorted(os.listdir(place)) if name.startswith(("vx63", "libvx63")) or name in SETTINGS]
+            for name in sorted(os.listdir(place)) if name.startswith(("vx63-vmeter", "vx63.", "libvx63")) or name in SETTINGS]
 
 
 @pytest.mark.parametrize("part, status", [("run", -signal.SIGKILL), ("bubblewrap", 137), ("first process", None),
