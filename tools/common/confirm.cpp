@@ -1,7 +1,7 @@
-#include "confirm.h"
+#include "common/confirm.h"
 
-#include "failure.h"
-#include "text.h"
+#include "common/failure.h"
+#include "common/text.h"
 
 #include <cstdio>
 #include <unistd.h>

@@ -1,7 +1,7 @@
-#include "exchange.h"
+#include "common/exchange.h"
 
+#include "common/text.h"
 #include "libvx63.h"
-#include "text.h"
 
 #include <chrono>
 

@@ -1,7 +1,7 @@
 // Calls of the library, as a command makes them.
 #pragma once
 
-#include "failure.h"
+#include "common/failure.h"
 
 #include <functional>
 #include <string>

@@ -1,9 +1,9 @@
-#include "identity.h"
+#include "common/identity.h"
 
-#include "failure.h"
+#include "common/failure.h"
+#include "common/options.h"
+#include "common/text.h"
 #include "libvx63.h"
-#include "options.h"
-#include "text.h"
 
 #include <cerrno>
 #include <fcntl.h>

@@ -1,6 +1,6 @@
-#include "interrupt.h"
+#include "common/interrupt.h"
 
-#include "output.h"
+#include "common/output.h"
 
 #include <algorithm>
 #include <array>

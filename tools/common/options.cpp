@@ -1,6 +1,6 @@
-#include "options.h"
+#include "common/options.h"
 
-#include "text.h"
+#include "common/text.h"
 
 #include <charconv>
 #include <cmath>

@@ -1,7 +1,7 @@
-#include "output.h"
+#include "common/output.h"
 
-#include "failure.h"
-#include "text.h"
+#include "common/failure.h"
+#include "common/text.h"
 
 #include <algorithm>
 #include <cerrno>

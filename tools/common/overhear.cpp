@@ -1,4 +1,4 @@
-#include "overhear.h"
+#include "common/overhear.h"
 
 #include <cstdint>
 #include <sys/mman.h>

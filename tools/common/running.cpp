@@ -1,8 +1,8 @@
-#include "running.h"
+#include "common/running.h"
 
-#include "exchange.h"
+#include "common/exchange.h"
+#include "common/output.h"
 #include "libvx63.h"
-#include "output.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
-#include "table.h"
+#include "common/table.h"
 
-#include "text.h"
+#include "common/text.h"
 
 #include <algorithm>
 

@@ -1,0 +1,184 @@
+// A reading as a person and as a program gets it, and the numbers and names of the command line.
+#include "common/names.h"
+#include "common/options.h"
+#include "common/text.h"
+#include "measure/reading.h"
+
+#include <cstdlib>
+#include <ctime>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <string>
+
+using namespace tool;
+
+namespace {
+
+Reading lockedReading()
+{
+    Reading reading{1700000000250, 557143, {}};
+    reading.result.lock = 1;
+    reading.result.stat = 0x0007;
+    reading.result.bdSys = 0;
+    reading.result.LEVEL = 629;
+    reading.result.CNR = 331;
+    reading.result.BER_TOTAL = 1000000;
+    reading.result.BER_ERR = 250;
+    reading.result.TSID = 0x7FE0;
+    reading.result.GI = 2;
+    reading.result.LAYER = 3;
+    reading.result.MOD = 1;
+    return reading;
+}
+
+TEST(Reading, TextIsAligned)
+{
+    EXPECT_EQ(readingText(lockedReading()), "Frequency       557143 kHz\n"
+                                            "System          terrestrial\n"
+                                            "Lock            yes\n"
+                                            "Level           62.9 dBuV\n"
+                                            "C/N             33.1 dB\n"
+                                            "Bit error rate  2.5e-04\n"
+                                            "Errors/bits     250/1000000\n"
+                                            "Modulation      OFDM\n"
+                                            "Guard interval  1/8\n"
+                                            "TSID            0x7FE0\n"
+                                            "Layer           3\n");
+}
+
+TEST(Reading, WithoutLockTheSignalIsUnknown)
+{
+    Reading reading{0, 575143, {}};
+    reading.result.LEVEL = 95;
+    EXPECT_EQ(readingText(reading), "Frequency       575143 kHz\n"
+                                    "System          terrestrial\n"
+                                    "Lock            no\n"
+                                    "Level           9.5 dBuV\n"
+                                    "C/N             0.0 dB\n"
+                                    "Bit error rate  -\n"
+                                    "Errors/bits     0/0\n"
+                                    "Modulation      -\n"
+                                    "Guard interval  -\n"
+                                    "TSID            -\n"
+                                    "Layer           -\n");
+    EXPECT_EQ(readingJson(reading).dump(),
+              R"({"time":0.0,"frequency_khz":575143,"locked":false,"level_dbuv":9.5,"cnr_db":0.0,"ber":null,)"
+              R"("ber_errors":0,"ber_bits":0,"system":"terrestrial","modulation":null,"guard_interval":null,)"
+              R"("tsid":null,"layer":null,"lock_code":0,"status_code":0,"condition_code":0,"system_code":0,)"
+              R"("modulation_code":0,"guard_interval_code":0})");
+}
+
+TEST(Reading, JsonHasNumbersInUnits)
+{
+    EXPECT_EQ(
+        readingJson(lockedReading()).dump(),
+        R"({"time":1700000000.25,"frequency_khz":557143,"locked":true,"level_dbuv":62.9,"cnr_db":33.1,)"
+        R"("ber":0.00025,"ber_errors":250,"ber_bits":1000000,"system":"terrestrial","modulation":"OFDM",)"
+        R"("guard_interval":"1/8","tsid":32736,"layer":3,"lock_code":1,"status_code":7,)"
+        R"("condition_code":0,"system_code":0,"modulation_code":1,"guard_interval_code":2})");
+}
+
+TEST(Reading, UnknownCodesAreShownAsCodes)
+{
+    Reading reading = lockedReading();
+    reading.result.bdSys = 0xFFFF;
+    reading.result.MOD = 0xFFFFFFFF;
+    const std::string text = readingText(reading);
+    EXPECT_NE(text.find("System          code 0xFFFF\n"), std::string::npos);
+    EXPECT_NE(text.find("Modulation      code 0xFFFFFFFF\n"), std::string::npos);
+    EXPECT_NE(text.find("Guard interval  -\n"), std::string::npos); // of OFDM signals only
+    EXPECT_TRUE(readingJson(reading)["system"].is_null());
+    EXPECT_TRUE(readingJson(reading)["guard_interval"].is_null());
+    EXPECT_EQ(readingJson(reading)["modulation_code"], 0xFFFFFFFFu);
+    reading.result.MOD = 1;
+    reading.result.GI = 4;
+    EXPECT_NE(readingText(reading).find("Guard interval  code 0x4\n"), std::string::npos);
+}
+
+TEST(Reading, BitErrorRateSaysHowMuchIsKnown)
+{
+    SingleMeasResult result{};
+    EXPECT_EQ(bitErrorRateText(result), "-");
+    EXPECT_FALSE(bitErrorRate(result));
+    result.BER_TOTAL = 2000000;
+    EXPECT_EQ(bitErrorRateText(result), "< 5.0e-07");
+    EXPECT_EQ(bitErrorRate(result), 0.0);
+    result.BER_ERR = 2000000;
+    EXPECT_EQ(bitErrorRateText(result), "1.0e+00");
+}
+
+TEST(Reading, TableHasOneLineAReading)
+{
+    setenv("TZ", "UTC0", 1);
+    tzset();
+    EXPECT_EQ(readingTableHeader(), "Time       dBuV C/N dB        BER Lock\n");
+    EXPECT_EQ(readingTableRow(lockedReading()), "22:13:20   62.9   33.1    2.5e-04  yes\n");
+}
+
+TEST(Reading, TextFitsFortyColumns)
+{
+    Reading reading{1700000000250, UINT32_MAX, {}};
+    reading.result.lock = 1;
+    reading.result.LEVEL = reading.result.BER_TOTAL = reading.result.BER_ERR = reading.result.MOD =
+        UINT32_MAX;
+    std::istringstream lines(readingText(reading) + readingTableHeader() + readingTableRow(lockedReading()));
+    for (std::string line; std::getline(lines, line);)
+        EXPECT_LE(line.size(), 40u) << line;
+}
+
+TEST(Options, NumbersAreDecimalOrHexadecimal)
+{
+    EXPECT_EQ(parseNumber("0"), 0u);
+    EXPECT_EQ(parseNumber("010"), 10u);
+    EXPECT_EQ(parseNumber("0x1F"), 31u);
+    EXPECT_EQ(parseNumber("18446744073709551615"), UINT64_MAX);
+    for (const char* text : {"", "-1", "+1", " 1", "1 ", "1.5", "1k", "0x", "x1", "18446744073709551616"})
+        EXPECT_FALSE(parseNumber(text)) << text;
+}
+
+TEST(Options, RangesHold)
+{
+    EXPECT_EQ(numberIn("--n", "1", 1, 4), 1u);
+    EXPECT_EQ(numberIn("--n", "4", 1, 4), 4u);
+    EXPECT_THROW(numberIn("--n", "0", 1, 4), CLI::ValidationError);
+    EXPECT_THROW(numberIn("--n", "5", 1, 4), CLI::ValidationError);
+    EXPECT_EQ(secondsIn("--s", "0.25", 0, 10), 250);
+    EXPECT_EQ(secondsIn("--s", "10", 0, 10), 10000);
+    for (const char* text : {"", "nan", "inf", "-1", "10.01", "1e1", "1s"})
+        EXPECT_THROW(secondsIn("--s", text, 0, 10), CLI::ValidationError) << text;
+}
+
+TEST(Names, GoBothWays)
+{
+    EXPECT_EQ(systemCode("terrestrial"), 0);
+    EXPECT_EQ(systemCode("Satellite-2"), 2);
+    EXPECT_EQ(systemCode("catv-2"), 9);
+    EXPECT_FALSE(systemCode("sat"));
+    EXPECT_EQ(systemName(10), "level");
+    EXPECT_FALSE(systemName(7));
+    EXPECT_EQ(modulationCode("256qam", 3), 4096);
+    EXPECT_EQ(modulationCode("8PSK", 1), 16);
+    EXPECT_EQ(modulationCode("8PSK", 2), 32);
+    EXPECT_EQ(modulationName(32), "8PSK");
+    EXPECT_FALSE(modulationName(0));
+    EXPECT_EQ(guardIntervalName(0), "1/32");
+    EXPECT_EQ(guardIntervalName(3), "1/4");
+    EXPECT_EQ(powerSupplyName(4), "15 V, tone");
+}
+
+TEST(Text, PrintableKeepsWhatIsPrintable)
+{
+    EXPECT_EQ(printable("a\tb \xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"),
+              "a\tb \xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80");
+    EXPECT_EQ(printable(std::string_view("\0\n\x7F", 3)), "\\x00\\x0A\\x7F");
+    EXPECT_EQ(printable("\xC2\x85"), "\\xC2\\x85"); // a control character of two bytes
+    EXPECT_EQ(printable("\xC0\xAF"), "\\xC0\\xAF"); // not the shortest form
+    EXPECT_EQ(printable("\xE0\x80\xAF"), "\\xE0\\x80\\xAF");
+    EXPECT_EQ(printable("\xF0\x80\x80\xAF"), "\\xF0\\x80\\x80\\xAF");
+    EXPECT_EQ(printable("\xE2\x82"), "\\xE2\\x82");                   // cut short
+    EXPECT_EQ(printable("\xED\xA0\x80"), "\\xED\\xA0\\x80");          // a surrogate
+    EXPECT_EQ(printable("\xF4\x90\x80\x80"), "\\xF4\\x90\\x80\\x80"); // beyond the last character
+    EXPECT_EQ(printable("\xE2z"), "\\xE2z");
+}
+
+} // namespace

@@ -1,0 +1,86 @@
+// vx63 status: what the services say of themselves.
+#include "commands.h"
+#include "common/exchange.h"
+#include "common/failure.h"
+#include "common/identity.h"
+#include "common/output.h"
+#include "common/text.h"
+#include "device/device_status.h"
+#include "libvx63.h"
+#include "measure/supply.h"
+
+#include <memory>
+
+namespace tool {
+
+namespace {
+
+// Bits of ulMeasStat.
+constexpr uint32_t kMeasuring = 0x00000001;
+constexpr uint32_t kLocked = 0x00000002;
+
+// Bits of usInputStat; what the power supply feeds stands in its own readings.
+constexpr uint16_t kInput1 = 0x0001;
+constexpr uint16_t kSupplyFault = 0x0010;
+
+struct Options {
+    int32_t id = kDefaultProcessId;
+    bool json = false;
+};
+
+int showStatus(const Options& options)
+{
+    const Identity identity(options.id);
+    MeasStatus status{};
+    require("cannot read the measurement status", [&] { return vx63_getMeasStatus(&status); });
+    const PowerSupplyInfo supply = readSupply();
+    const DeviceStatus device = readDeviceStatus();
+    const bool measuring = (status.ulMeasStat & kMeasuring) != 0;
+    const bool locked = (status.ulMeasStat & kLocked) != 0;
+    const bool fault = (status.usInputStat & kSupplyFault) != 0;
+    const unsigned input = (status.usInputStat & kInput1) != 0 ? 1 : 0;
+    if (options.json) {
+        const nlohmann::ordered_json json = {
+            {"measuring", measuring},
+            {"locked", locked},
+            {"input", input},
+            {"power_supply_fault", fault},
+            {"measurement_status_code", status.ulMeasStat},
+            {"input_status_code", status.usInputStat},
+            {"power_supply", supplyJson(supply)},
+            {"device", deviceStatusJson(device)},
+        };
+        print(json.dump() + "\n");
+        return kExitSuccess;
+    }
+    Rows rows = {
+        {"Measuring", measuring ? "yes" : "no"},
+        {"Lock", locked ? "yes" : "no"},
+        {"Input", format("%u", input)},
+        {"Measurement bits", format("0x%08X", status.ulMeasStat)},
+        {"Input bits", format("0x%04X", status.usInputStat)},
+        {"Supply fault", fault ? "yes" : "no"},
+    };
+    const Rows supplies = supplyRows(supply);
+    rows.insert(rows.end(), supplies.begin(), supplies.end());
+    const Rows devices = deviceStatusRows(device);
+    rows.insert(rows.end(), devices.begin(), devices.end());
+    print(aligned(rows));
+    return kExitSuccess;
+}
+
+} // namespace
+
+void addStatus(CLI::App& app, Command& command)
+{
+    const auto options = std::make_shared<Options>();
+    CLI::App* status =
+        app.add_subcommand("status", "Show how the meter is: measurement, power supply, battery")
+            ->group("Commands");
+    status->add_flag("--json", options->json, "Print a JSON object");
+    addIdOption(*status, options->id);
+    status->footer("Example: vx63 status --json");
+    status->callback([options, &command] { command = [options] { return showStatus(*options); }; });
+}
+
+} // namespace tool

@@ -1,0 +1,104 @@
+#include "device/update_request.h"
+
+#include "common/failure.h"
+#include "common/text.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <iterator>
+#include <numeric>
+#include <unistd.h>
+
+namespace tool {
+
+namespace {
+
+constexpr std::string_view kPrograms[] = {"boot", "main", "sub", "qt", "product"}; // from 1
+constexpr std::string_view kSources[] = {"internal", "usb1", "usb2"};              // from 0
+
+constexpr size_t kProgramAt = 4;
+constexpr size_t kSourceAt = 5;
+constexpr size_t kVersionAt = 8;
+constexpr size_t kVersionSize = 16;
+constexpr size_t kSizeAt = 24;
+constexpr size_t kSumAt = 28;
+
+// Little-endian, as the meter reads it.
+void putNumber(UpdateRequest& request, size_t at, uint32_t value)
+{
+    for (size_t i = 0; i < sizeof value; ++i)
+        request[at + i] = static_cast<uint8_t>(value >> (8 * i));
+}
+
+template <size_t kNames>
+std::optional<uint8_t> indexOf(const std::string_view (&names)[kNames], std::string_view name)
+{
+    const auto* found = std::ranges::find(names, name);
+    if (found == std::end(names))
+        return std::nullopt;
+    return static_cast<uint8_t>(found - names);
+}
+
+} // namespace
+
+std::optional<uint8_t> programCode(std::string_view name)
+{
+    const auto index = indexOf(kPrograms, name);
+    return index ? std::optional(static_cast<uint8_t>(*index + 1)) : std::nullopt;
+}
+
+std::optional<uint8_t> sourceCode(std::string_view name)
+{
+    return indexOf(kSources, name);
+}
+
+bool isVersion(std::string_view version)
+{
+    return !version.empty() && version.size() <= kVersionSize &&
+           std::ranges::all_of(version, [](char c) { return c >= ' ' && c <= '~'; });
+}
+
+UpdateRequest makeUpdateRequest(uint8_t program, uint8_t source, std::string_view version, uint32_t size)
+{
+    UpdateRequest request{'V', 'X', 'U', 'P'};
+    request[kProgramAt] = program;
+    request[kSourceAt] = source;
+    std::ranges::copy(version, request.begin() + kVersionAt);
+    putNumber(request, kSizeAt, size);
+    putNumber(request, kSumAt, std::accumulate(request.begin(), request.begin() + kSumAt, uint32_t{0}));
+    return request;
+}
+
+UpdateRequest readUpdateRequest(const std::string& path)
+{
+    const std::string what = "cannot read " + path;
+    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        throw Failure(kExitNoInput, what, std::strerror(errno),
+                      "name another FILE, or check its permissions");
+    std::array<uint8_t, std::tuple_size_v<UpdateRequest> + 1> bytes{}; // one more tells a longer file
+    size_t size = 0;
+    ssize_t got = 1;
+    while (got != 0 && size < bytes.size()) {
+        got = read(fd, bytes.data() + size, bytes.size() - size);
+        if (got < 0 && errno != EINTR) {
+            const int error = errno;
+            close(fd);
+            throw Failure(kExitNoInput, what, std::strerror(error), "name another FILE");
+        }
+        size += got > 0 ? static_cast<size_t>(got) : 0;
+    }
+    close(fd);
+    UpdateRequest request{};
+    if (size != request.size())
+        throw Failure(kExitNoInput, what,
+                      size > request.size() ? "it is longer than the 32 bytes of an update request"
+                                            : format("it has %zu bytes, an update request has 32", size),
+                      "name another FILE, or tell the update with --program, --new-version and --size");
+    std::copy_n(bytes.begin(), request.size(), request.begin());
+    return request;
+}
+
+} // namespace tool

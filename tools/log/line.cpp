@@ -1,0 +1,127 @@
+#include "log/line.h"
+
+#include "common/text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <ctime>
+
+namespace tool {
+
+namespace {
+
+constexpr std::string_view kSeparator = " : ";
+constexpr size_t kMicrosecondDigits = 6;
+
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+bool isIdentifier(char c)
+{
+    return isDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+}
+
+// Takes what stands before the mark off the text, and the mark too.
+std::optional<std::string_view> takeUntil(std::string_view& text, std::string_view mark)
+{
+    const size_t end = text.find(mark);
+    if (end == std::string_view::npos)
+        return std::nullopt;
+    const std::string_view taken = text.substr(0, end);
+    text.remove_prefix(end + mark.size());
+    return taken;
+}
+
+template <class T>
+std::optional<T> number(std::string_view digits)
+{
+    T value{};
+    if (!std::ranges::all_of(digits, isDigit))
+        return std::nullopt;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (error != std::errc() || end != digits.data() + digits.size())
+        return std::nullopt;
+    return value;
+}
+
+// "libvx63.cpp(42) vx63_init() : Start."
+bool parsePlace(std::string_view text, LogLine& line)
+{
+    const auto file = takeUntil(text, "(");
+    if (!file || file->empty() || file->find(' ') != std::string_view::npos)
+        return false;
+    const auto lineText = takeUntil(text, ") ");
+    const auto lineNumber = lineText ? number<uint32_t>(*lineText) : std::nullopt;
+    const auto function = takeUntil(text, "() : ");
+    if (!lineNumber || !function || function->empty() || !std::ranges::all_of(*function, isIdentifier))
+        return false;
+    line.file = *file;
+    line.line = *lineNumber;
+    line.function = *function;
+    line.message = text;
+    return true;
+}
+
+} // namespace
+
+std::optional<LogLine> parseLogLine(std::string_view text)
+{
+    LogLine line{};
+    const auto seconds = takeUntil(text, ".");
+    const auto microseconds = takeUntil(text, kSeparator);
+    if (!seconds || !microseconds || microseconds->size() != kMicrosecondDigits)
+        return std::nullopt;
+    const auto secondsNumber = number<int64_t>(*seconds);
+    const auto microsecondsNumber = number<uint32_t>(*microseconds);
+    if (!secondsNumber || !microsecondsNumber)
+        return std::nullopt;
+    line.seconds = *secondsNumber;
+    line.microseconds = *microsecondsNumber;
+    // A program may have any name, one with a separator in it too.
+    for (size_t end = text.find(kSeparator); end != std::string_view::npos;
+         end = text.find(kSeparator, end + 1)) {
+        line.program = text.substr(0, end);
+        if (parsePlace(text.substr(end + kSeparator.size()), line))
+            return line;
+    }
+    return std::nullopt;
+}
+
+bool isFailure(const LogLine& line)
+{
+    // Only the text before the first value: a name among the values may be any word.
+    const std::string_view words = line.message.substr(0, line.message.find('='));
+    return words.find(" error.") != std::string_view::npos ||
+           line.message.find("vx63_err=-") != std::string_view::npos;
+}
+
+std::string logLineText(std::string_view text)
+{
+    const auto line = parseLogLine(text);
+    const auto seconds = line ? static_cast<time_t>(line->seconds) : time_t{};
+    struct tm local {};
+    if (!line || !localtime_r(&seconds, &local))
+        return printable(text);
+    return format("%04d-%02d-%02d %02d:%02d:%02d.%06u", local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
+                  local.tm_hour, local.tm_min, local.tm_sec, line->microseconds) +
+           printable(text.substr(text.find(kSeparator)));
+}
+
+nlohmann::ordered_json logLineJson(std::string_view text)
+{
+    const auto line = parseLogLine(text);
+    if (!line)
+        return {{"text", text}};
+    return {
+        {"time", static_cast<double>(line->seconds) + line->microseconds / 1e6},
+        {"program", line->program},
+        {"file", line->file},
+        {"line", line->line},
+        {"function", line->function},
+        {"message", line->message},
+    };
+}
+
+} // namespace tool

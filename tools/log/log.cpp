@@ -1,0 +1,130 @@
+// vx63 log: the library's log, at once or as it grows.
+#include "commands.h"
+#include "common/failure.h"
+#include "common/options.h"
+#include "common/output.h"
+#include "libvx63.h"
+#include "log/line.h"
+#include "log/reader.h"
+
+#include <deque>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace tool {
+
+namespace {
+
+constexpr const char* kDefaultPath = "/var/log/libvx63.cpp.txt";
+constexpr uint64_t kFollowLines = 10;
+constexpr size_t kFlushSize = 65536;
+
+struct Options {
+    std::string path;
+    bool follow = false;
+    bool errors = false;
+    bool json = false;
+    std::optional<uint64_t> lines;
+};
+
+// Lines on their way to standard output: written in large pieces.
+class LinePrinter {
+public:
+    explicit LinePrinter(bool json) : m_json(json) {}
+
+    void add(std::string_view text)
+    {
+        using Json = nlohmann::ordered_json;
+        m_pending += m_json ? logLineJson(text).dump(-1, ' ', false, Json::error_handler_t::replace)
+                            : logLineText(text);
+        m_pending += '\n';
+        if (m_pending.size() >= kFlushSize)
+            flush();
+    }
+
+    void flush()
+    {
+        print(m_pending);
+        m_pending.clear();
+    }
+
+private:
+    bool m_json;
+    std::string m_pending;
+};
+
+bool isWanted(const Options& options, std::string_view text)
+{
+    if (!options.errors)
+        return true;
+    const auto line = parseLogLine(text);
+    return line && isFailure(*line);
+}
+
+int showLog(const Options& options)
+{
+    LogReader reader(options.path);
+    LinePrinter printer(options.json);
+
+    const FolderWatch watch(options.path); // before the first look, so that nothing falls between the two
+    if (!reader.open()) {
+        if (!options.follow)
+            throw Failure(kExitNoInput, "cannot read " + options.path, "there is no such file",
+                          "name another FILE; the library writes its log with the first call");
+        complain(options.path + " does not exist yet: waiting for it");
+    }
+
+    // The lines that are there already: all, or the last ones.
+    std::deque<std::string> last;
+    const LineSink sink = [&](std::string_view text) {
+        if (!isWanted(options, text))
+            return;
+        if (!options.lines) {
+            printer.add(text);
+        } else if (*options.lines > 0) {
+            if (last.size() == *options.lines)
+                last.pop_front();
+            last.emplace_back(text);
+        }
+    };
+    reader.read(sink);
+    if (!options.follow)
+        reader.finish(sink);
+    for (const std::string& text : last)
+        printer.add(text);
+    printer.flush();
+
+    while (options.follow) { // until a signal ends the program: there is nothing to clean up
+        watch.wait();
+        reader.read([&](std::string_view text) {
+            if (isWanted(options, text))
+                printer.add(text);
+        });
+        printer.flush();
+    }
+    return kExitSuccess;
+}
+
+} // namespace
+
+void addLog(CLI::App& app, Command& command)
+{
+    const auto options = std::make_shared<Options>();
+    options->path = g_cLibTestLogFilePath[0] != '\0' ? g_cLibTestLogFilePath : kDefaultPath;
+    CLI::App* log = app.add_subcommand("log", "Show the library's log")->group("Commands");
+    log->add_option("FILE", options->path, "The log [" + options->path + "]")->type_name("");
+    log->add_flag("--follow", options->follow, "Go on with new lines as they come, until interrupted");
+    log->add_flag("--errors", options->errors, "Only lines that tell of a failure");
+    log->add_flag("--json", options->json, "Print a JSON object a line");
+    addNumber(*log, "--lines", options->lines, "N", "Only the last N lines [all; 10 with --follow]", 0,
+              UINT32_MAX);
+    log->footer("Example: vx63 log --errors --follow");
+    log->callback([options, &command] {
+        if (options->follow && !options->lines)
+            options->lines = kFollowLines;
+        command = [options] { return showLog(*options); };
+    });
+}
+
+} // namespace tool

@@ -1,0 +1,167 @@
+// vx63 measure constellation: the points of a signal that is locked, and their modulation error ratio.
+#include "plot/constellation.h"
+#include "commands.h"
+#include "common/exchange.h"
+#include "common/failure.h"
+#include "common/interrupt.h"
+#include "common/names.h"
+#include "common/options.h"
+#include "common/output.h"
+#include "common/text.h"
+#include "measure/channel_options.h"
+#include "measure/modulation_error.h"
+#include "measure/single_measurement.h"
+#include "plot/picture.h"
+#include "plot/text.h"
+
+#include <algorithm>
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tool {
+
+namespace {
+
+constexpr uint16_t kMaxRead = 624; // points that one message has room for
+constexpr int kMaxEmptyReads = 50; // in a row, before the signal counts as lost
+constexpr std::chrono::milliseconds kPollTime{100};
+
+struct Options {
+    ChannelOptions channel;
+    uint16_t points = 1000;
+    std::string plot;
+    bool json = false;
+};
+
+struct Constellation {
+    SingleMeasResult result;
+    std::vector<ConstaPoint> points;
+};
+
+// All points, or those that there were before the lock was lost or an interruption.
+Constellation readPoints(const Options& options, const SingleMeasResult& locked, Progress& progress)
+{
+    const uint8_t dispType = options.channel.ucDispType;
+    Running collection(
+        "the collection of points", [&] { return vx63_startConstaMeas(dispType, options.points); },
+        [dispType] { return vx63_stopConstaMeas(dispType); });
+    const auto record = std::make_unique<SingleMeasResult>(locked);
+    std::vector<ConstaPoint> points;
+    int empty = 0;
+    while (points.size() < options.points && empty < kMaxEmptyReads && interruption() == 0) {
+        progress.show(format("Reading points: %zu of %u", points.size(), options.points));
+        const auto count = static_cast<uint16_t>(std::min<size_t>(kMaxRead, options.points - points.size()));
+        require("cannot read the constellation",
+                [&] { return vx63_getSingleMeasResult(count, record.get()); });
+        const size_t came = std::min(record->CONS_NUM, count);
+        points.insert(points.end(), record->points, record->points + came);
+        empty = came == 0 ? empty + 1 : 0;
+        if (came == 0)
+            waitFor(kPollTime);
+    }
+    collection.stop();
+    return {*record, std::move(points)};
+}
+
+std::string titleOf(const Options& options, const std::optional<IdealPoints>& ideal)
+{
+    return "Constellation, " + format("%.3f MHz", options.channel.condition.ulFreq / 1000.0) +
+           (ideal ? ", " + std::string(ideal->modulation) : "");
+}
+
+void show(const Options& options, const Constellation& constellation)
+{
+    const SingleMeasResult& result = constellation.result;
+    const Reading reading = readingNow(options.channel, result);
+    const auto ideal = idealPoints(result.MOD, constellation.points, result.CNR / 10.0);
+    const auto mer = ideal ? modulationErrorRatio(constellation.points, *ideal) : std::nullopt;
+    const std::string merText = mer ? format("%.1f dB", *mer) : "-";
+    if (options.json) {
+        nlohmann::ordered_json json = readingJson(reading);
+        json["mer_db"] = mer ? nlohmann::ordered_json(*mer) : nullptr;
+        json["points_modulation"] = ideal ? nlohmann::ordered_json(ideal->modulation) : nullptr;
+        json["points"] = nlohmann::ordered_json::array();
+        for (const ConstaPoint& point : constellation.points)
+            json["points"].push_back({point.I, point.Q});
+        print(json.dump() + "\n");
+    } else {
+        print(readingText(reading) +
+              aligned({{"MER           ", merText},
+                       {"Points", format("%zu", constellation.points.size()) +
+                                      (ideal ? " of " + std::string(ideal->modulation) : "")}}) +
+              constellationText(constellation.points, ideal, textStyle()));
+    }
+    if (!options.plot.empty())
+        plotConstellation(options.plot, titleOf(options, ideal),
+                          "MER " + merText + ", C/N " + tenths(result.CNR) + " dB, level " +
+                              tenths(result.LEVEL) + " dB\u00B5V, " +
+                              format("%zu points", constellation.points.size()),
+                          constellation.points, ideal);
+}
+
+int measureConstellation(const Options& options)
+{
+    const Identity identity(options.channel.id);
+    catchInterruption(kStoppingNotice);
+    std::optional<Progress> progress(std::in_place);
+    progress->show(format("Tuning to %u kHz", options.channel.condition.ulFreq));
+    selectInput(options.channel.input);
+    if (interruption() != 0)
+        return kExitSignal + interruption();
+
+    SingleMeasurement measurement(options.channel);
+    const SingleMeasResult locked = measurement.readLocked(*progress);
+    if (interruption() == 0 && locked.lock == 0) {
+        progress.reset();
+        measurement.stop();
+        throw noLock(options.channel);
+    }
+    std::optional<Constellation> constellation;
+    if (interruption() == 0)
+        constellation = readPoints(options, locked, *progress);
+    progress.reset();
+    measurement.stop();
+    if (interruption() != 0)
+        return kExitSignal + interruption();
+    if (constellation->points.size() < options.points)
+        throw noLock(options.channel, format("it was lost after %zu of %u points",
+                                             constellation->points.size(), options.points));
+    show(options, *constellation);
+    return kExitSuccess;
+}
+
+} // namespace
+
+void addConstellation(CLI::App& measure, Command& command)
+{
+    const auto options = std::make_shared<Options>();
+    CLI::App* constellation =
+        measure.add_subcommand("constellation", "Draw the constellation, tell its modulation error ratio")
+            ->group("Commands");
+    constellation
+        ->add_option_function<std::string>(
+            "--points",
+            [options](const std::string& text) {
+                const auto number = parseNumber(text);
+                if (number != 1000 && number != 2000 && number != 4000)
+                    throw CLI::ValidationError("--points",
+                                               format("'%s' is none of 1000, 2000, 4000", text.c_str()));
+                options->points = static_cast<uint16_t>(*number);
+            },
+            "Points to collect: 1000, 2000 or 4000 [1000]")
+        ->type_name("N");
+    Picture::addOption(*constellation, options->plot);
+    addChannelOptions(*constellation, options->channel);
+    constellation->add_flag("--json", options->json, "Print a JSON object");
+    constellation->footer(
+        "Example: vx63 measure constellation --freq 557143 --points 4000 --plot points.png");
+    constellation->callback([options, &command] {
+        resolveModulation(options->channel);
+        command = [options] { return measureConstellation(*options); };
+    });
+}
+
+} // namespace tool

@@ -1,0 +1,167 @@
+// vx63 measure delay-profile: the paths on which a terrestrial signal arrives.
+#include "plot/delay_profile.h"
+#include "commands.h"
+#include "common/exchange.h"
+#include "common/failure.h"
+#include "common/interrupt.h"
+#include "common/names.h"
+#include "common/output.h"
+#include "common/text.h"
+#include "measure/channel_options.h"
+#include "measure/echoes.h"
+#include "measure/single_measurement.h"
+#include "plot/picture.h"
+#include "plot/text.h"
+
+#include <algorithm>
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace tool {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+constexpr uint16_t kComplete = 2;
+constexpr double kSymbolUs = 1008; // useful part of a symbol
+constexpr uint32_t kOfdm = 1;
+constexpr milliseconds kPollTime{100};
+
+struct Options {
+    ChannelOptions channel;
+    std::string plot;
+    bool json = false;
+};
+
+// The complete profile; nothing when it did not become so in time, or after an interruption.
+std::unique_ptr<DlyPrfResult> readProfile(const Options& options, Progress& progress)
+{
+    Running running(
+        "the delay profile",
+        [&] { return vx63_startDlyPrfMeas(options.channel.ucDispType, &options.channel.condition); },
+        [&] { return vx63_stopDlyPrfMeas(options.channel.ucDispType); });
+    auto profile = std::make_unique<DlyPrfResult>();
+    const auto start = Clock::now();
+    const auto deadline = start + milliseconds(options.channel.lockTimeoutMs);
+    for (;;) {
+        require("cannot read the delay profile", [&] { return vx63_getDlyPrfResult(profile.get()); });
+        const auto now = Clock::now();
+        if (profile->stat == kComplete || now >= deadline || interruption() != 0)
+            break;
+        progress.show(format("Measuring the delay profile: %.1f s",
+                             std::chrono::duration<double>(now - start).count()));
+        waitFor(std::min(kPollTime, std::chrono::ceil<milliseconds>(deadline - now)));
+    }
+    running.stop();
+    return profile->stat == kComplete ? std::move(profile) : nullptr;
+}
+
+// Begins with the first path: what comes within it does not disturb.
+std::optional<GuardInterval> guardOf(const SingleMeasResult& result, const std::vector<Path>& paths)
+{
+    const auto name = guardIntervalName(result.GI);
+    if (!name || result.MOD != kOfdm || paths.empty())
+        return std::nullopt;
+    const double length = kSymbolUs * (1 << result.GI) / 32;
+    return GuardInterval{paths.front().delayUs, paths.front().delayUs + length, std::string(*name)};
+}
+
+bool isOutside(const Path& path, const std::optional<GuardInterval>& guard)
+{
+    return guard && path.delayUs > guard->to;
+}
+
+std::string pathsText(const std::vector<Path>& paths, const std::optional<GuardInterval>& guard)
+{
+    std::string text = format("%-5s %9s %9s %7s\n", "Path", "Delay us", "km", "dB");
+    for (const Path& path : paths) {
+        const bool main = path.delayUs == std::ranges::max(paths, {}, &Path::levelDb).delayUs;
+        text += format("%-5s %9.2f %9.3f %7.1f%s\n", main ? "main" : "echo", path.delayUs + 0.0,
+                       distanceKm(path.delayUs), path.levelDb, isOutside(path, guard) ? "  outside" : "");
+    }
+    return text;
+}
+
+void show(const Options& options, const SingleMeasResult& result, const DlyPrfResult& profile)
+{
+    const std::vector<Path> paths = findPaths(profile.ucDlyPrfData);
+    const auto guard = guardOf(result, paths);
+    if (options.json) {
+        nlohmann::ordered_json json = readingJson(readingNow(options.channel, result));
+        json["guard_from_us"] = guard ? nlohmann::ordered_json(guard->from) : nullptr;
+        json["guard_to_us"] = guard ? nlohmann::ordered_json(guard->to) : nullptr;
+        json["paths"] = nlohmann::ordered_json::array();
+        for (const Path& path : paths)
+            json["paths"].push_back({{"delay_us", path.delayUs},
+                                     {"distance_km", distanceKm(path.delayUs)},
+                                     {"level_db", path.levelDb},
+                                     {"outside_guard", isOutside(path, guard)}});
+        json["sample_us"] = kSampleUs;
+        json["first_sample_us"] = delayOf(0);
+        json["samples_db"] = nlohmann::ordered_json::array();
+        for (const int8_t sample : profile.ucDlyPrfData)
+            json["samples_db"].push_back(levelOf(sample));
+        print(json.dump() + "\n");
+    } else {
+        print(readingText(readingNow(options.channel, result)) + "\n" + pathsText(paths, guard) + "\n" +
+              delayProfileText(profile, guard, textStyle()));
+    }
+    if (!options.plot.empty())
+        plotDelayProfile(
+            options.plot, "Delay profile, " + format("%.3f MHz", options.channel.condition.ulFreq / 1000.0),
+            "Level " + tenths(result.LEVEL) + " dB\u00B5V, C/N " + tenths(result.CNR) + " dB, " +
+                (paths.size() == 1 ? std::string("no echoes") : format("%zu paths", paths.size())),
+            profile, paths, guard);
+}
+
+int measureDelayProfile(const Options& options)
+{
+    const Identity identity(options.channel.id);
+    catchInterruption(kStoppingNotice);
+    std::optional<Progress> progress(std::in_place);
+    progress->show(format("Tuning to %u kHz", options.channel.condition.ulFreq));
+    selectInput(options.channel.input);
+    if (interruption() != 0)
+        return kExitSignal + interruption();
+
+    // The guard interval is known only to the single measurement; one run at a time.
+    SingleMeasResult result;
+    {
+        SingleMeasurement measurement(options.channel);
+        result = measurement.readLocked(*progress);
+        measurement.stop();
+    }
+    std::unique_ptr<DlyPrfResult> profile;
+    if (interruption() == 0 && result.lock != 0)
+        profile = readProfile(options, *progress);
+    progress.reset();
+    if (interruption() != 0)
+        return kExitSignal + interruption();
+    if (!profile)
+        throw noLock(options.channel);
+    show(options, result, *profile);
+    return kExitSuccess;
+}
+
+} // namespace
+
+void addDelayProfile(CLI::App& measure, Command& command)
+{
+    const auto options = std::make_shared<Options>();
+    CLI::App* profile =
+        measure.add_subcommand("delay-profile", "Show the echoes of a terrestrial signal")->group("Commands");
+    Picture::addOption(*profile, options->plot);
+    addChannelOptions(*profile, options->channel);
+    profile->add_flag("--json", options->json, "Print a JSON object");
+    profile->footer("Example: vx63 measure delay-profile --freq 551143 --plot echoes.svg");
+    profile->callback([options, &command] {
+        resolveModulation(options->channel);
+        command = [options] { return measureDelayProfile(*options); };
+    });
+}
+
+} // namespace tool

@@ -1,0 +1,20 @@
+// The constellation as a picture and on a terminal: square, the ideal points with it.
+#pragma once
+
+#include "measure/modulation_error.h"
+#include "plot/text.h"
+
+#include <optional>
+#include <span>
+#include <string>
+
+namespace tool {
+
+// Throws Failure.
+void plotConstellation(const std::string& path, const std::string& title, const std::string& subtitle,
+                       std::span<const ConstaPoint> points, const std::optional<IdealPoints>& ideal);
+
+std::string constellationText(std::span<const ConstaPoint> points, const std::optional<IdealPoints>& ideal,
+                              const TextStyle& style);
+
+} // namespace tool

@@ -1,0 +1,29 @@
+// The delay profile as a picture and on a terminal, with its paths and the guard interval.
+#pragma once
+
+#include "libvx63.h"
+#include "measure/echoes.h"
+#include "plot/text.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tool {
+
+// In us against the main path.
+struct GuardInterval {
+    double from;
+    double to;
+    std::string name; // "1/8"
+};
+
+// Throws Failure.
+void plotDelayProfile(const std::string& path, const std::string& title, const std::string& subtitle,
+                      const DlyPrfResult& profile, const std::vector<Path>& paths,
+                      const std::optional<GuardInterval>& guard);
+
+std::string delayProfileText(const DlyPrfResult& profile, const std::optional<GuardInterval>& guard,
+                             const TextStyle& style);
+
+} // namespace tool

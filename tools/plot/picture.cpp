@@ -1,0 +1,237 @@
+#include "plot/picture.h"
+
+#include "common/failure.h"
+#include "common/text.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <fcntl.h>
+#include <numbers>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+#include <cairo-svg.h>
+
+namespace tool {
+
+namespace {
+
+constexpr double kLeftMargin = 78;
+constexpr double kRightMargin = 24;
+constexpr double kTopMargin = 58;
+constexpr double kBottomMargin = 62;
+constexpr double kPngScale = 2;
+
+bool endsIn(std::string_view path, std::string_view ending)
+{
+    return path.size() > ending.size() &&
+           std::ranges::equal(path.substr(path.size() - ending.size()), ending,
+                              [](unsigned char a, char b) { return std::tolower(a) == b; });
+}
+
+bool isSvg(std::string_view path)
+{
+    return endsIn(path, ".svg");
+}
+
+cairo_status_t append(void* bytes, const unsigned char* data, unsigned length)
+{
+    static_cast<std::string*>(bytes)->append(reinterpret_cast<const char*>(data), length);
+    return CAIRO_STATUS_SUCCESS;
+}
+
+[[noreturn]] void failToWrite(const std::string& path, int error)
+{
+    throw Failure(kExitOutput, "cannot write the picture " + path, std::strerror(error),
+                  error == ENOSPC ? "make room on the disk" : "write to another file with --plot");
+}
+
+void writeFile(const std::string& path, std::string_view bytes)
+{
+    const int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    if (fd < 0)
+        failToWrite(path, errno);
+    int error = 0;
+    while (!bytes.empty() && error == 0) {
+        const ssize_t written = write(fd, bytes.data(), bytes.size());
+        if (written >= 0)
+            bytes.remove_prefix(static_cast<size_t>(written));
+        else if (errno != EINTR)
+            error = errno;
+    }
+    if (close(fd) != 0 && error == 0)
+        error = errno;
+    if (error == 0)
+        return;
+    struct stat status {};
+    if (stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode))
+        unlink(path.c_str());
+    failToWrite(path, error);
+}
+
+} // namespace
+
+void Picture::addOption(CLI::App& app, std::string& path)
+{
+    app.add_option_function<std::string>(
+           "--plot",
+           [&path](const std::string& text) {
+               if (!endsIn(text, ".png") && !endsIn(text, ".svg"))
+                   throw CLI::ValidationError(
+                       "--plot", format("'%s' is no file name that ends in .png or .svg", text.c_str()));
+               path = text;
+           },
+           "Draw a picture into this file, .png or .svg")
+        ->type_name("FILE");
+}
+
+Picture::Picture(std::string path, double width, double height, const std::string& title,
+                 const std::string& subtitle, Axis x, Axis y)
+    : m_path(std::move(path)), m_width(width), m_height(height), m_x(std::move(x)), m_y(std::move(y)),
+      m_surface(nullptr, cairo_surface_destroy), m_cairo(nullptr, cairo_destroy)
+{
+    const double wholeWidth = kLeftMargin + width + kRightMargin;
+    const double wholeHeight = kTopMargin + height + kBottomMargin;
+    if (isSvg(m_path))
+        m_surface.reset(cairo_svg_surface_create_for_stream(append, &m_bytes, wholeWidth, wholeHeight));
+    else
+        m_surface.reset(cairo_image_surface_create(CAIRO_FORMAT_RGB24,
+                                                   static_cast<int>(std::ceil(wholeWidth * kPngScale)),
+                                                   static_cast<int>(std::ceil(wholeHeight * kPngScale))));
+    m_cairo.reset(cairo_create(m_surface.get()));
+    if (!isSvg(m_path))
+        cairo_scale(cairo(), kPngScale, kPngScale);
+    colour({1, 1, 1});
+    cairo_paint(cairo());
+    drawAxes(title, subtitle);
+}
+
+double Picture::left() const
+{
+    return kLeftMargin;
+}
+
+double Picture::right() const
+{
+    return kLeftMargin + m_width;
+}
+
+double Picture::top() const
+{
+    return kTopMargin;
+}
+
+double Picture::bottom() const
+{
+    return kTopMargin + m_height;
+}
+
+double Picture::x(double value) const
+{
+    return left() + (value - m_x.low) / (m_x.high - m_x.low) * m_width;
+}
+
+double Picture::y(double value) const
+{
+    return bottom() - (value - m_y.low) / (m_y.high - m_y.low) * m_height;
+}
+
+void Picture::colour(const Colour& colour) const
+{
+    cairo_set_source_rgba(cairo(), colour.red, colour.green, colour.blue, colour.alpha);
+}
+
+double Picture::textWidth(const std::string& text, double size) const
+{
+    cairo_text_extents_t extents;
+    cairo_set_font_size(cairo(), size);
+    cairo_text_extents(cairo(), text.c_str(), &extents);
+    return extents.x_advance;
+}
+
+void Picture::text(double atX, double atY, const std::string& text, Anchor anchor, double size,
+                   bool bold) const
+{
+    cairo_select_font_face(cairo(), "sans-serif", CAIRO_FONT_SLANT_NORMAL,
+                           bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
+    const double width = textWidth(text, size);
+    const double shift = anchor == Anchor::left ? 0 : anchor == Anchor::middle ? width / 2 : width;
+    cairo_move_to(cairo(), atX - shift, atY);
+    cairo_show_text(cairo(), text.c_str());
+    cairo_new_path(cairo());
+}
+
+void Picture::clip() const
+{
+    cairo_save(cairo());
+    cairo_rectangle(cairo(), left(), top(), m_width, m_height);
+    cairo_clip(cairo());
+}
+
+void Picture::unclip() const
+{
+    cairo_restore(cairo());
+}
+
+void Picture::drawAxes(const std::string& title, const std::string& subtitle) const
+{
+    cairo_t* const cr = cairo();
+    cairo_set_line_width(cr, 1);
+    const auto ticks = [](const Axis& axis, const auto& draw) {
+        if (axis.step <= 0)
+            return;
+        const double first = std::ceil(axis.low / axis.step - 1e-9);
+        const double last = std::floor(axis.high / axis.step + 1e-9);
+        for (double i = first; i <= last; ++i)
+            draw(i * axis.step, format("%.*f", axis.decimals, i * axis.step + 0.0));
+    };
+    ticks(m_x, [&](double value, const std::string& label) {
+        colour(kGrid);
+        cairo_move_to(cr, x(value), top());
+        cairo_line_to(cr, x(value), bottom());
+        cairo_stroke(cr);
+        colour(kInk);
+        text(x(value), bottom() + 18, label, Anchor::middle);
+    });
+    ticks(m_y, [&](double value, const std::string& label) {
+        colour(kGrid);
+        cairo_move_to(cr, left(), y(value));
+        cairo_line_to(cr, right(), y(value));
+        cairo_stroke(cr);
+        colour(kInk);
+        text(left() - 8, y(value) + 4, label, Anchor::right);
+    });
+    colour(kInk);
+    cairo_rectangle(cr, left(), top(), m_width, m_height);
+    cairo_stroke(cr);
+
+    text(left(), 26, title, Anchor::left, 16, true);
+    text(left(), 46, subtitle, Anchor::left, 12.5);
+    text((left() + right()) / 2, bottom() + 46, m_x.label, Anchor::middle, 13);
+    cairo_save(cr);
+    cairo_translate(cr, 26, (top() + bottom()) / 2);
+    cairo_rotate(cr, -std::numbers::pi / 2);
+    text(0, 0, m_y.label, Anchor::middle, 13);
+    cairo_restore(cr);
+}
+
+void Picture::save()
+{
+    cairo_status_t status = cairo_status(cairo());
+    if (!isSvg(m_path) && status == CAIRO_STATUS_SUCCESS)
+        status = cairo_surface_write_to_png_stream(m_surface.get(), append, &m_bytes);
+    cairo_surface_finish(m_surface.get()); // an SVG is written only now
+    if (status == CAIRO_STATUS_SUCCESS)
+        status = cairo_surface_status(m_surface.get());
+    if (status != CAIRO_STATUS_SUCCESS)
+        throw Failure(kExitInternal, "cannot draw the picture " + m_path, cairo_status_to_string(status),
+                      "leave --plot out");
+    writeFile(m_path, m_bytes);
+}
+
+} // namespace tool

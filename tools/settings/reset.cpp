@@ -1,0 +1,129 @@
+// vx63 settings reset: back to the factory contents.
+#include "common/confirm.h"
+#include "common/failure.h"
+#include "common/identity.h"
+#include "common/output.h"
+#include "common/overhear.h"
+#include "libvx63.h"
+#include "settings/arguments.h"
+#include "settings/file.h"
+#include "settings/set_list.h"
+#include "settings/subcommands.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+namespace tool {
+
+namespace {
+
+struct Options {
+    int32_t id = kDefaultProcessId;
+    FileRef file{};
+    CLI::Option* given = nullptr;
+    bool all = false;
+    bool onlyDelete = false;
+    bool yes = false;
+};
+
+// A file that is still there; empty folders make the deletion fail although nothing is left in them.
+std::optional<std::string> leftover()
+{
+    for (uint32_t fileId = 0; fileId < VX63_SET_FILE_COUNT; ++fileId) {
+        std::error_code error;
+        const auto folder = std::filesystem::path(vx63::kSettingsFiles[fileId].path).parent_path();
+        for (const auto& entry : std::filesystem::directory_iterator(folder, error))
+            if (!entry.path().filename().string().starts_with('.'))
+                return entry.path().string();
+    }
+    return std::nullopt;
+}
+
+// What there is without any sets. A USB memory that is out has no list.
+std::vector<uint32_t> filesToWrite()
+{
+    std::vector<uint32_t> fileIds;
+    for (uint32_t fileId = 0; fileId < VX63_SET_FILE_COUNT; ++fileId) {
+        const FileKind kind = kindOf(fileId);
+        const auto folder = std::filesystem::path(vx63::kSettingsFiles[fileId].path).parent_path();
+        if (kind == FileKind::ordinary || (kind == FileKind::list && std::filesystem::exists(folder)))
+            fileIds.push_back(fileId);
+    }
+    return fileIds;
+}
+
+int resetAll(const Options& options)
+{
+    confirm(options.yes, "Delete every settings file, setting sets on all storages too?");
+    const Identity identity(options.id);
+    std::string said; // of every folder that is empty already
+    if (overhear([] { return vx63_deleteAllSetFile(); }, said) != VX63_OK)
+        if (const auto left = leftover())
+            throw Failure(kExitOutput, "cannot delete every settings file", *left + " is still there",
+                          "look at 'ls -la' of its folder");
+    if (options.onlyDelete)
+        return kExitSuccess;
+    // Whatever becomes of the notices, every file is there.
+    const std::vector<uint32_t> fileIds = filesToWrite();
+    for (const uint32_t fileId : fileIds)
+        writeFile({fileId, ""},
+                  kindOf(fileId) == FileKind::list ? listNaming(fileId, {}) : factoryContents(fileId));
+    for (const uint32_t fileId : fileIds)
+        noticeFile(fileId);
+    return kExitSuccess;
+}
+
+// A list that names the sets that have a file.
+Contents listAnew(uint32_t listFileId)
+{
+    const uint32_t setFileId = setOf(listFileId);
+    std::vector<std::string> names;
+    for (const std::string& name : setFilesIn("/usr/local/bin/" + folderOf(listFileId), setFileId)) {
+        if (setNameFault(name) || names.size() == vx63::kSettingsFiles[listFileId].rows)
+            complain("cannot list '" + name +
+                     "': the name or the number of the sets is wrong: "
+                     "see 'vx63 settings check'");
+        else
+            names.push_back(name);
+    }
+    return listNaming(listFileId, names);
+}
+
+int reset(const Options& options)
+{
+    const FileRef& file = options.file;
+    const FileKind kind = kindOf(file.fileId);
+    if (kind == FileKind::set)
+        throw Failure(kExitUsage, "cannot reset " + nameOf(file), "sets have no factory contents",
+                      "use 'vx63 sets delete'");
+    confirm(options.yes, kind == FileKind::list
+                             ? "Make " + nameOf(file) + " anew of the sets that have a file?"
+                             : "Replace " + nameOf(file) + " by its factory contents?");
+    const Identity identity(options.id);
+    writeFile(file, kind == FileKind::list ? listAnew(file.fileId) : factoryContents(file.fileId));
+    noticeFile(file.fileId);
+    return kExitSuccess;
+}
+
+} // namespace
+
+void addSettingsReset(CLI::App& settings, Command& command)
+{
+    const auto options = std::make_shared<Options>();
+    CLI::App* app = settings.add_subcommand("reset", "Back to the factory contents")->group("Commands");
+    options->given = addFileArgument(*app, options->file)->required(false);
+    CLI::Option* all = app->add_flag("--all", options->all, "Every file; all setting sets are deleted")
+                           ->excludes(options->given);
+    app->add_flag("--delete", options->onlyDelete, "Delete the files and write none anew")->needs(all);
+    addYesOption(*app, options->yes);
+    addIdOption(*app, options->id);
+    app->footer("Example: vx63 settings reset sys_set/volume --yes");
+    app->callback([options, &command] {
+        if (!options->all && options->given->count() == 0)
+            throw CLI::ValidationError("FILE or --all is required");
+        command = [options] { return options->all ? resetAll(*options) : reset(*options); };
+    });
+}
+
+} // namespace tool
