@@ -6,8 +6,10 @@ VX63_BUILD names the build folder. Nothing here sleeps: a test waits for a line,
 import json
 import os
 import select
+import shutil
 import struct
 import subprocess
+import tempfile
 from pathlib import Path
 
 import pytest
@@ -47,6 +49,33 @@ def namespaces():
     checked = vmeter("check")
     if checked.returncode != 0:
         cannot(checked.stderr.strip())
+
+
+# Makes another user of root.
+AS_NOBODY = ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"]
+
+
+@pytest.fixture(scope="session")
+def as_root():
+    """What to put before a command that root has to run."""
+    if os.geteuid() == 0:
+        return []
+    if not shutil.which("sudo") or run("sudo", "-n", "true").returncode != 0:
+        cannot("needs another user: run as root, or allow sudo without a password")
+    return ["sudo", "-n"]
+
+
+@pytest.fixture(scope="session")
+def public_bin():
+    """The shipped programs where any user can run them: the checkout may lie below /root."""
+    with tempfile.TemporaryDirectory(prefix="shipped-") as folder:
+        os.chmod(folder, 0o755)
+        for part, programs in ("bin", [VMETER, EXCHANGE, BUILD / "bin" / "vx63"]), ("lib", (BUILD / "lib").iterdir()):
+            Path(folder, part).mkdir()
+            for program in programs:
+                os.chmod(shutil.copy(program, Path(folder, part)), 0o755)
+            os.chmod(Path(folder, part), 0o755)
+        yield Path(folder, "bin")
 
 
 def message(source, destination, command, body=b"\0" * 4, length=None, option=0):

@@ -1,11 +1,10 @@
 """vx63 doctor: the right service and the right kind, or nothing claimed."""
 
 import json
-import os
-import shutil
 
 import pytest
 
+from conftest import AS_NOBODY, cannot
 from tool_support import SOURCE, VX63, Terminal, environment, isolation, meter, run  # noqa: F401 (fixtures)
 
 LOG = "/var/log/libvx63.cpp.txt"
@@ -121,12 +120,12 @@ def test_answer_to_somebody_who_was_killed(meter):
     assert set(wrong(report).items()) <= {("sys", "unexpected-answer")}
 
 
-@pytest.mark.skipif(os.geteuid() != 0 or not shutil.which("setpriv"), reason="needs root and setpriv")
-def test_queues_of_another_user(meter):
-    code, error, report = diagnose(meter, before=f"touch {LOG}; chmod 666 {LOG}",
-                                   doctor="setpriv --reuid 65534 --clear-groups $VX63 doctor --json")
-    assert (code, wrong(report)) == (5, dict.fromkeys(["Message queues", *SERVICES], "queue"))
-    assert error.startswith("vx63: Message queues: System service: its message queue is not permitted (lmsg_err=-2): ")
+def test_queues_of_another_user(meter, as_root, public_bin):
+    script = f"touch {LOG}; chmod 666 {LOG}; {' '.join(AS_NOBODY)} {public_bin}/vx63 doctor --json"
+    result = run(*as_root, *meter.command("sh", "-c", script))
+    assert result.returncode == 5
+    assert wrong(json.loads(result.stdout)) == dict.fromkeys(["Message queues", *SERVICES], "queue")
+    assert result.stderr.startswith("vx63: Message queues: System service: its message queue is not permitted (lmsg_err=-2): ")
 
 
 def test_standby_is_worth_a_note(meter):
@@ -161,13 +160,9 @@ def within(options, doctor="doctor --json"):
     return f"bwrap --dev-bind / / {options} $VX63 {doctor}"
 
 
-needs_bwrap = pytest.mark.skipif(not shutil.which("bwrap"), reason="needs bubblewrap")
-
-
-@needs_bwrap
 def test_full_disk(meter, isolation):
     if isolation:
-        pytest.skip("needs namespaces")
+        cannot("needs namespaces")
     filled = "--size 8192 --tmpfs /var/log sh -c 'head -c 9000 /dev/zero > /var/log/filler 2> /dev/null; $VX63 doctor --json'"
     code, _, report = diagnose(meter, doctor=f"bwrap --dev-bind / / {filled}")
     assert (code, wrong(report)) == (5, {LOG: "disk-full"})
@@ -178,10 +173,9 @@ def test_full_disk(meter, isolation):
 ROOT = "/usr/local/bin"
 
 
-@needs_bwrap
 def test_removed_folders(meter, isolation):
     if isolation:
-        pytest.skip("needs namespaces")
+        cannot("needs namespaces")
     code, error, report = diagnose(meter, doctor=within(f"--tmpfs {ROOT}"))
     assert code == 5
     assert wrong(report) == {f"{ROOT}/{name}": "missing"

@@ -6,12 +6,14 @@ import signal
 import subprocess
 
 import pytest
-from conftest import BUILD, EXCHANGE, HANG, SERVICES, VMETER, Process, descendants
+from conftest import BUILD, HANG, SERVICES, Process, descendants
 
 pytestmark = pytest.mark.usefixtures("namespaces")
 
 SETTINGS = ["sys_set", "meas_set", "user_set", "user_set_usb1", "user_set_usb2", "logger_set",
             "logger_set_usb1", "logger_set_usb2", "ch_set", "pmeas_set"]
+# The build tree as the room sees it: its own place may be below /tmp, of which the room has another.
+VMETER, EXCHANGE = "/media/bin/vx63-vmeter", "/media/bin/vmeter_exchange"
 IN_PLACE = f"{VMETER} run --in-place"
 
 
@@ -26,7 +28,7 @@ class Room:
             ["bwrap", "--dev-bind", "/", "/", "--unshare-ipc", "--unshare-pid", "--proc", "/proc",
              "--mqueue", "/dev/mqueue",
              "--bind", self.bin, "/usr/local/bin", "--bind", self.log, "/var/log", "--bind", self.tmp, "/tmp",
-             "--bind", self.work, "/mnt", "--ro-bind", BUILD, BUILD, "--die-with-parent", "--chdir", "/mnt",
+             "--bind", self.work, "/mnt", "--ro-bind", BUILD, "/media", "--die-with-parent", "--chdir", "/mnt",
              "--", "sh"],
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
 

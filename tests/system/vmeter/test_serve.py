@@ -5,7 +5,7 @@ import signal
 import subprocess
 
 import pytest
-from conftest import EXCHANGE, HANG, SERVICES, VMETER, Process, descendants, run
+from conftest import AS_NOBODY, EXCHANGE, HANG, SERVICES, VMETER, Process, descendants, run
 
 pytestmark = pytest.mark.usefixtures("namespaces")
 
@@ -71,10 +71,9 @@ def test_one_meter_on_the_queues():
                             "'vx63-vmeter run', which has queues of its own\n")
 
 
-def test_queues_beyond_the_limit():
-    ended = run("prlimit", "--msgqueue=0:0", "setpriv", "--reuid=65534", "--regid=65534", "--clear-groups",
-                *ROOM, VMETER, "serve", "--", "echo", "started") if os.getuid() == 0 else \
-        run("prlimit", "--msgqueue=0:0", *ROOM, VMETER, "serve", "--", "echo", "started")
+def test_queues_beyond_the_limit(public_bin):
+    nobody = AS_NOBODY if os.getuid() == 0 else []
+    ended = run("prlimit", "--msgqueue=0:0", *nobody, *ROOM, public_bin / "vx63-vmeter", "serve", "--", "echo", "started")
     assert (ended.returncode, ended.stdout) == (125, "")
     assert "vx63-vmeter: message queue of service " in ended.stderr
     assert "lmsg_err=-3: end other meters, or raise RLIMIT_MSGQUEUE" in ended.stderr
