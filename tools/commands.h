@@ -1,44 +1,39 @@
-// The commands: each adds itself to the command line and, when it is the one that was given, sets what is
-// to be done. A new command is a file with such a function, a line here and one in main.cpp, an entry in
-// the man page and in the completion.
+// The commands: each adds itself to the command line. A new command is a file with such a function and a line
+// here and in main.cpp; docs/adding-a-command.md goes through it.
 #pragma once
 
-#include <CLI/CLI.hpp>
-#include <functional>
+#include "common/command_line.h"
 
 namespace tool {
 
-// Returns the exit code; throws Failure or BrokenPipe.
-using Command = std::function<int()>;
-
-void addMeasure(CLI::App& app, Command& command);
+void addMeasure(CommandLine& parent);
 // Below measure.
-void addConstellation(CLI::App& measure, Command& command);
-void addDelayProfile(CLI::App& measure, Command& command);
-void addMulti(CLI::App& measure, Command& command);
-void addOptical(CLI::App& measure, Command& command);
-void addDc(CLI::App& measure, Command& command);
-void addMeasureAngle(CLI::App& measure, Command& command);
-void addScan(CLI::App& app, Command& command);
-void addAngle(CLI::App& app, Command& command);
-void addInput(CLI::App& app, Command& command);
-void addPowerSupply(CLI::App& app, Command& command);
-void addStatus(CLI::App& app, Command& command);
-void addInfo(CLI::App& app, Command& command);
-void addDoctor(CLI::App& app, Command& command);
-void addKeys(CLI::App& app, Command& command);
-void addFailure(CLI::App& app, Command& command);
-void addPower(CLI::App& app, Command& command);
-void addUpdate(CLI::App& app, Command& command);
-void addFactoryReset(CLI::App& app, Command& command);
-void addDeveloperMode(CLI::App& app, Command& command);
-void addCalibrate(CLI::App& app, Command& command);
-void addBattery(CLI::App& app, Command& command);
-void addBuzzer(CLI::App& app, Command& command);
-void addVolume(CLI::App& app, Command& command);
-void addBrightness(CLI::App& app, Command& command);
-void addLog(CLI::App& app, Command& command);
-void addSettings(CLI::App& app, Command& command);
-void addSets(CLI::App& app, Command& command);
+void addConstellation(CommandLine& parent);
+void addDelayProfile(CommandLine& parent);
+void addMulti(CommandLine& parent);
+void addOptical(CommandLine& parent);
+void addDc(CommandLine& parent);
+void addMeasureAngle(CommandLine& parent);
+void addScan(CommandLine& parent);
+void addAngle(CommandLine& parent);
+void addInput(CommandLine& parent);
+void addPowerSupply(CommandLine& parent);
+void addStatus(CommandLine& parent);
+void addInfo(CommandLine& parent);
+void addDoctor(CommandLine& parent);
+void addKeys(CommandLine& parent);
+void addFailure(CommandLine& parent);
+void addPower(CommandLine& parent);
+void addUpdate(CommandLine& parent);
+void addFactoryReset(CommandLine& parent);
+void addDeveloperMode(CommandLine& parent);
+void addCalibrate(CommandLine& parent);
+void addBattery(CommandLine& parent);
+void addBuzzer(CommandLine& parent);
+void addVolume(CommandLine& parent);
+void addBrightness(CommandLine& parent);
+void addLog(CommandLine& parent);
+void addSettings(CommandLine& parent);
+void addSets(CommandLine& parent);
 
 } // namespace tool

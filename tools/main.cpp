@@ -3,7 +3,6 @@
 #include "common/failure.h"
 #include "common/output.h"
 
-#include <CLI/CLI.hpp>
 #include <csignal>
 #include <string>
 
@@ -34,84 +33,37 @@ constexpr const char* kFooter = R"(Exit codes:
 
 Example: vx63 measure single --freq 557143)";
 
-// The innermost command that was given, and how it was called: "vx63 measure single".
-struct Given {
-    const CLI::App* command;
-    std::string caller; // "vx63 measure"
-    std::string line;
-};
-
-Given given(const CLI::App& app)
+void addCommands(CommandLine& program)
 {
-    Given result{&app, "", app.get_name()};
-    while (!result.command->get_subcommands().empty()) {
-        result.command = result.command->get_subcommands().front();
-        result.caller = result.line;
-        result.line += " " + result.command->get_name();
-    }
-    return result;
-}
-
-Failure wrongUsage(const CLI::App& app, const CLI::ParseError& error)
-{
-    const auto [command, caller, line] = given(app);
-    std::string why = error.what();
-    if (command->get_require_subcommand_min() > 0) {
-        const auto words = command->remaining();
-        why = words.empty() ? "no command is given" : "'" + words.front() + "' is no command";
-    }
-    return {kExitUsage, "wrong usage of '" + line + "'", why, "see '" + line + " --help'"};
+    addMeasure(program);
+    addScan(program);
+    addAngle(program);
+    addInput(program);
+    addPowerSupply(program);
+    addStatus(program);
+    addInfo(program);
+    addDoctor(program);
+    addKeys(program);
+    addFailure(program);
+    addPower(program);
+    addUpdate(program);
+    addFactoryReset(program);
+    addDeveloperMode(program);
+    addCalibrate(program);
+    addBattery(program);
+    addBuzzer(program);
+    addVolume(program);
+    addBrightness(program);
+    addLog(program);
+    addSettings(program);
+    addSets(program);
 }
 
 int run(int argc, char** argv)
 {
-    CLI::App app("Measures with the meter, switches it, reads its log and looks after its settings.", "vx63");
-    app.set_version_flag("--version", "vx63 " VX63_VERSION, "Print the version and exit");
-    app.set_help_flag("-h,--help", "Print this help and exit");
-    app.get_formatter()->column_width(26);
-    app.get_formatter()->label("SUBCOMMAND", "COMMAND");
-    app.footer(kFooter);
-    app.require_subcommand(1);
-
-    Command command;
-    addMeasure(app, command);
-    addScan(app, command);
-    addAngle(app, command);
-    addInput(app, command);
-    addPowerSupply(app, command);
-    addStatus(app, command);
-    addInfo(app, command);
-    addDoctor(app, command);
-    addKeys(app, command);
-    addFailure(app, command);
-    addPower(app, command);
-    addUpdate(app, command);
-    addFactoryReset(app, command);
-    addDeveloperMode(app, command);
-    addCalibrate(app, command);
-    addBattery(app, command);
-    addBuzzer(app, command);
-    addVolume(app, command);
-    addBrightness(app, command);
-    addLog(app, command);
-    addSettings(app, command);
-    addSets(app, command);
-
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::CallForHelp&) {
-        const auto [asked, caller, line] = given(app);
-        print(asked->help(caller));
-        closeOutput();
-        return kExitSuccess;
-    } catch (const CLI::CallForVersion& version) {
-        print(std::string(version.what()) + "\n");
-        closeOutput();
-        return kExitSuccess;
-    } catch (const CLI::ParseError& error) {
-        throw wrongUsage(app, error);
-    }
-    const int code = command();
+    constexpr const char* kDescription =
+        "Measures with the meter, switches it, reads its log and looks after its settings.";
+    const int code = readCommandLine(argc, argv, kDescription, kFooter, addCommands)();
     closeOutput();
     return code;
 }

@@ -22,11 +22,6 @@ std::string readLine()
 
 } // namespace
 
-void addYesOption(CLI::App& app, bool& yes)
-{
-    app.add_flag("--yes", yes, "Do not ask; needed where there is no terminal");
-}
-
 void confirm(bool yes, const std::string& question)
 {
     if (yes)

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <stdexcept>
 #include <string>
 
 namespace tool {
@@ -43,6 +44,13 @@ public:
 private:
     ExitCode m_code;
     std::string m_text;
+};
+
+// The command line is wrong: "OPTION: WHY".
+class WrongUsage : public std::runtime_error {
+public:
+    explicit WrongUsage(const std::string& why) : std::runtime_error(why) {}
+    WrongUsage(const std::string& option, const std::string& why) : std::runtime_error(option + ": " + why) {}
 };
 
 } // namespace tool

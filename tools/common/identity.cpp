@@ -1,7 +1,7 @@
 #include "common/identity.h"
 
 #include "common/failure.h"
-#include "common/options.h"
+#include "common/numbers.h"
 #include "common/text.h"
 #include "libvx63.h"
 
@@ -52,19 +52,12 @@ bool isCurrent(int fd, const std::string& path)
 
 } // namespace
 
-void addIdOption(CLI::App& app, int32_t& id)
+int32_t processIdIn(const std::string& option, const std::string& text)
 {
-    app.add_option_function<std::string>(
-           "--id",
-           [&id](const std::string& text) {
-               const uint64_t value = numberIn("--id", text, 0, kHighestId);
-               if (isService(value))
-                   throw CLI::ValidationError("--id", format("%s is the id of a service", text.c_str()));
-               id = static_cast<int32_t>(value);
-           },
-           "Own process id, 0 to 17 but none of the services' 0, 6, 8, 10, 12 [17]")
-        ->type_name("N")
-        ->envname("VX63_PROCESS_ID");
+    const uint64_t value = numberIn(option, text, 0, kHighestId);
+    if (isService(value))
+        throw WrongUsage(option, format("%s is the id of a service", text.c_str()));
+    return static_cast<int32_t>(value);
 }
 
 Identity::Identity(int32_t id) : m_path(lockPath(id))

@@ -1,7 +1,6 @@
 // The process id under which a command talks to the services.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <string>
 
@@ -9,8 +8,8 @@ namespace tool {
 
 inline constexpr int32_t kDefaultProcessId = 17;
 
-// Adds --id to a command that talks to the services.
-void addIdOption(CLI::App& app, int32_t& id);
+// The process id in the text. Throws WrongUsage that names the option.
+int32_t processIdIn(const std::string& option, const std::string& text);
 
 // While it lives, the calling thread is the process `id` and no other vx63 in the same IPC namespace is:
 // two of them would take each other's answers. The kernel releases the id however the program ends.

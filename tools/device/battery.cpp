@@ -3,10 +3,7 @@
 #include "common/exchange.h"
 #include "common/failure.h"
 #include "common/identity.h"
-#include "common/text.h"
 #include "libvx63.h"
-
-#include <memory>
 
 namespace tool {
 
@@ -27,26 +24,14 @@ int notifyBattery(const Options& options)
 
 } // namespace
 
-void addBattery(CLI::App& app, Command& command)
+void addBattery(CommandLine& program)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* subcommand =
-        app.add_subcommand("battery", "Tell the measurement service that the battery is low, or good again")
-            ->group("Commands");
-    subcommand
-        ->add_option_function<std::string>(
-            "STATE",
-            [options](const std::string& text) {
-                if (text != "low" && text != "ok")
-                    throw CLI::ValidationError("STATE", format("'%s' is neither low nor ok", text.c_str()));
-                options->state = text == "low" ? 1 : 0;
-            },
-            "The new state of the battery")
-        ->type_name("low|ok")
-        ->required();
-    addIdOption(*subcommand, options->id);
-    subcommand->footer("Example: vx63 battery low");
-    subcommand->callback([options, &command] { command = [options] { return notifyBattery(*options); }; });
+    program.addCommand("battery", "Tell the measurement service that the battery is low, or good again",
+                       "vx63 battery low", notifyBattery, [](CommandLine& line, Options& options) {
+                           line.choice("STATE", "low|ok", "The new state of the battery", {"low", "ok"},
+                                       [&options](size_t word) { options.state = word == 0 ? 1 : 0; })
+                               .required();
+                       });
 }
 
 } // namespace tool

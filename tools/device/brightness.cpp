@@ -3,11 +3,10 @@
 #include "common/exchange.h"
 #include "common/failure.h"
 #include "common/identity.h"
-#include "common/options.h"
-#include "common/text.h"
+#include "common/numbers.h"
 #include "libvx63.h"
 
-#include <memory>
+#include <string>
 
 namespace tool {
 
@@ -38,20 +37,15 @@ int setBrightness(const Options& options)
 
 } // namespace
 
-void addBrightness(CLI::App& app, Command& command)
+void addBrightness(CommandLine& program)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* subcommand =
-        app.add_subcommand("brightness", "Set the brightness of the display")->group("Commands");
-    subcommand
-        ->add_option_function<std::string>(
-            "BRIGHTNESS", [options](const std::string& text) { options->brightness = brightnessIn(text); },
-            "dark or 0, middle or 1, bright or 2")
-        ->type_name("dark|middle|bright")
-        ->required();
-    addIdOption(*subcommand, options->id);
-    subcommand->footer("Example: vx63 brightness bright");
-    subcommand->callback([options, &command] { command = [options] { return setBrightness(*options); }; });
+    program.addCommand(
+        "brightness", "Set the brightness of the display", "vx63 brightness bright", setBrightness,
+        [](CommandLine& line, Options& options) {
+            line.value("BRIGHTNESS", "dark|middle|bright", "dark or 0, middle or 1, bright or 2",
+                       [&options](const std::string& text) { options.brightness = brightnessIn(text); })
+                .required();
+        });
 }
 
 } // namespace tool

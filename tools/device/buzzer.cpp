@@ -6,7 +6,7 @@
 #include "device/sound.h"
 #include "libvx63.h"
 
-#include <memory>
+#include <string>
 
 namespace tool {
 
@@ -35,22 +35,19 @@ int sound(const Options& options)
 
 } // namespace
 
-void addBuzzer(CLI::App& app, Command& command)
+void addBuzzer(CommandLine& program)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* buzzer = app.add_subcommand("buzzer", "Sound the buzzer, or stop it")->group("Commands");
-    buzzer
-        ->add_option_function<std::string>(
-            "SOUND", [options](const std::string& text) { options->sound = soundIn("SOUND", text); },
-            soundNames() + ", or 0 to 4: the later ones go before the earlier ones")
-        ->type_name("SOUND")
-        ->required();
-    CLI::Option* repeat = buzzer->add_flag("--repeat", options->repeat, "Repeat it until it is stopped");
-    buzzer->add_flag("--stop", options->stop, "Stop what sounds, unless it goes before SOUND")
-        ->excludes(repeat);
-    addIdOption(*buzzer, options->id);
-    buzzer->footer("Example: vx63 buzzer alarm --repeat");
-    buzzer->callback([options, &command] { command = [options] { return sound(*options); }; });
+    program.addCommand(
+        "buzzer", "Sound the buzzer, or stop it", "vx63 buzzer alarm --repeat", sound,
+        [](CommandLine& line, Options& options) {
+            line.value("SOUND", "SOUND",
+                       soundNames() + ", or 0 to 4: the later ones go before the earlier ones",
+                       [&options](const std::string& text) { options.sound = soundIn("SOUND", text); })
+                .required();
+            const Option repeat = line.flag("--repeat", options.repeat, "Repeat it until it is stopped");
+            line.flag("--stop", options.stop, "Stop what sounds, unless it goes before SOUND")
+                .excludes(repeat);
+        });
 }
 
 } // namespace tool

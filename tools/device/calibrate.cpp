@@ -5,8 +5,6 @@
 #include "common/identity.h"
 #include "libvx63.h"
 
-#include <memory>
-
 namespace tool {
 
 namespace {
@@ -30,14 +28,12 @@ int calibrate(const Options& options)
 
 } // namespace
 
-void addCalibrate(CLI::App& app, Command& command)
+void addCalibrate(CommandLine& program)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* subcommand = app.add_subcommand("calibrate", "Calibrate the meter")->group("Commands");
-    subcommand->add_flag("--level-only", options->levelOnly, "Only the level [everything]");
-    addIdOption(*subcommand, options->id);
-    subcommand->footer("Example: vx63 calibrate --level-only");
-    subcommand->callback([options, &command] { command = [options] { return calibrate(*options); }; });
+    program.addCommand("calibrate", "Calibrate the meter", "vx63 calibrate --level-only", calibrate,
+                       [](CommandLine& line, Options& options) {
+                           line.flag("--level-only", options.levelOnly, "Only the level [everything]");
+                       });
 }
 
 } // namespace tool

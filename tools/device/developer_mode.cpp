@@ -3,10 +3,7 @@
 #include "common/exchange.h"
 #include "common/failure.h"
 #include "common/identity.h"
-#include "common/text.h"
 #include "libvx63.h"
-
-#include <memory>
 
 namespace tool {
 
@@ -26,25 +23,14 @@ int setDeveloperMode(const Options& options)
 
 } // namespace
 
-void addDeveloperMode(CLI::App& app, Command& command)
+void addDeveloperMode(CommandLine& program)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* subcommand =
-        app.add_subcommand("developer-mode", "Switch the developer mode")->group("Commands");
-    subcommand
-        ->add_option_function<std::string>(
-            "STATE",
-            [options](const std::string& text) {
-                if (text != "on" && text != "off")
-                    throw CLI::ValidationError("STATE", format("'%s' is neither on nor off", text.c_str()));
-                options->state = text == "on" ? 1 : 0;
-            },
-            "The new state")
-        ->type_name("on|off")
-        ->required();
-    addIdOption(*subcommand, options->id);
-    subcommand->footer("Example: vx63 developer-mode on");
-    subcommand->callback([options, &command] { command = [options] { return setDeveloperMode(*options); }; });
+    program.addCommand("developer-mode", "Switch the developer mode", "vx63 developer-mode on",
+                       setDeveloperMode, [](CommandLine& line, Options& options) {
+                           line.choice("STATE", "on|off", "The new state", {"on", "off"},
+                                       [&options](size_t word) { options.state = word == 0 ? 1 : 0; })
+                               .required();
+                       });
 }
 
 } // namespace tool

@@ -61,16 +61,15 @@ Rows deviceStatusRows(const DeviceStatus& status)
     };
 }
 
-nlohmann::ordered_json deviceStatusJson(const DeviceStatus& status)
+Json deviceStatusJson(const DeviceStatus& status)
 {
-    using Json = nlohmann::ordered_json;
-    const auto yesNo = [](uint32_t code) { return code <= 1 ? Json(code == 1) : Json(nullptr); };
+    const auto yesNo = [](uint32_t code) { return code <= 1 ? Json(code == 1) : Json(); };
     return {
         {"battery_percent", status.ucStat2},
         {"battery_mv", status.usStat8},
         {"low_battery", yesNo(status.ulStat5)},
         {"external_power", yesNo(status.ulStat3)},
-        {"charger", status.ulStat4 < std::size(kChargers) ? Json(kChargers[status.ulStat4]) : Json(nullptr)},
+        {"charger", status.ulStat4 < std::size(kChargers) ? Json(kChargers[status.ulStat4]) : Json()},
         {"temperature_c", status.ucStat6},
         {"usb1", (status.usStat0 & kUsb1) != 0},
         {"usb2", (status.usStat0 & kUsb2) != 0},

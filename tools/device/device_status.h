@@ -1,10 +1,9 @@
 // The device status as text and as JSON.
 #pragma once
 
+#include "common/json.h"
 #include "common/text.h"
 #include "libvx63.h"
-
-#include <nlohmann/json.hpp>
 
 namespace tool {
 
@@ -12,7 +11,7 @@ namespace tool {
 DeviceStatus readDeviceStatus();
 
 Rows deviceStatusRows(const DeviceStatus& status);
-nlohmann::ordered_json deviceStatusJson(const DeviceStatus& status);
+Json deviceStatusJson(const DeviceStatus& status);
 
 // Whether every value is one that a meter can have.
 bool isPlausible(const DeviceStatus& status);

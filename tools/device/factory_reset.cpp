@@ -6,8 +6,6 @@
 #include "common/identity.h"
 #include "libvx63.h"
 
-#include <memory>
-
 namespace tool {
 
 namespace {
@@ -28,16 +26,10 @@ int resetToFactory(const Options& options)
 
 } // namespace
 
-void addFactoryReset(CLI::App& app, Command& command)
+void addFactoryReset(CommandLine& program)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* reset =
-        app.add_subcommand("factory-reset", "Reset the meter to its factory default: deletes all settings")
-            ->group("Commands");
-    addYesOption(*reset, options->yes);
-    addIdOption(*reset, options->id);
-    reset->footer("Example: vx63 factory-reset --yes");
-    reset->callback([options, &command] { command = [options] { return resetToFactory(*options); }; });
+    program.addCommand("factory-reset", "Reset the meter to its factory default: deletes all settings",
+                       "vx63 factory-reset --yes", resetToFactory);
 }
 
 } // namespace tool

@@ -3,13 +3,13 @@
 #include "common/exchange.h"
 #include "common/failure.h"
 #include "common/identity.h"
+#include "common/json.h"
 #include "common/output.h"
 #include "common/text.h"
 #include "libvx63.h"
 
 #include <cstring>
-#include <memory>
-#include <nlohmann/json.hpp>
+#include <string>
 
 namespace tool {
 
@@ -33,13 +33,13 @@ int showInfo(const Options& options)
     ProductInfo info{};
     require("cannot read the product data", [&] { return vx63_getProductInfo(&info); });
     if (options.json) {
-        const nlohmann::ordered_json json = {
+        const Json json = {
             {"model_code", textOf(info.cModelCode)},    {"option_info", textOf(info.cOptInfo)},
             {"serial_no", textOf(info.cSerialNo)},      {"boot_version", textOf(info.cBootPrgVer)},
             {"main_version", textOf(info.cMainPrgVer)}, {"sub_version", textOf(info.cSubPrgVer)},
             {"qt_version", textOf(info.cQtVer)},        {"product_version", textOf(info.cProductVer)},
         };
-        print(json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+        print(json.line());
         return kExitSuccess;
     }
     print(aligned({
@@ -57,15 +57,12 @@ int showInfo(const Options& options)
 
 } // namespace
 
-void addInfo(CLI::App& app, Command& command)
+void addInfo(CommandLine& program)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* info = app.add_subcommand("info", "Show what the meter is: model, serial number, versions")
-                         ->group("Commands");
-    info->add_flag("--json", options->json, "Print a JSON object");
-    addIdOption(*info, options->id);
-    info->footer("Example: vx63 info");
-    info->callback([options, &command] { command = [options] { return showInfo(*options); }; });
+    program.addCommand("info", "Show what the meter is: model, serial number, versions", "vx63 info",
+                       showInfo, [](CommandLine& line, Options& options) {
+                           line.flag("--json", options.json, "Print a JSON object");
+                       });
 }
 
 } // namespace tool

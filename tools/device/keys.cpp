@@ -4,7 +4,8 @@
 #include "common/failure.h"
 #include "common/identity.h"
 #include "common/interrupt.h"
-#include "common/options.h"
+#include "common/json.h"
+#include "common/numbers.h"
 #include "common/output.h"
 #include "common/text.h"
 #include "libvx63.h"
@@ -12,8 +13,6 @@
 #include <algorithm>
 #include <chrono>
 #include <ctime>
-#include <memory>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -60,10 +59,10 @@ void show(const Options& options, const KeyStatus& keys)
     const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
     const int64_t timeMs = std::chrono::floor<milliseconds>(sinceEpoch).count();
     if (options.json) {
-        const nlohmann::ordered_json json = {{"time", static_cast<double>(timeMs) / 1000},
-                                             {"pressed", pressed(keys)},
-                                             {"key_codes", keys.stat}};
-        print(json.dump() + "\n");
+        const Json json = {{"time", static_cast<double>(timeMs) / 1000},
+                           {"pressed", Json::arrayOf(pressed(keys))},
+                           {"key_codes", Json::arrayOf(keys.stat)}};
+        print(json.line());
     } else if (options.watch) {
         const auto seconds = static_cast<time_t>(timeMs / 1000);
         struct tm local {};
@@ -96,24 +95,17 @@ int showKeys(const Options& options)
 
 } // namespace
 
-void addKeys(CLI::App& app, Command& command)
+void addKeys(CommandLine& program)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* keys = app.add_subcommand("keys", "Show which keys are pressed")->group("Commands");
-    CLI::Option* watch =
-        keys->add_flag("--watch", options->watch, "Go on with a line for every change, until interrupted");
-    keys->add_option_function<std::string>(
-            "--interval",
-            [options](const std::string& text) {
-                options->intervalMs = secondsIn("--interval", text, 0, 3600);
-            },
-            "Seconds from one look to the next [0.1]")
-        ->type_name("S")
-        ->needs(watch);
-    keys->add_flag("--json", options->json, "Print a JSON object, with --watch one a line");
-    addIdOption(*keys, options->id);
-    keys->footer("Example: vx63 keys --watch");
-    keys->callback([options, &command] { command = [options] { return showKeys(*options); }; });
+    program.addCommand(
+        "keys", "Show which keys are pressed", "vx63 keys --watch", showKeys,
+        [](CommandLine& line, Options& options) {
+            const Option watch =
+                line.flag("--watch", options.watch, "Go on with a line for every change, until interrupted");
+            line.seconds("--interval", options.intervalMs, "Seconds from one look to the next [0.1]", 0, 3600)
+                .needs(watch);
+            line.flag("--json", options.json, "Print a JSON object, with --watch one a line");
+        });
 }
 
 } // namespace tool

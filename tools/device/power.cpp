@@ -4,13 +4,12 @@
 #include "common/exchange.h"
 #include "common/failure.h"
 #include "common/identity.h"
+#include "common/json.h"
 #include "common/output.h"
 #include "common/text.h"
 #include "libvx63.h"
 
 #include <iterator>
-#include <memory>
-#include <nlohmann/json.hpp>
 
 namespace tool {
 
@@ -22,15 +21,23 @@ constexpr uint8_t kMeasuringPart = 1;
 
 constexpr const char* kStandby[] = {"none", "meter", "measurement"}; // ulStandbyStat
 
-struct Options {
+struct SwitchOptions {
     int32_t id = kDefaultProcessId;
-    bool json = false;
     bool yes = false;
+};
+
+struct SleepOptions {
+    int32_t id = kDefaultProcessId;
     bool force = false;
     bool measurement = false;
 };
 
-int reboot(const Options& options)
+struct StateOptions {
+    int32_t id = kDefaultProcessId;
+    bool json = false;
+};
+
+int reboot(const SwitchOptions& options)
 {
     constexpr const char* kWhat = "cannot reboot the meter";
     confirm(options.yes, "Reboot the meter?");
@@ -39,7 +46,7 @@ int reboot(const Options& options)
     return kExitSuccess;
 }
 
-int shutDown(const Options& options)
+int shutDown(const SwitchOptions& options)
 {
     constexpr const char* kWhat = "cannot switch the meter off";
     confirm(options.yes, "Switch the meter off? It can only be switched on again by hand.");
@@ -48,12 +55,12 @@ int shutDown(const Options& options)
     return kExitSuccess;
 }
 
-uint8_t modeOf(const Options& options)
+uint8_t modeOf(const SleepOptions& options)
 {
     return options.measurement ? kMeasuringPart : kWholeMeter;
 }
 
-int standby(const Options& options)
+int standby(const SleepOptions& options)
 {
     const Identity identity(options.id);
     require("cannot put the meter into standby",
@@ -61,7 +68,7 @@ int standby(const Options& options)
     return kExitSuccess;
 }
 
-int wakeUp(const Options& options)
+int wakeUp(const SleepOptions& options)
 {
     const Identity identity(options.id);
     require("cannot wake the meter up",
@@ -69,57 +76,43 @@ int wakeUp(const Options& options)
     return kExitSuccess;
 }
 
-int showState(const Options& options)
+int showState(const StateOptions& options)
 {
     const Identity identity(options.id);
     uint32_t state = 0;
     require("cannot read the standby state", [&] { return vx63_getStandbyStat(&state); });
     const bool known = state < std::size(kStandby);
     if (options.json) {
-        nlohmann::ordered_json json;
-        json["standby"] = known ? nlohmann::ordered_json(kStandby[state]) : nlohmann::ordered_json(nullptr);
-        json["standby_code"] = state;
-        print(json.dump() + "\n");
+        const Json json = {{"standby", known ? kStandby[state] : Json()}, {"standby_code", state}};
+        print(json.line());
     } else {
         print("Standby  " + (known ? kStandby[state] : format("code %u", state)) + "\n");
     }
     return kExitSuccess;
 }
 
-CLI::App* addLeaf(CLI::App& power, const char* name, const char* description, Command& command,
-                  const std::shared_ptr<Options>& options, int (*work)(const Options&))
+void addSleepOptions(CommandLine& line, SleepOptions& options)
 {
-    CLI::App* leaf = power.add_subcommand(name, description)->group("Commands");
-    addIdOption(*leaf, options->id);
-    leaf->footer(std::string("Example: vx63 power ") + name);
-    leaf->callback([options, work, &command] { command = [options, work] { return work(*options); }; });
-    return leaf;
+    const Option force =
+        line.flag("--force", options.force, "Force it, past the system service, even with a low battery");
+    line.flag("--measurement", options.measurement, "The measuring part alone [the whole meter]")
+        .excludes(force);
 }
 
 } // namespace
 
-void addPower(CLI::App& app, Command& command)
+void addPower(CommandLine& program)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* power =
-        app.add_subcommand("power", "Reboot the meter, switch it off, put it to sleep, wake it up")
-            ->group("Commands");
-    power->require_subcommand(1);
-    power->footer("Example: vx63 power state");
-
-    addYesOption(*addLeaf(*power, "reboot", "Restart the meter", command, options, reboot), options->yes);
-    addYesOption(*addLeaf(*power, "shutdown", "Switch the meter off", command, options, shutDown),
-                 options->yes);
-    for (CLI::App* leaf :
-         {addLeaf(*power, "standby", "Put the meter into standby", command, options, standby),
-          addLeaf(*power, "wakeup", "Wake the meter up", command, options, wakeUp)}) {
-        CLI::Option* force = leaf->add_flag("--force", options->force,
-                                            "Force it, past the system service, even with a low battery");
-        leaf->add_flag("--measurement", options->measurement, "The measuring part alone [the whole meter]")
-            ->excludes(force);
-    }
-    addLeaf(*power, "state", "Show whether the meter is in standby", command, options, showState)
-        ->add_flag("--json", options->json, "Print a JSON object");
+    CommandLine power = program.addGroup(
+        "power", "Reboot the meter, switch it off, put it to sleep, wake it up", "vx63 power state");
+    power.addCommand("reboot", "Restart the meter", "vx63 power reboot", reboot);
+    power.addCommand("shutdown", "Switch the meter off", "vx63 power shutdown", shutDown);
+    power.addCommand("standby", "Put the meter into standby", "vx63 power standby", standby, addSleepOptions);
+    power.addCommand("wakeup", "Wake the meter up", "vx63 power wakeup", wakeUp, addSleepOptions);
+    power.addCommand("state", "Show whether the meter is in standby", "vx63 power state", showState,
+                     [](CommandLine& line, StateOptions& options) {
+                         line.flag("--json", options.json, "Print a JSON object");
+                     });
 }
 
 } // namespace tool

@@ -1,6 +1,7 @@
 #include "device/sound.h"
 
-#include "common/options.h"
+#include "common/failure.h"
+#include "common/numbers.h"
 #include "common/text.h"
 
 namespace tool {
@@ -26,8 +27,8 @@ int32_t soundIn(const std::string& argument, const std::string& text)
             return kind;
     if (const auto kind = parseNumber(text); kind && *kind < kSoundCount)
         return static_cast<int32_t>(*kind);
-    throw CLI::ValidationError(argument, format("'%s' is none of %s, nor a number from 0 to %d", text.c_str(),
-                                                soundNames().c_str(), kSoundCount - 1));
+    throw WrongUsage(argument, format("'%s' is none of %s, nor a number from 0 to %d", text.c_str(),
+                                      soundNames().c_str(), kSoundCount - 1));
 }
 
 } // namespace tool

@@ -12,7 +12,7 @@ inline constexpr int32_t kSoundCount = 5;
 std::string soundNames();
 
 // A kind by its name or as a number, 0 to 4; the order is that of the priorities. Throws
-// CLI::ValidationError that names the argument.
+// WrongUsage that names the argument.
 int32_t soundIn(const std::string& argument, const std::string& text);
 
 } // namespace tool

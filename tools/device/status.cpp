@@ -3,13 +3,12 @@
 #include "common/exchange.h"
 #include "common/failure.h"
 #include "common/identity.h"
+#include "common/json.h"
 #include "common/output.h"
 #include "common/text.h"
 #include "device/device_status.h"
 #include "libvx63.h"
 #include "measure/supply.h"
-
-#include <memory>
 
 namespace tool {
 
@@ -40,7 +39,7 @@ int showStatus(const Options& options)
     const bool fault = (status.usInputStat & kSupplyFault) != 0;
     const unsigned input = (status.usInputStat & kInput1) != 0 ? 1 : 0;
     if (options.json) {
-        const nlohmann::ordered_json json = {
+        const Json json = {
             {"measuring", measuring},
             {"locked", locked},
             {"input", input},
@@ -50,7 +49,7 @@ int showStatus(const Options& options)
             {"power_supply", supplyJson(supply)},
             {"device", deviceStatusJson(device)},
         };
-        print(json.dump() + "\n");
+        print(json.line());
         return kExitSuccess;
     }
     Rows rows = {
@@ -71,16 +70,12 @@ int showStatus(const Options& options)
 
 } // namespace
 
-void addStatus(CLI::App& app, Command& command)
+void addStatus(CommandLine& program)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* status =
-        app.add_subcommand("status", "Show how the meter is: measurement, power supply, battery")
-            ->group("Commands");
-    status->add_flag("--json", options->json, "Print a JSON object");
-    addIdOption(*status, options->id);
-    status->footer("Example: vx63 status --json");
-    status->callback([options, &command] { command = [options] { return showStatus(*options); }; });
+    program.addCommand("status", "Show how the meter is: measurement, power supply, battery",
+                       "vx63 status --json", showStatus, [](CommandLine& line, Options& options) {
+                           line.flag("--json", options.json, "Print a JSON object");
+                       });
 }
 
 } // namespace tool

@@ -4,7 +4,6 @@
 #include "common/exchange.h"
 #include "common/failure.h"
 #include "common/identity.h"
-#include "common/options.h"
 #include "common/output.h"
 #include "common/text.h"
 #include "device/update_request.h"
@@ -12,8 +11,8 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <memory>
 #include <mutex>
+#include <string>
 #include <thread>
 
 namespace tool {
@@ -81,68 +80,44 @@ int update(const Options& options)
     return kExitSuccess;
 }
 
+void addUpdateOptions(CommandLine& line, Options& options)
+{
+    const Option file = line.text("FILE", options.path, "", "The update request: 32 bytes");
+    Option program = line.choice(
+        "--program", "PROGRAM", "What to update instead of what FILE says: boot, main, sub, qt, product",
+        {"boot", "main", "sub", "qt", "product"},
+        [&options](size_t word) { options.program = static_cast<uint8_t>(word + 1); });
+    program.excludes(file);
+    const Option version =
+        line.value("--new-version", "VERSION", "Its new version, 1 to 16 characters",
+                   [&options](const std::string& text) {
+                       if (!isVersion(text))
+                           throw WrongUsage("--new-version",
+                                            "'" + text + "' is not 1 to 16 printable ASCII characters");
+                       options.version = text;
+                   })
+            .needs(program);
+    const Option size =
+        line.number("--size", options.size, "BYTES", "Size of the new program in bytes", 1, UINT32_MAX)
+            .needs(program);
+    program.needs(version).needs(size);
+    line.choice("--source", "SOURCE", "Where the new program lies: internal, usb1, usb2 [internal]",
+                {"internal", "usb1", "usb2"},
+                [&options](size_t word) { options.source = static_cast<uint8_t>(word); })
+        .needs(program);
+    line.check([file, program] {
+        if (!file.given() && !program.given())
+            throw WrongUsage("FILE or --program is required");
+    });
+}
+
 } // namespace
 
-void addUpdate(CLI::App& app, Command& command)
+void addUpdate(CommandLine& program)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* subcommand = app.add_subcommand("update", "Update a program of the meter")->group("Commands");
-    CLI::Option* file =
-        subcommand->add_option("FILE", options->path, "The update request: 32 bytes")->type_name("");
-    CLI::Option* program =
-        subcommand
-            ->add_option_function<std::string>(
-                "--program",
-                [options](const std::string& text) {
-                    const auto code = programCode(text);
-                    if (!code)
-                        throw CLI::ValidationError(
-                            "--program",
-                            format("'%s' is none of boot, main, sub, qt, product", text.c_str()));
-                    options->program = *code;
-                },
-                "What to update instead of what FILE says: boot, main, sub, qt, product")
-            ->type_name("PROGRAM")
-            ->excludes(file);
-    CLI::Option* version =
-        subcommand
-            ->add_option_function<std::string>(
-                "--new-version",
-                [options](const std::string& text) {
-                    if (!isVersion(text))
-                        throw CLI::ValidationError(
-                            "--new-version",
-                            format("'%s' is not 1 to 16 printable ASCII characters", text.c_str()));
-                    options->version = text;
-                },
-                "Its new version, 1 to 16 characters")
-            ->type_name("VERSION")
-            ->needs(program);
-    CLI::Option* size = addNumber(*subcommand, "--size", options->size, "BYTES",
-                                  "Size of the new program in bytes", 1, UINT32_MAX)
-                            ->needs(program);
-    program->needs(version)->needs(size);
-    subcommand
-        ->add_option_function<std::string>(
-            "--source",
-            [options](const std::string& text) {
-                const auto code = sourceCode(text);
-                if (!code)
-                    throw CLI::ValidationError("--source",
-                                               format("'%s' is none of internal, usb1, usb2", text.c_str()));
-                options->source = *code;
-            },
-            "Where the new program lies: internal, usb1, usb2 [internal]")
-        ->type_name("SOURCE")
-        ->needs(program);
-    addYesOption(*subcommand, options->yes);
-    addIdOption(*subcommand, options->id);
-    subcommand->footer("Example: vx63 update --program main --new-version 2.0 --size 1048576 --source usb1");
-    subcommand->callback([options, file, program, &command] {
-        if (file->count() == 0 && program->count() == 0)
-            throw CLI::RequiredError("FILE or --program");
-        command = [options] { return update(*options); };
-    });
+    program.addCommand("update", "Update a program of the meter",
+                       "vx63 update --program main --new-version 2.0 --size 1048576 --source usb1", update,
+                       addUpdateOptions);
 }
 
 } // namespace tool

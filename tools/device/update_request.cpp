@@ -7,16 +7,12 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <iterator>
 #include <numeric>
 #include <unistd.h>
 
 namespace tool {
 
 namespace {
-
-constexpr std::string_view kPrograms[] = {"boot", "main", "sub", "qt", "product"}; // from 1
-constexpr std::string_view kSources[] = {"internal", "usb1", "usb2"};              // from 0
 
 constexpr size_t kProgramAt = 4;
 constexpr size_t kSourceAt = 5;
@@ -32,27 +28,7 @@ void putNumber(UpdateRequest& request, size_t at, uint32_t value)
         request[at + i] = static_cast<uint8_t>(value >> (8 * i));
 }
 
-template <size_t kNames>
-std::optional<uint8_t> indexOf(const std::string_view (&names)[kNames], std::string_view name)
-{
-    const auto* found = std::ranges::find(names, name);
-    if (found == std::end(names))
-        return std::nullopt;
-    return static_cast<uint8_t>(found - names);
-}
-
 } // namespace
-
-std::optional<uint8_t> programCode(std::string_view name)
-{
-    const auto index = indexOf(kPrograms, name);
-    return index ? std::optional(static_cast<uint8_t>(*index + 1)) : std::nullopt;
-}
-
-std::optional<uint8_t> sourceCode(std::string_view name)
-{
-    return indexOf(kSources, name);
-}
 
 bool isVersion(std::string_view version)
 {

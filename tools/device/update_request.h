@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -11,13 +10,11 @@ namespace tool {
 
 using UpdateRequest = std::array<uint8_t, 32>;
 
-// Codes of programs and of places by name. Nothing for another name.
-std::optional<uint8_t> programCode(std::string_view name); // boot, main, sub, qt, product
-std::optional<uint8_t> sourceCode(std::string_view name);  // internal, usb1, usb2
-
 // Whether it can stand in a request: 1 to 16 characters of printable ASCII.
 bool isVersion(std::string_view version);
 
+//   program  1 to 5: boot, main, sub, qt, product
+//   source   0 to 2: internal, usb1, usb2
 //   version  as isVersion() asks for
 //   size     of the new program in bytes, not 0
 UpdateRequest makeUpdateRequest(uint8_t program, uint8_t source, std::string_view version, uint32_t size);

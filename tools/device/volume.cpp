@@ -3,12 +3,11 @@
 #include "common/exchange.h"
 #include "common/failure.h"
 #include "common/identity.h"
-#include "common/options.h"
 #include "common/text.h"
 #include "device/sound.h"
 #include "libvx63.h"
 
-#include <memory>
+#include <string>
 
 namespace tool {
 
@@ -34,25 +33,20 @@ int setVolume(const Options& options)
 
 } // namespace
 
-void addVolume(CLI::App& app, Command& command)
+void addVolume(CommandLine& program)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* volume = app.add_subcommand("volume", "Set the volume of the buzzer")->group("Commands");
-    volume
-        ->add_option_function<std::string>(
-            "SOUND",
-            [options](const std::string& text) {
-                const bool all = text == "all";
-                options->first = all ? 0 : soundIn("SOUND", text);
-                options->last = all ? kSoundCount - 1 : options->first;
-            },
-            "all, " + soundNames() + ", or 0 to 4")
-        ->type_name("SOUND")
-        ->required();
-    addNumber(*volume, "VOLUME", options->volume, "0..3", "0 silent to 3", 0, kLoudest)->required();
-    addIdOption(*volume, options->id);
-    volume->footer("Example: vx63 volume all 2");
-    volume->callback([options, &command] { command = [options] { return setVolume(*options); }; });
+    program.addCommand(
+        "volume", "Set the volume of the buzzer", "vx63 volume all 2", setVolume,
+        [](CommandLine& line, Options& options) {
+            line.value("SOUND", "SOUND", "all, " + soundNames() + ", or 0 to 4",
+                       [&options](const std::string& text) {
+                           const bool all = text == "all";
+                           options.first = all ? 0 : soundIn("SOUND", text);
+                           options.last = all ? kSoundCount - 1 : options.first;
+                       })
+                .required();
+            line.number("VOLUME", options.volume, "0..3", "0 silent to 3", 0, kLoudest).required();
+        });
 }
 
 } // namespace tool

@@ -4,6 +4,7 @@
 #include "commands.h"
 #include "common/failure.h"
 #include "common/identity.h"
+#include "common/json.h"
 #include "common/output.h"
 #include "common/text.h"
 #include "device/device_status.h"
@@ -17,12 +18,13 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
-#include <memory>
-#include <nlohmann/json.hpp>
+#include <optional>
 #include <span>
+#include <string>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
+#include <vector>
 
 // glibc's name of this program, as the library writes it into each line of the log.
 extern "C" const char* __progname;
@@ -281,18 +283,16 @@ const char* healthWord(Health health)
     return health == Health::good ? "ok" : health == Health::wrong ? "wrong" : "note";
 }
 
-nlohmann::ordered_json checkJson(const Check& check)
+Json checkJson(const Check& check)
 {
-    using Json = nlohmann::ordered_json;
     const auto* service = std::ranges::find(kServices, check.subject, &Service::name);
-    Json json = {{"step", check.step},
-                 {"subject", service != kServices.end() ? service->word : printable(check.subject)},
-                 {"health", healthWord(check.health)},
-                 {"kind", check.kind},
-                 {"text", printable(check.text)}};
-    json["remedy"] = check.remedy.empty() ? Json(nullptr) : Json(check.remedy);
-    json["ms"] = check.ms ? Json(*check.ms) : Json(nullptr);
-    return json;
+    return {{"step", check.step},
+            {"subject", service != kServices.end() ? service->word : printable(check.subject)},
+            {"health", healthWord(check.health)},
+            {"kind", check.kind},
+            {"text", printable(check.text)},
+            {"remedy", check.remedy.empty() ? Json() : Json(check.remedy)},
+            {"ms", check.ms}};
 }
 
 // Folders and files are many: those that are well are counted.
@@ -337,12 +337,13 @@ int examine(const Options& options)
 
     const auto wrong = std::ranges::find(checks, Health::wrong, &Check::health);
     if (options.json) {
-        nlohmann::ordered_json json = {{"healthy", wrong == checks.end()}};
-        json["first_wrong"] = wrong == checks.end() ? nlohmann::ordered_json(nullptr) : checkJson(*wrong);
-        json["checks"] = nlohmann::ordered_json::array();
+        Json list = Json::array();
         for (const Check& check : checks)
-            json["checks"].push_back(checkJson(check));
-        print(json.dump() + "\n");
+            list.push(checkJson(check));
+        const Json json = {{"healthy", wrong == checks.end()},
+                           {"first_wrong", wrong == checks.end() ? Json() : checkJson(*wrong)},
+                           {"checks", list}};
+        print(json.line());
     } else {
         print(aligned(rowsOf(checks)));
         if (wrong == checks.end())
@@ -355,18 +356,15 @@ int examine(const Options& options)
 
 } // namespace
 
-void addDoctor(CLI::App& app, Command& command)
+void addDoctor(CommandLine& program)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* doctor =
-        app.add_subcommand("doctor", "Find out why the meter does not answer")->group("Commands");
-    doctor->add_flag("--json", options->json, "Print a JSON object");
-    addIdOption(*doctor, options->id);
-    doctor->footer(
-        "Exits with 0 when nothing wrong was found, else with 5. A service that does not answer takes\n"
-        "10 s.\n\n"
-        "Example: vx63 doctor");
-    doctor->callback([options, &command] { command = [options] { return examine(*options); }; });
+    program.addCommand("doctor", "Find out why the meter does not answer", "vx63 doctor", examine,
+                       [](CommandLine& line, Options& options) {
+                           line.notes(
+                               "Exits with 0 when nothing wrong was found, else with 5. A service that "
+                               "does not answer takes\n10 s.");
+                           line.flag("--json", options.json, "Print a JSON object");
+                       });
 }
 
 } // namespace tool

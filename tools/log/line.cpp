@@ -109,7 +109,7 @@ std::string logLineText(std::string_view text)
            printable(text.substr(text.find(kSeparator)));
 }
 
-nlohmann::ordered_json logLineJson(std::string_view text)
+Json logLineJson(std::string_view text)
 {
     const auto line = parseLogLine(text);
     if (!line)

@@ -1,8 +1,9 @@
 // One line of the library's log: "1700000000.123456 : program : libvx63.cpp(42) vx63_init() : Start.".
 #pragma once
 
+#include "common/json.h"
+
 #include <cstdint>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,8 +30,7 @@ bool isFailure(const LogLine& line);
 // The text for people: the time as local date and time, the rest as it is; safe on a terminal.
 std::string logLineText(std::string_view text);
 
-// The fields as an object; a text that is no log line as {"text": ...}. Bytes that are no UTF-8 become
-// U+FFFD when the object is written with error_handler_t::replace.
-nlohmann::ordered_json logLineJson(std::string_view text);
+// The fields as an object; a text that is no log line as {"text": ...}.
+Json logLineJson(std::string_view text);
 
 } // namespace tool

@@ -1,14 +1,13 @@
 // vx63 log: the library's log, at once or as it grows.
 #include "commands.h"
 #include "common/failure.h"
-#include "common/options.h"
+#include "common/json.h"
 #include "common/output.h"
 #include "libvx63.h"
 #include "log/line.h"
 #include "log/reader.h"
 
 #include <deque>
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -35,10 +34,7 @@ public:
 
     void add(std::string_view text)
     {
-        using Json = nlohmann::ordered_json;
-        m_pending += m_json ? logLineJson(text).dump(-1, ' ', false, Json::error_handler_t::replace)
-                            : logLineText(text);
-        m_pending += '\n';
+        m_pending += m_json ? logLineJson(text).line() : logLineText(text) + '\n';
         if (m_pending.size() >= kFlushSize)
             flush();
     }
@@ -108,23 +104,23 @@ int showLog(const Options& options)
 
 } // namespace
 
-void addLog(CLI::App& app, Command& command)
+void addLog(CommandLine& program)
 {
-    const auto options = std::make_shared<Options>();
-    options->path = g_cLibTestLogFilePath[0] != '\0' ? g_cLibTestLogFilePath : kDefaultPath;
-    CLI::App* log = app.add_subcommand("log", "Show the library's log")->group("Commands");
-    log->add_option("FILE", options->path, "The log [" + options->path + "]")->type_name("");
-    log->add_flag("--follow", options->follow, "Go on with new lines as they come, until interrupted");
-    log->add_flag("--errors", options->errors, "Only lines that tell of a failure");
-    log->add_flag("--json", options->json, "Print a JSON object a line");
-    addNumber(*log, "--lines", options->lines, "N", "Only the last N lines [all; 10 with --follow]", 0,
-              UINT32_MAX);
-    log->footer("Example: vx63 log --errors --follow");
-    log->callback([options, &command] {
-        if (options->follow && !options->lines)
-            options->lines = kFollowLines;
-        command = [options] { return showLog(*options); };
-    });
+    program.addCommand(
+        "log", "Show the library's log", "vx63 log --errors --follow", showLog,
+        [](CommandLine& line, Options& options) {
+            options.path = g_cLibTestLogFilePath[0] != '\0' ? g_cLibTestLogFilePath : kDefaultPath;
+            line.text("FILE", options.path, "", "The log [" + options.path + "]");
+            line.flag("--follow", options.follow, "Go on with new lines as they come, until interrupted");
+            line.flag("--errors", options.errors, "Only lines that tell of a failure");
+            line.flag("--json", options.json, "Print a JSON object a line");
+            line.number("--lines", options.lines, "N", "Only the last N lines [all; 10 with --follow]", 0,
+                        UINT32_MAX);
+            line.check([&options] {
+                if (options.follow && !options.lines)
+                    options.lines = kFollowLines;
+            });
+        });
 }
 
 } // namespace tool

@@ -4,7 +4,7 @@
 #include "common/failure.h"
 #include "common/identity.h"
 #include "common/interrupt.h"
-#include "common/options.h"
+#include "common/json.h"
 #include "common/output.h"
 #include "common/running.h"
 #include "common/text.h"
@@ -12,8 +12,6 @@
 
 #include <chrono>
 #include <cmath>
-#include <memory>
-#include <nlohmann/json.hpp>
 #include <numbers>
 #include <optional>
 
@@ -27,7 +25,12 @@ using std::chrono::milliseconds;
 constexpr int32_t kFinished = 4; // of the calibration; 1 to 3 are its turns
 constexpr milliseconds kPollTime{50};
 
-struct Options {
+struct MeasureOptions {
+    int32_t id = kDefaultProcessId;
+    bool json = false;
+};
+
+struct CalibrateOptions {
     int32_t id = kDefaultProcessId;
     int64_t timeoutMs = 60000;
     bool json = false;
@@ -41,9 +44,9 @@ double headingOf(const AngleCalInfoDetail& info)
 }
 
 // Floats arrive bit for bit: what is no number is null in JSON by itself.
-nlohmann::ordered_json vectorJson(float x, float y, float z)
+Json vectorJson(float x, float y, float z)
 {
-    return nlohmann::ordered_json::array({x, y, z});
+    return Json::array({x, y, z});
 }
 
 std::string vectorText(float x, float y, float z, const char* unit)
@@ -64,7 +67,7 @@ AngleCalStat readCalibration()
     return status;
 }
 
-int measureAngle(const Options& options)
+int measureAngle(const MeasureOptions& options)
 {
     const Identity identity(options.id);
     catchInterruption(kStoppingNotice);
@@ -81,21 +84,19 @@ int measureAngle(const Options& options)
     if (interruption() != 0)
         return kExitSignal + interruption();
     const bool calibrated = calibration.lStatus == kFinished;
-    if (options.json)
-        print(nlohmann::ordered_json(
-                  {
-                      {"roll_deg", info.flRoll},
-                      {"pitch_deg", info.flPitch},
-                      {"heading_deg", calibrated ? nlohmann::ordered_json(headingOf(info)) : nullptr},
-                      {"calibrated", calibrated},
-                      {"acceleration_g", vectorJson(info.flAx, info.flAy, info.flAz)},
-                      {"field_ut", vectorJson(info.flMx, info.flMy, info.flMz)},
-                      {"level_acceleration_g", vectorJson(info.flAxRot, info.flAyRot, info.flAzRot)},
-                      {"level_field_ut", vectorJson(info.flMxRot, info.flMyRot, info.flMzRot)},
-                  })
-                  .dump() +
-              "\n");
-    else
+    if (options.json) {
+        const Json json = {
+            {"roll_deg", info.flRoll},
+            {"pitch_deg", info.flPitch},
+            {"heading_deg", calibrated ? Json(headingOf(info)) : Json()},
+            {"calibrated", calibrated},
+            {"acceleration_g", vectorJson(info.flAx, info.flAy, info.flAz)},
+            {"field_ut", vectorJson(info.flMx, info.flMy, info.flMz)},
+            {"level_acceleration_g", vectorJson(info.flAxRot, info.flAyRot, info.flAzRot)},
+            {"level_field_ut", vectorJson(info.flMxRot, info.flMyRot, info.flMzRot)},
+        };
+        print(json.line());
+    } else {
         print(aligned({
             {"Roll", format("%.1f deg", static_cast<double>(info.flRoll))},
             {"Pitch", format("%.1f deg", static_cast<double>(info.flPitch))},
@@ -105,15 +106,16 @@ int measureAngle(const Options& options)
             {"Level acceleration", vectorText(info.flAxRot, info.flAyRot, info.flAzRot, "g")},
             {"Level field", vectorText(info.flMxRot, info.flMyRot, info.flMzRot, "uT")},
         }));
+    }
     return kExitSuccess;
 }
 
-nlohmann::ordered_json pointJson(const AnglePoint& point)
+Json pointJson(const AnglePoint& point)
 {
     return vectorJson(point.x, point.y, point.z);
 }
 
-int calibrate(const Options& options)
+int calibrate(const CalibrateOptions& options)
 {
     const Identity identity(options.id);
     catchInterruption("\nvx63: the meter goes on with the calibration, which cannot be stopped\n");
@@ -136,55 +138,41 @@ int calibrate(const Options& options)
         status = readCalibration();
     }
     progress.reset();
-    if (options.json)
-        print(nlohmann::ordered_json({{"state_code", status.lStatus},
-                                      {"centre_points_ut",
-                                       {pointJson(status.centerPoint1), pointJson(status.centerPoint2),
-                                        pointJson(status.centerPoint3)}}})
-                  .dump() +
-              "\n");
-    else
+    if (options.json) {
+        const Json json = {
+            {"state_code", status.lStatus},
+            {"centre_points_ut", Json::array({pointJson(status.centerPoint1), pointJson(status.centerPoint2),
+                                              pointJson(status.centerPoint3)})}};
+        print(json.line());
+    } else {
         print(aligned({{"Calibration", "finished"},
                        {"Centre point 1", vectorText(status.centerPoint1)},
                        {"Centre point 2", vectorText(status.centerPoint2)},
                        {"Centre point 3", vectorText(status.centerPoint3)}}));
+    }
     return kExitSuccess;
 }
 
 } // namespace
 
-void addMeasureAngle(CLI::App& measure, Command& command)
+void addMeasureAngle(CommandLine& measure)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* angle =
-        measure.add_subcommand("angle", "Read the angle sensor on the antenna")->group("Commands");
-    angle->add_flag("--json", options->json, "Print a JSON object");
-    addIdOption(*angle, options->id);
-    angle->footer("Example: vx63 measure angle");
-    angle->callback([options, &command] { command = [options] { return measureAngle(*options); }; });
+    measure.addCommand("angle", "Read the angle sensor on the antenna", "vx63 measure angle", measureAngle,
+                       [](CommandLine& line, MeasureOptions& options) {
+                           line.flag("--json", options.json, "Print a JSON object");
+                       });
 }
 
-void addAngle(CLI::App& app, Command& command)
+void addAngle(CommandLine& program)
 {
-    CLI::App* angle = app.add_subcommand("angle", "Calibrate the angle sensor")->group("Commands");
-    angle->require_subcommand(1);
-    angle->footer("Example: vx63 angle calibrate");
-    const auto options = std::make_shared<Options>();
-    CLI::App* calibration =
-        angle->add_subcommand("calibrate", "Calibrate the angle sensor, in three turns of the antenna")
-            ->group("Commands");
-    calibration
-        ->add_option_function<std::string>(
-            "--timeout",
-            [options](const std::string& text) {
-                options->timeoutMs = secondsIn("--timeout", text, 0, 3600);
-            },
-            "How long to wait for the end, in seconds [60]")
-        ->type_name("S");
-    calibration->add_flag("--json", options->json, "Print a JSON object");
-    addIdOption(*calibration, options->id);
-    calibration->footer("Example: vx63 angle calibrate --timeout 300");
-    calibration->callback([options, &command] { command = [options] { return calibrate(*options); }; });
+    program.addGroup("angle", "Calibrate the angle sensor", "vx63 angle calibrate")
+        .addCommand("calibrate", "Calibrate the angle sensor, in three turns of the antenna",
+                    "vx63 angle calibrate --timeout 300", calibrate,
+                    [](CommandLine& line, CalibrateOptions& options) {
+                        line.seconds("--timeout", options.timeoutMs,
+                                     "How long to wait for the end, in seconds [60]", 0, 3600);
+                        line.flag("--json", options.json, "Print a JSON object");
+                    });
 }
 
 } // namespace tool

@@ -4,13 +4,15 @@
 #include "common/identity.h"
 #include "libvx63.h"
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <optional>
 #include <string>
 
 namespace tool {
 
+class CommandLine;
+
+// A command that tunes a channel derives its options from these.
 struct ChannelOptions {
     int32_t id = kDefaultProcessId;
     std::optional<int32_t> input;
@@ -20,13 +22,13 @@ struct ChannelOptions {
     int64_t lockTimeoutMs = 10000;
 };
 
-// Adds the options of a channel, --lock-timeout and --id.
-void addChannelOptions(CLI::App& app, ChannelOptions& options);
+// Declares the options of a channel and --lock-timeout.
+void addChannelOptions(CommandLine& line, ChannelOptions& options);
 
-// To be called when the whole command line has been read. Throws CLI::ValidationError.
+// To be called when the whole command line has been read. Throws WrongUsage.
 void resolveModulation(ChannelOptions& options);
 
-// A code as a number or by its name. Throws CLI::ValidationError that names the option.
+// A code as a number or by its name. Throws WrongUsage that names the option.
 uint16_t systemIn(const std::string& option, const std::string& text);
 uint16_t modulationIn(const std::string& option, const std::string& text, uint16_t usBdSys);
 

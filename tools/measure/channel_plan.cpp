@@ -1,9 +1,8 @@
 #include "measure/channel_plan.h"
 
 #include "common/names.h"
-#include "common/output.h"
-#include "common/text.h"
 #include "libvx63.h"
+#include "settings/file.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -27,7 +26,6 @@ constexpr uint8_t kBandJsat3a = 4;
 constexpr uint8_t kBandSccc = 7;
 
 constexpr uint32_t kNoLocalOscillator = UINT32_MAX;
-constexpr int32_t kMissing = -2;
 
 // The records of the plans, as the settings files have them.
 struct NamedRecord {
@@ -69,46 +67,29 @@ enum class Form { named, wide, satellite, catv };
 struct Plan {
     std::string_view name;
     uint32_t fileId;
-    size_t rows;
     Form form;
     uint8_t band;
     uint16_t system;
 };
 
 constexpr Plan kPlans[] = {
-    {"uhf", VX63_SET_FILE_UHF, 40, Form::named, 1, kTerrestrial},
-    {"bs", VX63_SET_FILE_BS, 24, Form::satellite, kBandBs, kSatellite},
-    {"cs", VX63_SET_FILE_CS, 26, Form::satellite, kBandCs, kSatellite},
-    {"bs-cs", VX63_SET_FILE_BS_CS, 50, Form::satellite, kBandBs, kSatellite},
-    {"catv", VX63_SET_FILE_CATV_ALL, 150, Form::catv, 8, kCatv},
-    {"catv-low", VX63_SET_FILE_CATV_90_470MHZ, 62, Form::catv, 8, kCatv},
-    {"catv-high", VX63_SET_FILE_CATV_470_1002MHZ, 88, Form::catv, 8, kCatv},
-    {"skyp", VX63_SET_FILE_SKYP, 113, Form::named, 12, kSkyp},
-    {"jsat3a", VX63_SET_FILE_JSAT3A, 28, Form::satellite, kBandJsat3a, kJsat2},
-    {"jsat4b", VX63_SET_FILE_JSAT4B, 32, Form::satellite, 5, kJsat2},
-    {"sccb", VX63_SET_FILE_SCCB, 23, Form::satellite, 6, kJsat2},
-    {"sccc", VX63_SET_FILE_SCCC, 24, Form::satellite, kBandSccc, kJsat2},
-    {"fm", VX63_SET_FILE_FM, 251, Form::named, 14, kSystemLevel},
-    {"lte", VX63_SET_FILE_LTE, 6, Form::wide, 13, kSystemLevel},
-    {"pilot", VX63_SET_FILE_PILOT, 20, Form::named, 11, kSystemLevel},
-    {"up-stream", VX63_SET_FILE_CATV_UP_STREAM, 1001, Form::named, 15, kSystemLevel},
+    {"uhf", VX63_SET_FILE_UHF, Form::named, 1, kTerrestrial},
+    {"bs", VX63_SET_FILE_BS, Form::satellite, kBandBs, kSatellite},
+    {"cs", VX63_SET_FILE_CS, Form::satellite, kBandCs, kSatellite},
+    {"bs-cs", VX63_SET_FILE_BS_CS, Form::satellite, kBandBs, kSatellite},
+    {"catv", VX63_SET_FILE_CATV_ALL, Form::catv, 8, kCatv},
+    {"catv-low", VX63_SET_FILE_CATV_90_470MHZ, Form::catv, 8, kCatv},
+    {"catv-high", VX63_SET_FILE_CATV_470_1002MHZ, Form::catv, 8, kCatv},
+    {"skyp", VX63_SET_FILE_SKYP, Form::named, 12, kSkyp},
+    {"jsat3a", VX63_SET_FILE_JSAT3A, Form::satellite, kBandJsat3a, kJsat2},
+    {"jsat4b", VX63_SET_FILE_JSAT4B, Form::satellite, 5, kJsat2},
+    {"sccb", VX63_SET_FILE_SCCB, Form::satellite, 6, kJsat2},
+    {"sccc", VX63_SET_FILE_SCCC, Form::satellite, kBandSccc, kJsat2},
+    {"fm", VX63_SET_FILE_FM, Form::named, 14, kSystemLevel},
+    {"lte", VX63_SET_FILE_LTE, Form::wide, 13, kSystemLevel},
+    {"pilot", VX63_SET_FILE_PILOT, Form::named, 11, kSystemLevel},
+    {"up-stream", VX63_SET_FILE_CATV_UP_STREAM, Form::named, 15, kSystemLevel},
 };
-
-template <class Record>
-std::vector<Record> readTable(uint32_t fileId, size_t rows)
-{
-    std::vector<Record> records(rows);
-    int32_t count = vx63_readSetFile(fileId, records.data(), nullptr, 0);
-    if (count < 0) {
-        if (count != kMissing)
-            complain(format("settings file %u cannot be read (%d): the factory table is used: look at "
-                            "docs/settings-files.md for the number",
-                            fileId, count));
-        count = vx63_readSetFile(fileId, records.data(), nullptr, 1);
-    }
-    records.resize(std::min(static_cast<size_t>(std::max(count, 0)), rows));
-    return records;
-}
 
 class Satellites {
 public:
@@ -134,8 +115,8 @@ public:
     }
 
 private:
-    std::vector<LocalFreqRecord> m_oscillators = readTable<LocalFreqRecord>(VX63_SET_FILE_LOCAL_FREQ, 12);
-    std::vector<DcOutRecord> m_outputs = readTable<DcOutRecord>(VX63_SET_FILE_DC_OUT, 3);
+    std::vector<LocalFreqRecord> m_oscillators = recordsOrFactory<LocalFreqRecord>(VX63_SET_FILE_LOCAL_FREQ);
+    std::vector<DcOutRecord> m_outputs = recordsOrFactory<DcOutRecord>(VX63_SET_FILE_DC_OUT);
 };
 
 class List {
@@ -162,7 +143,7 @@ public:
     template <class Record>
     void addNamed()
     {
-        for (const auto& record : readTable<Record>(m_plan.fileId, m_plan.rows)) {
+        for (const auto& record : recordsOrFactory<Record>(m_plan.fileId)) {
             add(record.CH_NO, record.CENT_FREQ, m_plan.system, m_plan.band);
             ++m_group;
         }
@@ -171,7 +152,7 @@ public:
     void addSatellite()
     {
         const Satellites satellites;
-        for (const auto& record : readTable<SatelliteRecord>(m_plan.fileId, m_plan.rows)) {
+        for (const auto& record : recordsOrFactory<SatelliteRecord>(m_plan.fileId)) {
             const bool isCs = m_plan.band == kBandBs && std::string_view(record.CH_NO, 2) == "ND";
             const uint8_t band = isCs ? kBandCs : m_plan.band;
             // The second group of the BS and CS plans is that of the second generation.
@@ -185,7 +166,7 @@ public:
 
     void addCatv()
     {
-        for (const auto& record : readTable<CatvRecord>(m_plan.fileId, m_plan.rows)) {
+        for (const auto& record : recordsOrFactory<CatvRecord>(m_plan.fileId)) {
             if (m_changes.usBdSys != kTerrestrial)
                 add(record.CH_NO, record.QAM_CENT_FREQ, kCatv, m_plan.band);
             if (!m_changes.usBdSys || m_changes.usBdSys == kTerrestrial)

@@ -23,7 +23,7 @@ bool isPlan(std::string_view name);
 std::string planNames(); // "uhf, bs, ..."
 
 // The channels of a plan, in its order. A channel of a cable plan can be occupied in two ways, and is there
-// as often, in one group. Complains where a file is there but cannot be read.
+// as often, in one group. Throws Failure where a file is broken.
 std::vector<ListChannel> planChannels(std::string_view name, const PlanChanges& changes);
 
 } // namespace tool

@@ -4,8 +4,8 @@
 #include "common/exchange.h"
 #include "common/failure.h"
 #include "common/interrupt.h"
-#include "common/names.h"
-#include "common/options.h"
+#include "common/json.h"
+#include "common/numbers.h"
 #include "common/output.h"
 #include "common/text.h"
 #include "measure/channel_options.h"
@@ -29,8 +29,7 @@ constexpr uint16_t kMaxRead = 624; // points that one message has room for
 constexpr int kMaxEmptyReads = 50; // in a row, before the signal counts as lost
 constexpr std::chrono::milliseconds kPollTime{100};
 
-struct Options {
-    ChannelOptions channel;
+struct Options : ChannelOptions {
     uint16_t points = 1000;
     std::string plot;
     bool json = false;
@@ -44,7 +43,7 @@ struct Constellation {
 // All points, or those that there were before the lock was lost or an interruption.
 Constellation readPoints(const Options& options, const SingleMeasResult& locked, Progress& progress)
 {
-    const uint8_t dispType = options.channel.ucDispType;
+    const uint8_t dispType = options.ucDispType;
     Running collection(
         "the collection of points", [&] { return vx63_startConstaMeas(dispType, options.points); },
         [dispType] { return vx63_stopConstaMeas(dispType); });
@@ -68,25 +67,26 @@ Constellation readPoints(const Options& options, const SingleMeasResult& locked,
 
 std::string titleOf(const Options& options, const std::optional<IdealPoints>& ideal)
 {
-    return "Constellation, " + format("%.3f MHz", options.channel.condition.ulFreq / 1000.0) +
+    return "Constellation, " + format("%.3f MHz", options.condition.ulFreq / 1000.0) +
            (ideal ? ", " + std::string(ideal->modulation) : "");
 }
 
 void show(const Options& options, const Constellation& constellation)
 {
     const SingleMeasResult& result = constellation.result;
-    const Reading reading = readingNow(options.channel, result);
+    const Reading reading = readingNow(options, result);
     const auto ideal = idealPoints(result.MOD, constellation.points, result.CNR / 10.0);
     const auto mer = ideal ? modulationErrorRatio(constellation.points, *ideal) : std::nullopt;
     const std::string merText = mer ? format("%.1f dB", *mer) : "-";
     if (options.json) {
-        nlohmann::ordered_json json = readingJson(reading);
-        json["mer_db"] = mer ? nlohmann::ordered_json(*mer) : nullptr;
-        json["points_modulation"] = ideal ? nlohmann::ordered_json(ideal->modulation) : nullptr;
-        json["points"] = nlohmann::ordered_json::array();
+        Json json = readingJson(reading);
+        json.set("mer_db", mer);
+        json.set("points_modulation", ideal ? Json(ideal->modulation) : Json());
+        Json points = Json::array();
         for (const ConstaPoint& point : constellation.points)
-            json["points"].push_back({point.I, point.Q});
-        print(json.dump() + "\n");
+            points.push(Json::array({point.I, point.Q}));
+        json.set("points", points);
+        print(json.line());
     } else {
         print(readingText(reading) +
               aligned({{"MER           ", merText},
@@ -104,20 +104,20 @@ void show(const Options& options, const Constellation& constellation)
 
 int measureConstellation(const Options& options)
 {
-    const Identity identity(options.channel.id);
+    const Identity identity(options.id);
     catchInterruption(kStoppingNotice);
     std::optional<Progress> progress(std::in_place);
-    progress->show(format("Tuning to %u kHz", options.channel.condition.ulFreq));
-    selectInput(options.channel.input);
+    progress->show(format("Tuning to %u kHz", options.condition.ulFreq));
+    selectInput(options.input);
     if (interruption() != 0)
         return kExitSignal + interruption();
 
-    SingleMeasurement measurement(options.channel);
+    SingleMeasurement measurement(options);
     const SingleMeasResult locked = measurement.readLocked(*progress);
     if (interruption() == 0 && locked.lock == 0) {
         progress.reset();
         measurement.stop();
-        throw noLock(options.channel);
+        throw noLock(options);
     }
     std::optional<Constellation> constellation;
     if (interruption() == 0)
@@ -127,41 +127,33 @@ int measureConstellation(const Options& options)
     if (interruption() != 0)
         return kExitSignal + interruption();
     if (constellation->points.size() < options.points)
-        throw noLock(options.channel, format("it was lost after %zu of %u points",
-                                             constellation->points.size(), options.points));
+        throw noLock(options, format("it was lost after %zu of %u points", constellation->points.size(),
+                                     options.points));
     show(options, *constellation);
     return kExitSuccess;
 }
 
 } // namespace
 
-void addConstellation(CLI::App& measure, Command& command)
+void addConstellation(CommandLine& measure)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* constellation =
-        measure.add_subcommand("constellation", "Draw the constellation, tell its modulation error ratio")
-            ->group("Commands");
-    constellation
-        ->add_option_function<std::string>(
-            "--points",
-            [options](const std::string& text) {
-                const auto number = parseNumber(text);
-                if (number != 1000 && number != 2000 && number != 4000)
-                    throw CLI::ValidationError("--points",
-                                               format("'%s' is none of 1000, 2000, 4000", text.c_str()));
-                options->points = static_cast<uint16_t>(*number);
-            },
-            "Points to collect: 1000, 2000 or 4000 [1000]")
-        ->type_name("N");
-    Picture::addOption(*constellation, options->plot);
-    addChannelOptions(*constellation, options->channel);
-    constellation->add_flag("--json", options->json, "Print a JSON object");
-    constellation->footer(
-        "Example: vx63 measure constellation --freq 557143 --points 4000 --plot points.png");
-    constellation->callback([options, &command] {
-        resolveModulation(options->channel);
-        command = [options] { return measureConstellation(*options); };
-    });
+    measure.addCommand("constellation", "Draw the constellation, tell its modulation error ratio",
+                       "vx63 measure constellation --freq 557143 --points 4000 --plot points.png",
+                       measureConstellation, [](CommandLine& line, Options& options) {
+                           line.value("--points", "N", "Points to collect: 1000, 2000 or 4000 [1000]",
+                                      [&options](const std::string& text) {
+                                          const auto number = parseNumber(text);
+                                          if (number != 1000 && number != 2000 && number != 4000)
+                                              throw WrongUsage(
+                                                  "--points",
+                                                  format("'%s' is none of 1000, 2000, 4000", text.c_str()));
+                                          options.points = static_cast<uint16_t>(*number);
+                                      });
+                           Picture::addOption(line, options.plot);
+                           addChannelOptions(line, options);
+                           line.flag("--json", options.json, "Print a JSON object");
+                           line.check([&options] { resolveModulation(options); });
+                       });
 }
 
 } // namespace tool

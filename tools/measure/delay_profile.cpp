@@ -4,6 +4,7 @@
 #include "common/exchange.h"
 #include "common/failure.h"
 #include "common/interrupt.h"
+#include "common/json.h"
 #include "common/names.h"
 #include "common/output.h"
 #include "common/text.h"
@@ -17,6 +18,7 @@
 #include <chrono>
 #include <memory>
 #include <optional>
+#include <ranges>
 #include <string>
 
 namespace tool {
@@ -31,8 +33,7 @@ constexpr double kSymbolUs = 1008; // useful part of a symbol
 constexpr uint32_t kOfdm = 1;
 constexpr milliseconds kPollTime{100};
 
-struct Options {
-    ChannelOptions channel;
+struct Options : ChannelOptions {
     std::string plot;
     bool json = false;
 };
@@ -41,12 +42,11 @@ struct Options {
 std::unique_ptr<DlyPrfResult> readProfile(const Options& options, Progress& progress)
 {
     Running running(
-        "the delay profile",
-        [&] { return vx63_startDlyPrfMeas(options.channel.ucDispType, &options.channel.condition); },
-        [&] { return vx63_stopDlyPrfMeas(options.channel.ucDispType); });
+        "the delay profile", [&] { return vx63_startDlyPrfMeas(options.ucDispType, &options.condition); },
+        [&] { return vx63_stopDlyPrfMeas(options.ucDispType); });
     auto profile = std::make_unique<DlyPrfResult>();
     const auto start = Clock::now();
-    const auto deadline = start + milliseconds(options.channel.lockTimeoutMs);
+    const auto deadline = start + milliseconds(options.lockTimeoutMs);
     for (;;) {
         require("cannot read the delay profile", [&] { return vx63_getDlyPrfResult(profile.get()); });
         const auto now = Clock::now();
@@ -91,28 +91,27 @@ void show(const Options& options, const SingleMeasResult& result, const DlyPrfRe
     const std::vector<Path> paths = findPaths(profile.ucDlyPrfData);
     const auto guard = guardOf(result, paths);
     if (options.json) {
-        nlohmann::ordered_json json = readingJson(readingNow(options.channel, result));
-        json["guard_from_us"] = guard ? nlohmann::ordered_json(guard->from) : nullptr;
-        json["guard_to_us"] = guard ? nlohmann::ordered_json(guard->to) : nullptr;
-        json["paths"] = nlohmann::ordered_json::array();
+        Json pathsJson = Json::array();
         for (const Path& path : paths)
-            json["paths"].push_back({{"delay_us", path.delayUs},
-                                     {"distance_km", distanceKm(path.delayUs)},
-                                     {"level_db", path.levelDb},
-                                     {"outside_guard", isOutside(path, guard)}});
-        json["sample_us"] = kSampleUs;
-        json["first_sample_us"] = delayOf(0);
-        json["samples_db"] = nlohmann::ordered_json::array();
-        for (const int8_t sample : profile.ucDlyPrfData)
-            json["samples_db"].push_back(levelOf(sample));
-        print(json.dump() + "\n");
+            pathsJson.push({{"delay_us", path.delayUs},
+                            {"distance_km", distanceKm(path.delayUs)},
+                            {"level_db", path.levelDb},
+                            {"outside_guard", isOutside(path, guard)}});
+        Json json = readingJson(readingNow(options, result));
+        json.set("guard_from_us", guard ? Json(guard->from) : Json());
+        json.set("guard_to_us", guard ? Json(guard->to) : Json());
+        json.set("paths", pathsJson);
+        json.set("sample_us", kSampleUs);
+        json.set("first_sample_us", delayOf(0));
+        json.set("samples_db", Json::arrayOf(std::views::transform(profile.ucDlyPrfData, levelOf)));
+        print(json.line());
     } else {
-        print(readingText(readingNow(options.channel, result)) + "\n" + pathsText(paths, guard) + "\n" +
+        print(readingText(readingNow(options, result)) + "\n" + pathsText(paths, guard) + "\n" +
               delayProfileText(profile, guard, textStyle()));
     }
     if (!options.plot.empty())
         plotDelayProfile(
-            options.plot, "Delay profile, " + format("%.3f MHz", options.channel.condition.ulFreq / 1000.0),
+            options.plot, "Delay profile, " + format("%.3f MHz", options.condition.ulFreq / 1000.0),
             "Level " + tenths(result.LEVEL) + " dB\u00B5V, C/N " + tenths(result.CNR) + " dB, " +
                 (paths.size() == 1 ? std::string("no echoes") : format("%zu paths", paths.size())),
             profile, paths, guard);
@@ -120,18 +119,18 @@ void show(const Options& options, const SingleMeasResult& result, const DlyPrfRe
 
 int measureDelayProfile(const Options& options)
 {
-    const Identity identity(options.channel.id);
+    const Identity identity(options.id);
     catchInterruption(kStoppingNotice);
     std::optional<Progress> progress(std::in_place);
-    progress->show(format("Tuning to %u kHz", options.channel.condition.ulFreq));
-    selectInput(options.channel.input);
+    progress->show(format("Tuning to %u kHz", options.condition.ulFreq));
+    selectInput(options.input);
     if (interruption() != 0)
         return kExitSignal + interruption();
 
     // The guard interval is known only to the single measurement; one run at a time.
     SingleMeasResult result;
     {
-        SingleMeasurement measurement(options.channel);
+        SingleMeasurement measurement(options);
         result = measurement.readLocked(*progress);
         measurement.stop();
     }
@@ -142,26 +141,23 @@ int measureDelayProfile(const Options& options)
     if (interruption() != 0)
         return kExitSignal + interruption();
     if (!profile)
-        throw noLock(options.channel);
+        throw noLock(options);
     show(options, result, *profile);
     return kExitSuccess;
 }
 
 } // namespace
 
-void addDelayProfile(CLI::App& measure, Command& command)
+void addDelayProfile(CommandLine& measure)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* profile =
-        measure.add_subcommand("delay-profile", "Show the echoes of a terrestrial signal")->group("Commands");
-    Picture::addOption(*profile, options->plot);
-    addChannelOptions(*profile, options->channel);
-    profile->add_flag("--json", options->json, "Print a JSON object");
-    profile->footer("Example: vx63 measure delay-profile --freq 551143 --plot echoes.svg");
-    profile->callback([options, &command] {
-        resolveModulation(options->channel);
-        command = [options] { return measureDelayProfile(*options); };
-    });
+    measure.addCommand("delay-profile", "Show the echoes of a terrestrial signal",
+                       "vx63 measure delay-profile --freq 551143 --plot echoes.svg", measureDelayProfile,
+                       [](CommandLine& line, Options& options) {
+                           Picture::addOption(line, options.plot);
+                           addChannelOptions(line, options);
+                           line.flag("--json", options.json, "Print a JSON object");
+                           line.check([&options] { resolveModulation(options); });
+                       });
 }
 
 } // namespace tool

@@ -3,11 +3,8 @@
 #include "common/exchange.h"
 #include "common/failure.h"
 #include "common/identity.h"
-#include "common/options.h"
 #include "common/text.h"
 #include "libvx63.h"
-
-#include <memory>
 
 namespace tool {
 
@@ -28,14 +25,12 @@ int selectInput(const Options& options)
 
 } // namespace
 
-void addInput(CLI::App& app, Command& command)
+void addInput(CommandLine& program)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* input = app.add_subcommand("input", "Select the RF input")->group("Commands");
-    addNumber(*input, "INPUT", options->input, "0|1", "The input", 0, 1)->required();
-    addIdOption(*input, options->id);
-    input->footer("Example: vx63 input 1");
-    input->callback([options, &command] { command = [options] { return selectInput(*options); }; });
+    program.addCommand("input", "Select the RF input", "vx63 input 1", selectInput,
+                       [](CommandLine& line, Options& options) {
+                           line.number("INPUT", options.input, "0|1", "The input", 0, 1).required();
+                       });
 }
 
 } // namespace tool

@@ -2,6 +2,7 @@
 
 #include "common/names.h"
 #include "measure/channel_list.h"
+#include "settings/file.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,8 +10,6 @@
 namespace tool {
 
 namespace {
-
-constexpr size_t kRows = 24;
 
 const Threshold* thresholdOf(const std::vector<Threshold>& thresholds, const MeasCondition& condition,
                              const MultiMeasResult& result)
@@ -73,12 +72,7 @@ const char* verdictName(Verdict verdict)
 
 std::vector<Threshold> readThresholds()
 {
-    std::vector<Threshold> thresholds(kRows);
-    int32_t count = vx63_readSetFile(VX63_SET_FILE_THRD, thresholds.data(), nullptr, 0);
-    if (count < 0)
-        count = vx63_readSetFile(VX63_SET_FILE_THRD, thresholds.data(), nullptr, 1);
-    thresholds.resize(std::min(static_cast<size_t>(std::max(count, 0)), kRows));
-    return thresholds;
+    return recordsOrFactory<Threshold>(VX63_SET_FILE_THRD);
 }
 
 Judgement judge(const std::vector<Threshold>& thresholds, const MeasCondition& condition,

@@ -40,7 +40,7 @@ struct Judgement {
     Verdict whole = Verdict::none;
 };
 
-// From the settings file, or the factory table where it cannot be read.
+// From the settings file, or the factory table where it is missing. Throws Failure where it is broken.
 std::vector<Threshold> readThresholds();
 
 // No verdict where there is no signal or no threshold for its band, system and modulation.

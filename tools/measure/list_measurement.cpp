@@ -1,9 +1,10 @@
 #include "measure/list_measurement.h"
 
+#include "common/command_line.h"
 #include "common/failure.h"
 #include "common/interrupt.h"
+#include "common/json.h"
 #include "common/names.h"
-#include "common/options.h"
 #include "common/text.h"
 #include "measure/channel_options.h"
 #include "measure/conditions_file.h"
@@ -14,7 +15,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <vector>
 
 namespace tool {
 
@@ -125,22 +125,22 @@ std::string summaryOf(const std::vector<Measured>& list)
     return format("%td of %zu channels carry a signal, %td locked", found, list.size(), locked);
 }
 
-nlohmann::ordered_json verdictJson(Verdict verdict)
+Json verdictJson(Verdict verdict)
 {
     const char* name = verdictName(verdict);
-    return name ? nlohmann::ordered_json(name) : nullptr;
+    return name ? Json(name) : Json();
 }
 
-nlohmann::ordered_json jsonOf(const Measured& measured)
+Json jsonOf(const Measured& measured)
 {
-    nlohmann::ordered_json json = {{"channel", measured.channel.name},
-                                   {"signal", hasSignal(measured.result)},
-                                   {"verdict", verdictJson(measured.judgement.whole)},
-                                   {"level_verdict", verdictJson(measured.judgement.level)},
-                                   {"cnr_verdict", verdictJson(measured.judgement.cnr)},
-                                   {"ber_verdict", verdictJson(measured.judgement.ber)},
-                                   {"lo_khz", measured.channel.condition.ulLoFreq}};
-    json.update(readingJson(readingOf(measured)));
+    Json json = {{"channel", measured.channel.name},
+                 {"signal", hasSignal(measured.result)},
+                 {"verdict", verdictJson(measured.judgement.whole)},
+                 {"level_verdict", verdictJson(measured.judgement.level)},
+                 {"cnr_verdict", verdictJson(measured.judgement.cnr)},
+                 {"ber_verdict", verdictJson(measured.judgement.ber)},
+                 {"lo_khz", measured.channel.condition.ulLoFreq}};
+    json.add(readingJson(readingOf(measured)));
     return json;
 }
 
@@ -161,17 +161,11 @@ std::string csvOf(const std::vector<Measured>& list)
                        "system,modulation,"
                        "tsid,verdict\n";
     for (const Measured& measured : list) {
-        const nlohmann::ordered_json json = jsonOf(measured);
-        const auto field = [&](const char* key) {
-            const auto& value = json[key];
-            return value.is_null()     ? std::string()
-                   : value.is_string() ? value.get<std::string>()
-                                       : value.dump();
-        };
+        const Json json = jsonOf(measured);
         std::string line = csvField(measured.channel.name);
         for (const char* key : {"frequency_khz", "lo_khz", "signal", "locked", "level_dbuv", "cnr_db", "ber",
                                 "ber_errors", "ber_bits", "system", "modulation", "tsid", "verdict"})
-            line += "," + field(key);
+            line += "," + json.plain(key);
         text += line + "\n";
     }
     return text;
@@ -191,7 +185,7 @@ void show(ListKind kind, const ListOptions& options, const std::vector<Measured>
     if (options.json) {
         std::string text;
         for (const Measured& measured : list)
-            text += jsonOf(measured).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+            text += jsonOf(measured).line();
         print(text);
     } else if (options.csv) {
         print(csvOf(list));
@@ -207,38 +201,34 @@ void show(ListKind kind, const ListOptions& options, const std::vector<Measured>
 
 } // namespace
 
-void addListOptions(CLI::App& app, ListOptions& options)
+std::vector<Option> addListOptions(CommandLine& line, ListOptions& options)
 {
-    app.add_option_function<std::string>(
-           "--plan",
-           [&options](const std::string& text) {
-               if (!isPlan(text))
-                   throw CLI::ValidationError(
-                       "--plan", format("'%s' is none of %s", text.c_str(), planNames().c_str()));
-               options.plan = text;
-           },
-           "Channel plan: " + planNames())
-        ->type_name("NAME");
-    addNumber(app, "--lo", options.changes.ulLoFreq, "KHZ",
-              "Local-oscillator frequency, in kHz [that of the settings]", 0, UINT32_MAX);
-    app.add_option_function<std::string>(
-           "--system",
-           [&options](const std::string& text) { options.changes.usBdSys = systemIn("--system", text); },
-           "Broadcast system: " + systemNames() + ", or its code [that of the plan]")
-        ->type_name("SYSTEM");
-    app.add_option("--mod", options.modulation,
-                   "Modulation: " + modulationNames() + ", or its code [0: whatever the system has]")
-        ->type_name("MOD");
-    addNumber(
-        app, "--supply", options.changes.powerSupply, "0..4",
-        "Antenna power supply: 0 off, 1 11 V, 2 15 V, 3 11 V and tone, 4 15 V and tone [that of the plan]", 0,
-        4);
-    addNumber(app, "--input", options.input, "0|1", "Select this RF input first [leave it]", 0, 1);
-    addNumber(app, "--disp-type", options.ucDispType, "N", "Display type [0]", 0, UINT8_MAX);
-    Picture::addOption(app, options.plot);
-    CLI::Option* json = app.add_flag("--json", options.json, "Print a JSON object a channel");
-    app.add_flag("--csv", options.csv, "Print comma-separated values")->excludes(json);
-    addIdOption(app, options.id);
+    std::vector ofPlan = {
+        line.value("--plan", "NAME", "Channel plan: " + planNames(),
+                   [&options](const std::string& text) {
+                       if (!isPlan(text))
+                           throw WrongUsage("--plan",
+                                            format("'%s' is none of %s", text.c_str(), planNames().c_str()));
+                       options.plan = text;
+                   }),
+        line.number("--lo", options.changes.ulLoFreq, "KHZ",
+                    "Local-oscillator frequency, in kHz [that of the settings]", 0, UINT32_MAX),
+        line.value(
+            "--system", "SYSTEM", "Broadcast system: " + systemNames() + ", or its code [that of the plan]",
+            [&options](const std::string& text) { options.changes.usBdSys = systemIn("--system", text); }),
+        line.text("--mod", options.modulation, "MOD",
+                  "Modulation: " + modulationNames() + ", or its code [0: whatever the system has]"),
+        line.number("--supply", options.changes.powerSupply, "0..4",
+                    "Antenna power supply: 0 off, 1 11 V, 2 15 V, 3 11 V and tone, 4 15 V and tone [that of "
+                    "the plan]",
+                    0, 4),
+    };
+    line.number("--input", options.input, "0|1", "Select this RF input first [leave it]", 0, 1);
+    line.number("--disp-type", options.ucDispType, "N", "Display type [0]", 0, UINT8_MAX);
+    Picture::addOption(line, options.plot);
+    const Option json = line.flag("--json", options.json, "Print a JSON object a channel");
+    line.flag("--csv", options.csv, "Print comma-separated values").excludes(json);
+    return ofPlan;
 }
 
 void resolveListModulation(ListOptions& options)

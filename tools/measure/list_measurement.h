@@ -5,12 +5,15 @@
 #include "measure/channel_list.h"
 #include "measure/channel_plan.h"
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tool {
+
+class CommandLine;
+class Option;
 
 struct ListOptions {
     int32_t id = kDefaultProcessId;
@@ -25,10 +28,11 @@ struct ListOptions {
     bool csv = false;
 };
 
-// Adds all of them but --conditions.
-void addListOptions(CLI::App& app, ListOptions& options);
+// Declares all of them but --conditions. Returns those that a file of conditions leaves no room for, --plan
+// first.
+std::vector<Option> addListOptions(CommandLine& line, ListOptions& options);
 
-// To be called when the whole command line has been read. Throws CLI::ValidationError.
+// To be called when the whole command line has been read. Throws WrongUsage.
 void resolveListModulation(ListOptions& options);
 
 // Measures and shows. Returns the exit code; throws Failure.

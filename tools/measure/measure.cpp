@@ -2,7 +2,7 @@
 #include "commands.h"
 #include "common/failure.h"
 #include "common/interrupt.h"
-#include "common/options.h"
+#include "common/json.h"
 #include "common/output.h"
 #include "common/text.h"
 #include "libvx63.h"
@@ -11,7 +11,6 @@
 #include "measure/single_measurement.h"
 
 #include <chrono>
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -22,8 +21,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-struct Options {
-    ChannelOptions channel;
+struct Options : ChannelOptions {
     uint32_t count = 1;
     int64_t intervalMs = 1000;
     bool json = false;
@@ -32,9 +30,9 @@ struct Options {
 
 void printReading(const Options& options, const SingleMeasResult& result)
 {
-    const Reading reading = readingNow(options.channel, result);
+    const Reading reading = readingNow(options, result);
     if (options.json)
-        print(readingJson(reading).dump() + "\n");
+        print(readingJson(reading).line());
     else if (options.table)
         print(readingTableRow(reading));
     else
@@ -43,15 +41,15 @@ void printReading(const Options& options, const SingleMeasResult& result)
 
 int measureSingle(const Options& options)
 {
-    const Identity identity(options.channel.id);
+    const Identity identity(options.id);
     catchInterruption(kStoppingNotice);
     std::optional<Progress> progress(std::in_place);
-    progress->show(format("Tuning to %u kHz", options.channel.condition.ulFreq));
-    selectInput(options.channel.input);
+    progress->show(format("Tuning to %u kHz", options.condition.ulFreq));
+    selectInput(options.input);
     if (interruption() != 0)
         return kExitSignal + interruption();
 
-    SingleMeasurement measurement(options.channel);
+    SingleMeasurement measurement(options);
     SingleMeasResult result = measurement.readLocked(*progress);
     progress.reset();
     if (options.table && !options.json)
@@ -60,7 +58,7 @@ int measureSingle(const Options& options)
     const auto start = Clock::now();
     for (uint32_t taken = 0; interruption() == 0;) {
         printReading(options, result);
-        unlocked += result.lock == 0 && needsLock(options.channel);
+        unlocked += result.lock == 0 && needsLock(options);
         if (++taken == options.count)
             break;
         const auto due = start + taken * milliseconds(options.intervalMs);
@@ -73,55 +71,43 @@ int measureSingle(const Options& options)
     if (interruption() != 0)
         return kExitSignal + interruption();
     if (unlocked > 0)
-        throw noLock(options.channel,
-                     options.count > 1 ? format("%u of %u readings were without it", unlocked, options.count)
-                                       : "");
+        throw noLock(options, options.count > 1
+                                  ? format("%u of %u readings were without it", unlocked, options.count)
+                                  : "");
     return kExitSuccess;
 }
 
-void addSingle(CLI::App& measure, Command& command)
+void addSingleOptions(CommandLine& line, Options& options)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* single =
-        measure.add_subcommand("single", "Tune one channel, wait for lock, read its values, stop")
-            ->group("Commands");
-    addChannelOptions(*single, options->channel);
-    CLI::Option* count =
-        addNumber(*single, "--count", options->count, "N", "Readings to take, one a line [1]", 1, UINT32_MAX);
-    single
-        ->add_option_function<std::string>(
-            "--interval",
-            [options](const std::string& text) {
-                options->intervalMs = secondsIn("--interval", text, 0, 3600);
-            },
-            "Seconds from one reading to the next; 0: as fast as the meter answers [1]")
-        ->type_name("S")
-        ->needs(count);
-    single->add_flag("--json", options->json, "Print a JSON object a reading");
-    single->footer("Ctrl-C stops the measurement at the meter before the program ends.\n\n"
-                   "Example: vx63 measure single --freq 557143 --count 60 --interval 1");
-    single->callback([options, count, &command] {
-        resolveModulation(options->channel);
-        options->table = count->count() > 0;
-        command = [options] { return measureSingle(*options); };
+    addChannelOptions(line, options);
+    const Option count =
+        line.number("--count", options.count, "N", "Readings to take, one a line [1]", 1, UINT32_MAX);
+    line.seconds("--interval", options.intervalMs,
+                 "Seconds from one reading to the next; 0: as fast as the meter answers [1]", 0, 3600)
+        .needs(count);
+    line.flag("--json", options.json, "Print a JSON object a reading");
+    line.notes("Ctrl-C stops the measurement at the meter before the program ends.");
+    line.check([&options, count] {
+        resolveModulation(options);
+        options.table = count.given();
     });
 }
 
 } // namespace
 
-void addMeasure(CLI::App& app, Command& command)
+void addMeasure(CommandLine& program)
 {
-    CLI::App* measure = app.add_subcommand("measure", "Measure a channel or several")->group("Commands");
-    measure->require_subcommand(1);
-    measure->footer("Example: vx63 measure single --freq 557143 --json");
-
-    addSingle(*measure, command);
-    addConstellation(*measure, command);
-    addDelayProfile(*measure, command);
-    addMulti(*measure, command);
-    addOptical(*measure, command);
-    addDc(*measure, command);
-    addMeasureAngle(*measure, command);
+    CommandLine measure = program.addGroup("measure", "Measure a channel or several",
+                                           "vx63 measure single --freq 557143 --json");
+    measure.addCommand("single", "Tune one channel, wait for lock, read its values, stop",
+                       "vx63 measure single --freq 557143 --count 60 --interval 1", measureSingle,
+                       addSingleOptions);
+    addConstellation(measure);
+    addDelayProfile(measure);
+    addMulti(measure);
+    addOptical(measure);
+    addDc(measure);
+    addMeasureAngle(measure);
 }
 
 } // namespace tool

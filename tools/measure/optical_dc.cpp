@@ -4,15 +4,13 @@
 #include "common/failure.h"
 #include "common/identity.h"
 #include "common/interrupt.h"
-#include "common/options.h"
+#include "common/json.h"
 #include "common/output.h"
 #include "common/running.h"
 #include "common/text.h"
 #include "libvx63.h"
 #include "measure/channel_options.h"
 
-#include <memory>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 
@@ -20,10 +18,15 @@ namespace tool {
 
 namespace {
 
-struct Options {
+struct OpticalOptions {
+    int32_t id = kDefaultProcessId;
+    uint32_t ulWaveLength = 0;
+    bool json = false;
+};
+
+struct DcOptions {
     int32_t id = kDefaultProcessId;
     std::optional<int32_t> input;
-    uint32_t ulWaveLength = 0;
     bool json = false;
 };
 
@@ -40,7 +43,7 @@ std::optional<T> readOnce(const char* what, const Running::Call& start, const Ru
     return interruption() == 0 ? std::optional(value) : std::nullopt;
 }
 
-int measureOptical(const Options& options)
+int measureOptical(const OpticalOptions& options)
 {
     const Identity identity(options.id);
     catchInterruption(kStoppingNotice);
@@ -51,15 +54,14 @@ int measureOptical(const Options& options)
         return kExitSignal + interruption();
     const double dbm = *power / 100.0;
     if (options.json)
-        print(nlohmann::ordered_json({{"wavelength_nm", options.ulWaveLength}, {"power_dbm", dbm}}).dump() +
-              "\n");
+        print(Json({{"wavelength_nm", options.ulWaveLength}, {"power_dbm", dbm}}).line());
     else
         print(aligned(
             {{"Wavelength", format("%u nm", options.ulWaveLength)}, {"Power", format("%.2f dBm", dbm)}}));
     return kExitSuccess;
 }
 
-int measureDc(const Options& options)
+int measureDc(const DcOptions& options)
 {
     const Identity identity(options.id);
     catchInterruption(kStoppingNotice);
@@ -69,7 +71,7 @@ int measureDc(const Options& options)
     if (!voltage)
         return kExitSignal + interruption();
     if (options.json)
-        print(nlohmann::ordered_json({{"dc_v", *voltage / 1000.0}}).dump() + "\n");
+        print(Json({{"dc_v", *voltage / 1000.0}}).line());
     else
         print(format("%u.%03u V\n", *voltage / 1000, *voltage % 1000));
     return kExitSuccess;
@@ -77,28 +79,25 @@ int measureDc(const Options& options)
 
 } // namespace
 
-void addOptical(CLI::App& measure, Command& command)
+void addOptical(CommandLine& measure)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* optical =
-        measure.add_subcommand("optical", "Measure the optical power at a wavelength")->group("Commands");
-    addNumber(*optical, "--wavelength", options->ulWaveLength, "NM", "Wavelength in nm", 1, UINT32_MAX)
-        ->required();
-    optical->add_flag("--json", options->json, "Print a JSON object");
-    addIdOption(*optical, options->id);
-    optical->footer("Example: vx63 measure optical --wavelength 1490");
-    optical->callback([options, &command] { command = [options] { return measureOptical(*options); }; });
+    measure.addCommand(
+        "optical", "Measure the optical power at a wavelength", "vx63 measure optical --wavelength 1490",
+        measureOptical, [](CommandLine& line, OpticalOptions& options) {
+            line.number("--wavelength", options.ulWaveLength, "NM", "Wavelength in nm", 1, UINT32_MAX)
+                .required();
+            line.flag("--json", options.json, "Print a JSON object");
+        });
 }
 
-void addDc(CLI::App& measure, Command& command)
+void addDc(CommandLine& measure)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* dc = measure.add_subcommand("dc", "Measure the DC voltage on the cable")->group("Commands");
-    addNumber(*dc, "--input", options->input, "0|1", "Select this RF input first [leave it]", 0, 1);
-    dc->add_flag("--json", options->json, "Print a JSON object");
-    addIdOption(*dc, options->id);
-    dc->footer("Example: vx63 measure dc --input 1");
-    dc->callback([options, &command] { command = [options] { return measureDc(*options); }; });
+    measure.addCommand("dc", "Measure the DC voltage on the cable", "vx63 measure dc --input 1", measureDc,
+                       [](CommandLine& line, DcOptions& options) {
+                           line.number("--input", options.input, "0|1",
+                                       "Select this RF input first [leave it]", 0, 1);
+                           line.flag("--json", options.json, "Print a JSON object");
+                       });
 }
 
 } // namespace tool

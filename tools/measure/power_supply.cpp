@@ -3,13 +3,13 @@
 #include "common/exchange.h"
 #include "common/failure.h"
 #include "common/identity.h"
-#include "common/options.h"
+#include "common/json.h"
+#include "common/numbers.h"
 #include "common/output.h"
 #include "common/text.h"
 #include "libvx63.h"
 #include "measure/supply.h"
 
-#include <memory>
 #include <optional>
 
 namespace tool {
@@ -31,31 +31,26 @@ int powerSupply(const Options& options)
         return kExitSuccess;
     }
     const PowerSupplyInfo info = readSupply();
-    print(options.json ? supplyJson(info).dump() + "\n" : aligned(supplyRows(info)));
+    print(options.json ? supplyJson(info).line() : aligned(supplyRows(info)));
     return kExitSuccess;
 }
 
 } // namespace
 
-void addPowerSupply(CLI::App& app, Command& command)
+void addPowerSupply(CommandLine& program)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* supply =
-        app.add_subcommand("power-supply", "Show the antenna power supply, or switch it")->group("Commands");
-    CLI::Option* selection =
-        supply
-            ->add_option_function<std::string>(
-                "SUPPLY",
-                [options](const std::string& text) {
-                    options->supply = text == "off" ? VX63_POWER_SUPPLY_OFF
-                                                    : static_cast<int32_t>(numberIn("SUPPLY", text, 0, 4));
-                },
-                "Switch to: off or 0, 1 11 V, 2 15 V, 3 11 V and tone, 4 15 V and tone [show the readings]")
-            ->type_name("off|0..4");
-    supply->add_flag("--json", options->json, "Print the readings as a JSON object")->excludes(selection);
-    addIdOption(*supply, options->id);
-    supply->footer("Example: vx63 power-supply 2");
-    supply->callback([options, &command] { command = [options] { return powerSupply(*options); }; });
+    program.addCommand(
+        "power-supply", "Show the antenna power supply, or switch it", "vx63 power-supply 2", powerSupply,
+        [](CommandLine& line, Options& options) {
+            const Option selection = line.value(
+                "SUPPLY", "off|0..4",
+                "Switch to: off or 0, 1 11 V, 2 15 V, 3 11 V and tone, 4 15 V and tone [show the readings]",
+                [&options](const std::string& text) {
+                    options.supply = text == "off" ? VX63_POWER_SUPPLY_OFF
+                                                   : static_cast<int32_t>(numberIn("SUPPLY", text, 0, 4));
+                });
+            line.flag("--json", options.json, "Print the readings as a JSON object").excludes(selection);
+        });
 }
 
 } // namespace tool

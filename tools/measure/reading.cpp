@@ -29,11 +29,6 @@ std::string nameOrCode(std::optional<std::string_view> name, uint32_t code)
     return name ? std::string(*name) : format("code 0x%X", code);
 }
 
-nlohmann::ordered_json nameOrNull(std::optional<std::string_view> name)
-{
-    return name ? nlohmann::ordered_json(*name) : nullptr;
-}
-
 } // namespace
 
 std::optional<double> bitErrorRate(const SingleMeasResult& result)
@@ -87,26 +82,23 @@ std::string readingTableRow(const Reading& reading)
                   bitErrorRateText(reading.result).c_str(), isLocked(reading.result) ? "yes" : "no");
 }
 
-nlohmann::ordered_json readingJson(const Reading& reading)
+Json readingJson(const Reading& reading)
 {
     const SingleMeasResult& result = reading.result;
     const bool locked = isLocked(result);
-    const auto rate = bitErrorRate(result);
-    const auto ifLocked = [locked](const nlohmann::ordered_json& value) {
-        return locked ? value : nlohmann::ordered_json(nullptr);
-    };
+    const auto ifLocked = [locked](const Json& value) { return locked ? value : Json(); };
     return {
         {"time", static_cast<double>(reading.timeMs) / 1000},
         {"frequency_khz", reading.ulFreq},
         {"locked", locked},
         {"level_dbuv", result.LEVEL / 10.0},
         {"cnr_db", result.CNR / 10.0},
-        {"ber", rate ? nlohmann::ordered_json(*rate) : nullptr},
+        {"ber", bitErrorRate(result)},
         {"ber_errors", result.BER_ERR},
         {"ber_bits", result.BER_TOTAL},
-        {"system", nameOrNull(systemName(result.bdSys))},
-        {"modulation", ifLocked(nameOrNull(modulationName(result.MOD)))},
-        {"guard_interval", hasGuardInterval(result) ? nameOrNull(guardIntervalName(result.GI)) : nullptr},
+        {"system", systemName(result.bdSys)},
+        {"modulation", ifLocked(modulationName(result.MOD))},
+        {"guard_interval", hasGuardInterval(result) ? Json(guardIntervalName(result.GI)) : Json()},
         {"tsid", ifLocked(result.TSID)},
         {"layer", ifLocked(result.LAYER)},
         {"lock_code", result.lock},

@@ -1,10 +1,10 @@
 // A reading of a single measurement as text and as JSON.
 #pragma once
 
+#include "common/json.h"
 #include "libvx63.h"
 
 #include <cstdint>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 
@@ -30,6 +30,6 @@ std::string readingTableHeader();
 std::string readingTableRow(const Reading& reading);
 
 // Numbers in the units that the keys name; null for what is not known.
-nlohmann::ordered_json readingJson(const Reading& reading);
+Json readingJson(const Reading& reading);
 
 } // namespace tool

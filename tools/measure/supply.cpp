@@ -24,7 +24,7 @@ Rows supplyRows(const PowerSupplyInfo& info)
     };
 }
 
-nlohmann::ordered_json supplyJson(const PowerSupplyInfo& info)
+Json supplyJson(const PowerSupplyInfo& info)
 {
     return {
         {"power_supply", info.ucPowerSupply}, {"voltage_v", info.ucVolt}, {"current_ma", info.ulCurrentM},

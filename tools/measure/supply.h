@@ -1,10 +1,9 @@
 // The readings of the antenna power supply as text and as JSON.
 #pragma once
 
+#include "common/json.h"
 #include "common/text.h"
 #include "libvx63.h"
-
-#include <nlohmann/json.hpp>
 
 namespace tool {
 
@@ -12,6 +11,6 @@ namespace tool {
 PowerSupplyInfo readSupply();
 
 Rows supplyRows(const PowerSupplyInfo& info);
-nlohmann::ordered_json supplyJson(const PowerSupplyInfo& info);
+Json supplyJson(const PowerSupplyInfo& info);
 
 } // namespace tool

@@ -1,5 +1,6 @@
 #include "plot/picture.h"
 
+#include "common/command_line.h"
 #include "common/failure.h"
 #include "common/text.h"
 
@@ -76,18 +77,15 @@ void writeFile(const std::string& path, std::string_view bytes)
 
 } // namespace
 
-void Picture::addOption(CLI::App& app, std::string& path)
+void Picture::addOption(CommandLine& line, std::string& path)
 {
-    app.add_option_function<std::string>(
-           "--plot",
-           [&path](const std::string& text) {
-               if (!endsIn(text, ".png") && !endsIn(text, ".svg"))
-                   throw CLI::ValidationError(
-                       "--plot", format("'%s' is no file name that ends in .png or .svg", text.c_str()));
-               path = text;
-           },
-           "Draw a picture into this file, .png or .svg")
-        ->type_name("FILE");
+    line.value("--plot", "FILE", "Draw a picture into this file, .png or .svg",
+               [&path](const std::string& text) {
+                   if (!endsIn(text, ".png") && !endsIn(text, ".svg"))
+                       throw WrongUsage(
+                           "--plot", format("'%s' is no file name that ends in .png or .svg", text.c_str()));
+                   path = text;
+               });
 }
 
 Picture::Picture(std::string path, double width, double height, const std::string& title,

@@ -1,12 +1,13 @@
 // A picture with axes, as a PNG or SVG file.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <cairo.h>
 #include <memory>
 #include <string>
 
 namespace tool {
+
+class CommandLine;
 
 struct Colour {
     double red, green, blue;
@@ -35,9 +36,8 @@ enum class Anchor { left, middle, right };
 
 class Picture {
 public:
-    // Adds --plot to a command. Throws CLI::ValidationError, when it is read, for a name that ends neither in
-    // .png nor in .svg.
-    static void addOption(CLI::App& app, std::string& path);
+    // Declares --plot. Throws WrongUsage, when it is read, for a name that ends neither in .png nor in .svg.
+    static void addOption(CommandLine& line, std::string& path);
 
     // width and height of the plot area, in pixels of the SVG; a PNG has twice as many.
     Picture(std::string path, double width, double height, const std::string& title,

@@ -1,6 +1,6 @@
 #include "plot/text.h"
 
-#include "common/options.h"
+#include "common/numbers.h"
 
 #include <algorithm>
 #include <cmath>

@@ -6,14 +6,14 @@
 
 namespace tool {
 
-CLI::Option* addFileArgument(CLI::App& app, FileRef& file)
+void addRecordArgument(CommandLine& line, uint32_t& record)
 {
-    return app
-        .add_option_function<std::string>(
-            "FILE", [&file](const std::string& text) { file = fileNamed("FILE", text); },
-            "Id or name of the file, see 'vx63 settings list'")
-        ->type_name("FILE")
-        ->required();
+    line.number("RECORD", record, "N", "Record, from 0", 0, UINT32_MAX).required();
+}
+
+void addColumnArgument(CommandLine& line, std::string& name)
+{
+    line.text("COLUMN", name, "NAME", "Name of the column").required();
 }
 
 const vx63::Column* requireColumn(const FileRef& file, const std::string& name)

@@ -1,14 +1,23 @@
 // The arguments FILE, RECORD and COLUMN.
 #pragma once
 
+#include "common/command_line.h"
 #include "settings/file.h"
 
-#include <CLI/CLI.hpp>
 #include <string>
 
 namespace tool {
 
-CLI::Option* addFileArgument(CLI::App& app, FileRef& file);
+//   file  a FileRef, or std::optional<FileRef>
+template <class File>
+Option addFileArgument(CommandLine& line, File& file)
+{
+    return line.value("FILE", "FILE", "Id or name of the file, see 'vx63 settings list'",
+                      [&file](const std::string& text) { file = fileNamed("FILE", text); });
+}
+
+void addRecordArgument(CommandLine& line, uint32_t& record);
+void addColumnArgument(CommandLine& line, std::string& name);
 
 // Throw Failure.
 const vx63::Column* requireColumn(const FileRef& file, const std::string& name);

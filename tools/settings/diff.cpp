@@ -2,6 +2,7 @@
 #include "settings/diff.h"
 
 #include "common/failure.h"
+#include "common/json.h"
 #include "common/output.h"
 #include "common/text.h"
 #include "libvx63.h"
@@ -11,16 +12,17 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <memory>
+#include <optional>
 #include <set>
+#include <string>
+#include <utility>
 
 namespace tool {
 
 namespace {
 
 struct Options {
-    FileRef file{};
-    CLI::Option* given = nullptr;
+    std::optional<FileRef> file;
     std::string folder; // empty: the factory contents
     bool json = false;
 };
@@ -49,23 +51,23 @@ private:
     {
         return m_options.folder.empty() ? "factory" : printable(m_options.folder);
     }
-    void tell(const FileRef& file, const std::string& text, nlohmann::ordered_json json);
+    void tell(const FileRef& file, const std::string& text, const Json& json);
 
     const Options& m_options;
     bool m_differ = false;
     bool m_broken = false;
 };
 
-void Comparison::tell(const FileRef& file, const std::string& text, nlohmann::ordered_json json)
+void Comparison::tell(const FileRef& file, const std::string& text, const Json& json)
 {
     m_differ = true;
     if (!m_options.json) {
         print(printable(nameOf(file) + text) + "\n");
         return;
     }
-    nlohmann::ordered_json object = {{"name", nameOf(file)}};
-    object.update(json);
-    print(object.dump() + "\n");
+    Json object = {{"name", nameOf(file)}};
+    object.add(json);
+    print(object.line());
 }
 
 void Comparison::compare(const FileRef& file)
@@ -129,11 +131,11 @@ int diff(const Options& options)
     if (!withFactory && !std::filesystem::is_directory(options.folder))
         throw Failure(kExitNoInput, "cannot compare with " + options.folder, "it is no folder",
                       "give one that 'vx63 settings export' made");
-    if (options.given->count() > 0) {
-        if (withFactory && kindOf(options.file.fileId) != FileKind::ordinary)
-            throw Failure(kExitUsage, "cannot compare " + nameOf(options.file),
+    if (options.file) {
+        if (withFactory && kindOf(options.file->fileId) != FileKind::ordinary)
+            throw Failure(kExitUsage, "cannot compare " + nameOf(*options.file),
                           "sets and lists have no factory contents", "compare with a folder: --with DIR");
-        comparison.compare(options.file);
+        comparison.compare(*options.file);
         return comparison.exitCode();
     }
     for (const vx63::SettingsFile& entry : vx63::kSettingsFiles) {
@@ -143,8 +145,8 @@ int diff(const Options& options)
         if (kind != FileKind::set || withFactory)
             continue;
         std::set<std::string> names;
-        const std::string folder = folderOf(entry.fileId);
-        for (const std::string& place : {"/usr/local/bin/" + folder, options.folder + "/" + folder})
+        const std::string other = options.folder + "/" + folderOf(entry.fileId);
+        for (const std::string& place : {folderPathOf(entry.fileId), other})
             for (std::string& name : setFilesIn(place, entry.fileId))
                 names.insert(std::move(name));
         for (const std::string& name : names)
@@ -173,17 +175,15 @@ std::vector<Difference> differencesOf(uint32_t fileId, const Contents& first, co
     return differences;
 }
 
-void addSettingsDiff(CLI::App& settings, Command& command)
+void addSettingsDiff(CommandLine& settings)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* app = settings.add_subcommand("diff", "Compare with the factory contents or another folder")
-                        ->group("Commands");
-    options->given = addFileArgument(*app, options->file)->required(false);
-    app->add_option("--with", options->folder, "Compare with this folder, one that 'export' made")
-        ->type_name("DIR");
-    app->add_flag("--json", options->json, "Print a JSON object a difference");
-    app->footer("Example: vx63 settings diff sys_set/volume");
-    app->callback([options, &command] { command = [options] { return diff(*options); }; });
+    settings.addCommand("diff", "Compare with the factory contents or another folder",
+                        "vx63 settings diff sys_set/volume", diff, [](CommandLine& line, Options& options) {
+                            addFileArgument(line, options.file);
+                            line.text("--with", options.folder, "DIR",
+                                      "Compare with this folder, one that 'export' made");
+                            line.flag("--json", options.json, "Print a JSON object a difference");
+                        });
 }
 
 } // namespace tool

@@ -6,7 +6,8 @@
 #include "settings/subcommands.h"
 
 #include <filesystem>
-#include <memory>
+#include <string>
+#include <vector>
 
 namespace tool {
 
@@ -42,8 +43,7 @@ int exportSettings(const Options& options)
         if (kindOf(entry.fileId) != FileKind::set)
             files.push_back({entry.fileId, ""});
         else
-            for (const std::string& name :
-                 setFilesIn("/usr/local/bin/" + folderOf(entry.fileId), entry.fileId))
+            for (const std::string& name : setFilesOf(entry.fileId))
                 files.push_back({entry.fileId, name});
     }
     unsigned written = 0;
@@ -71,14 +71,12 @@ int exportSettings(const Options& options)
 
 } // namespace
 
-void addSettingsExport(CLI::App& settings, Command& command)
+void addSettingsExport(CommandLine& settings)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* app =
-        settings.add_subcommand("export", "Copy every file into a new or empty folder")->group("Commands");
-    app->add_option("DIR", options->folder, "The folder")->type_name("DIR")->required();
-    app->footer("Example: vx63 settings export backup");
-    app->callback([options, &command] { command = [options] { return exportSettings(*options); }; });
+    settings.addCommand("export", "Copy every file into a new or empty folder", "vx63 settings export backup",
+                        exportSettings, [](CommandLine& line, Options& options) {
+                            line.text("DIR", options.folder, "DIR", "The folder").required();
+                        });
 }
 
 } // namespace tool

@@ -183,6 +183,13 @@ Contents factoryContents(uint32_t fileId)
     return contents;
 }
 
+std::string remedyFor(const FileRef& file)
+{
+    const bool isSet = kindOf(file.fileId) == FileKind::set;
+    return "correct " + pathOf(file) + ", or use 'vx63 " +
+           (isSet ? "sets delete" : "settings reset " + nameOf(file)) + "'";
+}
+
 Contents readOrFactory(const FileRef& file)
 {
     const FileKind kind = kindOf(file.fileId);
@@ -190,10 +197,7 @@ Contents readOrFactory(const FileRef& file)
     if (!read.fault)
         return read.contents;
     if (!read.fault->missing)
-        throw Failure(kExitData, "cannot read " + nameOf(file), faultText(*read.fault),
-                      kind == FileKind::set ? "correct " + pathOf(file) + ", or use 'vx63 sets delete'"
-                                            : "correct " + pathOf(file) + ", or use 'vx63 settings reset " +
-                                                  nameOf(file) + "'");
+        throw Failure(kExitData, "cannot read " + nameOf(file), faultText(*read.fault), remedyFor(file));
     if (kind == FileKind::set)
         throw Failure(kExitNoInput, "cannot read " + nameOf(file), "there is no such set",
                       "see 'vx63 sets list'");

@@ -4,8 +4,11 @@
 
 #include "settings/name.h"
 
+#include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace tool {
@@ -38,9 +41,23 @@ ReadResult readFileAt(const std::string& path, uint32_t fileId);
 // Of an ordinary file.
 Contents factoryContents(uint32_t fileId);
 
+// What to do about a file that is broken.
+std::string remedyFor(const FileRef& file);
+
 // The records of the file. Of an ordinary file that is missing the factory contents, and a line on stderr
 // that says so. Throws Failure.
 Contents readOrFactory(const FileRef& file);
+
+// The same of an ordinary file, as the struct that its columns describe.
+template <class Record>
+std::vector<Record> recordsOrFactory(uint32_t fileId)
+{
+    static_assert(std::is_trivially_copyable_v<Record>);
+    const Contents contents = readOrFactory({fileId, ""});
+    std::vector<Record> records(contents.records);
+    std::memcpy(records.data(), contents.bytes.data(), records.size() * sizeof(Record));
+    return records;
+}
 
 // Throw Failure.
 void writeFile(const FileRef& file, const Contents& contents);

@@ -10,8 +10,10 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <memory>
+#include <optional>
 #include <set>
+#include <string>
+#include <vector>
 
 namespace tool {
 
@@ -141,7 +143,7 @@ void write(const Source& source)
         if (source.item(listOf(setFileId)) == nullptr)
             continue;
         const std::vector<std::string> kept = source.setsOf(setFileId);
-        for (const std::string& name : setFilesIn("/usr/local/bin/" + folderOf(setFileId), setFileId))
+        for (const std::string& name : setFilesOf(setFileId))
             if (std::ranges::find(kept, name) == kept.end() && !deleteSetFile({setFileId, name}))
                 throw Failure(kExitOutput, "cannot delete " + nameOf({setFileId, name}),
                               "the file cannot be removed", "look at 'vx63 log --errors'");
@@ -178,18 +180,13 @@ int importSettings(const Options& options)
 
 } // namespace
 
-void addSettingsImport(CLI::App& settings, Command& command)
+void addSettingsImport(CommandLine& settings)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* app =
-        settings.add_subcommand("import", "Take over the files of a folder, all or none")->group("Commands");
-    app->add_option("DIR", options->folder, "The folder, one that 'export' made")
-        ->type_name("DIR")
-        ->required();
-    addYesOption(*app, options->yes);
-    addIdOption(*app, options->id);
-    app->footer("Example: vx63 settings import backup --yes");
-    app->callback([options, &command] { command = [options] { return importSettings(*options); }; });
+    settings.addCommand(
+        "import", "Take over the files of a folder, all or none", "vx63 settings import backup --yes",
+        importSettings, [](CommandLine& line, Options& options) {
+            line.text("DIR", options.folder, "DIR", "The folder, one that 'export' made").required();
+        });
 }
 
 } // namespace tool

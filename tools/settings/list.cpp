@@ -1,5 +1,6 @@
 // vx63 settings list: what settings files there are, and in what state.
 #include "common/failure.h"
+#include "common/json.h"
 #include "common/output.h"
 #include "common/table.h"
 #include "common/text.h"
@@ -9,7 +10,9 @@
 #include "settings/set_list.h"
 #include "settings/subcommands.h"
 
-#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace tool {
 
@@ -35,7 +38,7 @@ State stateOf(uint32_t fileId)
     const FileRef file{fileId, ""};
     const FileKind kind = kindOf(fileId);
     if (kind == FileKind::set) {
-        state.sets = setFilesIn("/usr/local/bin/" + folderOf(fileId), fileId);
+        state.sets = setFilesOf(fileId);
         state.present = !state.sets->empty();
         state.text = format("%zu sets", state.sets->size());
         return state;
@@ -58,26 +61,20 @@ State stateOf(uint32_t fileId)
     return state;
 }
 
-template <class T>
-nlohmann::ordered_json orNull(const std::optional<T>& value)
+Json stateJson(const vx63::SettingsFile& entry, const State& state)
 {
-    return value ? nlohmann::ordered_json(*value) : nlohmann::ordered_json();
-}
-
-nlohmann::ordered_json stateJson(const vx63::SettingsFile& entry, const State& state)
-{
-    auto columns = nlohmann::ordered_json::array();
+    Json columns = Json::array();
     for (uint32_t i = 0; i < entry.columnCount; ++i) {
         const vx63::Column& column = entry.columns[i];
-        columns.push_back({{"name", column.name},
-                           {"type", column.type},
-                           {"width", column.width},
-                           {"offset", column.offset}});
+        columns.push({{"name", column.name},
+                      {"type", column.type},
+                      {"width", column.width},
+                      {"offset", column.offset}});
     }
-    nlohmann::ordered_json sets;
+    Json sets;
     if (state.sets)
-        for (sets = nlohmann::ordered_json::array(); const std::string& name : *state.sets)
-            sets.push_back(printable(name));
+        for (sets = Json::array(); const std::string& name : *state.sets)
+            sets.push(printable(name));
     return {
         {"id", entry.fileId},
         {"name", nameOf({entry.fileId, ""})},
@@ -90,9 +87,9 @@ nlohmann::ordered_json stateJson(const vx63::SettingsFile& entry, const State& s
         {"default_bytes", entry.defaultSize},
         {"column_list", columns},
         {"present", state.present},
-        {"records", orNull(state.records)},
-        {"differs", orNull(state.differs)},
-        {"fault", state.fault ? nlohmann::ordered_json(printable(*state.fault)) : nlohmann::ordered_json()},
+        {"records", state.records},
+        {"differs", state.differs},
+        {"fault", state.fault ? Json(printable(*state.fault)) : Json()},
         {"sets", sets},
     };
 }
@@ -103,7 +100,7 @@ int list(const Options& options)
     for (const vx63::SettingsFile& entry : vx63::kSettingsFiles) {
         const State state = stateOf(entry.fileId);
         if (options.json)
-            print(stateJson(entry, state).dump() + "\n");
+            print(stateJson(entry, state).line());
         else
             rows.push_back({std::to_string(entry.fileId), nameOf({entry.fileId, ""}),
                             std::to_string(entry.rows), state.text});
@@ -115,14 +112,12 @@ int list(const Options& options)
 
 } // namespace
 
-void addSettingsList(CLI::App& settings, Command& command)
+void addSettingsList(CommandLine& settings)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* app =
-        settings.add_subcommand("list", "List the settings files and their state")->group("Commands");
-    app->add_flag("--json", options->json, "Print a JSON object a file, its columns too");
-    app->footer("Example: vx63 settings list");
-    app->callback([options, &command] { command = [options] { return list(*options); }; });
+    settings.addCommand("list", "List the settings files and their state", "vx63 settings list", list,
+                        [](CommandLine& line, Options& options) {
+                            line.flag("--json", options.json, "Print a JSON object a file, its columns too");
+                        });
 }
 
 } // namespace tool

@@ -1,6 +1,7 @@
 #include "settings/name.h"
 
-#include "common/options.h"
+#include "common/failure.h"
+#include "common/numbers.h"
 #include "common/text.h"
 #include "libvx63.h"
 
@@ -91,6 +92,11 @@ std::string folderOf(uint32_t fileId)
     return std::string(path.substr(kRoot.size(), path.rfind('/') - kRoot.size()));
 }
 
+std::string folderPathOf(uint32_t fileId)
+{
+    return std::string(kRoot) + folderOf(fileId);
+}
+
 std::string nameOf(const FileRef& file)
 {
     const std::string folder = folderOf(file.fileId) + "/";
@@ -112,8 +118,8 @@ FileRef fileNamed(const std::string& option, const std::string& text)
     if (const auto id = parseNumber(text); id && *id < VX63_SET_FILE_COUNT) {
         const FileRef file{static_cast<uint32_t>(*id), ""};
         if (kindOf(file.fileId) == FileKind::set)
-            throw CLI::ValidationError(option, format("%s is a folder of setting sets; give %s", text.c_str(),
-                                                      nameOf(file).c_str()));
+            throw WrongUsage(option, format("%s is a folder of setting sets; give %s", text.c_str(),
+                                            nameOf(file).c_str()));
         return file;
     }
 
@@ -134,7 +140,7 @@ FileRef fileNamed(const std::string& option, const std::string& text)
         std::vector<std::string> names;
         for (const uint32_t fileId : byWord)
             names.push_back(nameOf({fileId, ""}));
-        throw CLI::ValidationError(option, format("'%s' can mean %s", text.c_str(), joined(names).c_str()));
+        throw WrongUsage(option, format("'%s' can mean %s", text.c_str(), joined(names).c_str()));
     }
 
     // Only the folder of a set may be written in any case: its name is its own.
@@ -148,13 +154,12 @@ FileRef fileNamed(const std::string& option, const std::string& text)
         if (name.ends_with(kSuffix))
             name.resize(name.size() - kSuffix.size());
         if (const auto fault = setNameFault(name))
-            throw CLI::ValidationError(option,
-                                       format("'%s' is no name of a set: %s", name.c_str(), fault->c_str()));
+            throw WrongUsage(option, format("'%s' is no name of a set: %s", name.c_str(), fault->c_str()));
         return {fileId, name};
     }
 
     const std::vector<std::string> near = candidates(wanted);
-    throw CLI::ValidationError(
+    throw WrongUsage(
         option, format("'%s' is no settings file", text.c_str()) +
                     (near.empty() ? ", which 'vx63 settings list' tells" : "; there are " + joined(near)));
 }
@@ -172,6 +177,11 @@ std::optional<std::string> setNameFault(std::string_view name)
     if (printable(name) != name || name.find('\t') != std::string_view::npos)
         return "it is not printable";
     return std::nullopt;
+}
+
+std::vector<std::string> setFilesOf(uint32_t fileId)
+{
+    return setFilesIn(folderPathOf(fileId), fileId);
 }
 
 std::vector<std::string> setFilesIn(const std::string& folder, uint32_t fileId)

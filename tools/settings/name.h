@@ -26,8 +26,9 @@ struct FileRef {
 // What the catalogue tells of it.
 const vx63::SettingsFile& entryOf(const FileRef& file);
 
-// "ch_set", the folder in /usr/local/bin.
+// "ch_set", the folder in /usr/local/bin, and its path.
 std::string folderOf(uint32_t fileId);
+std::string folderPathOf(uint32_t fileId);
 
 // "ch_set/fm"; of a set "user_set/TOKYO", and "user_set/NAME" where no set is given.
 std::string nameOf(const FileRef& file);
@@ -36,13 +37,14 @@ std::string nameOf(const FileRef& file);
 std::string pathOf(const FileRef& file);
 
 // The file that is meant by a name, an id, a path or a file name in its folder; letters in any case. Throws
-// CLI::ValidationError that tells the candidates.
+// WrongUsage that tells the candidates.
 FileRef fileNamed(const std::string& option, const std::string& text);
 
 // Why a setting set cannot be called so; nothing where it can.
 std::optional<std::string> setNameFault(std::string_view name);
 
-// The names of the set files in a folder, listed or not, sorted.
+// The names of the set files in a folder, listed or not, sorted. The meter's own folder, or another.
+std::vector<std::string> setFilesOf(uint32_t fileId);
 std::vector<std::string> setFilesIn(const std::string& folder, uint32_t fileId);
 
 } // namespace tool

@@ -1,6 +1,6 @@
 #include "settings/record.h"
 
-#include "common/options.h"
+#include "common/numbers.h"
 #include "common/text.h"
 
 #include <algorithm>
@@ -46,7 +46,7 @@ std::string cellText(const vx63::Column& column, const uint8_t* record)
     return {text, strnlen(text, column.width)};
 }
 
-nlohmann::ordered_json cellJson(const vx63::Column& column, const uint8_t* record)
+Json cellJson(const vx63::Column& column, const uint8_t* record)
 {
     if (column.type == vx63::kText)
         return printable(cellText(column, record));

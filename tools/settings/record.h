@@ -1,9 +1,9 @@
 // The values in a record of a settings file, as text and as JSON.
 #pragma once
 
+#include "common/json.h"
 #include "libvx63_settings.h"
 
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,7 +14,7 @@ namespace tool {
 std::string cellText(const vx63::Column& column, const uint8_t* record);
 
 // A number, or a text that is safe on a terminal.
-nlohmann::ordered_json cellJson(const vx63::Column& column, const uint8_t* record);
+Json cellJson(const vx63::Column& column, const uint8_t* record);
 
 // Puts a value into its field. Gives why it does not fit; the record is as it was then.
 std::optional<std::string> storeCell(const vx63::Column& column, uint8_t* record, std::string_view text);

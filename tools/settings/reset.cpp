@@ -11,8 +11,9 @@
 #include "settings/subcommands.h"
 
 #include <filesystem>
-#include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace tool {
 
@@ -20,8 +21,7 @@ namespace {
 
 struct Options {
     int32_t id = kDefaultProcessId;
-    FileRef file{};
-    CLI::Option* given = nullptr;
+    std::optional<FileRef> file;
     bool all = false;
     bool onlyDelete = false;
     bool yes = false;
@@ -79,7 +79,7 @@ Contents listAnew(uint32_t listFileId)
 {
     const uint32_t setFileId = setOf(listFileId);
     std::vector<std::string> names;
-    for (const std::string& name : setFilesIn("/usr/local/bin/" + folderOf(listFileId), setFileId)) {
+    for (const std::string& name : setFilesOf(setFileId)) {
         if (setNameFault(name) || names.size() == vx63::kSettingsFiles[listFileId].rows)
             complain("cannot list '" + name +
                      "': the name or the number of the sets is wrong: "
@@ -90,9 +90,8 @@ Contents listAnew(uint32_t listFileId)
     return listNaming(listFileId, names);
 }
 
-int reset(const Options& options)
+int resetOne(const Options& options, const FileRef& file)
 {
-    const FileRef& file = options.file;
     const FileKind kind = kindOf(file.fileId);
     if (kind == FileKind::set)
         throw Failure(kExitUsage, "cannot reset " + nameOf(file), "sets have no factory contents",
@@ -106,24 +105,27 @@ int reset(const Options& options)
     return kExitSuccess;
 }
 
+int reset(const Options& options)
+{
+    return options.file ? resetOne(options, *options.file) : resetAll(options);
+}
+
 } // namespace
 
-void addSettingsReset(CLI::App& settings, Command& command)
+void addSettingsReset(CommandLine& settings)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* app = settings.add_subcommand("reset", "Back to the factory contents")->group("Commands");
-    options->given = addFileArgument(*app, options->file)->required(false);
-    CLI::Option* all = app->add_flag("--all", options->all, "Every file; all setting sets are deleted")
-                           ->excludes(options->given);
-    app->add_flag("--delete", options->onlyDelete, "Delete the files and write none anew")->needs(all);
-    addYesOption(*app, options->yes);
-    addIdOption(*app, options->id);
-    app->footer("Example: vx63 settings reset sys_set/volume --yes");
-    app->callback([options, &command] {
-        if (!options->all && options->given->count() == 0)
-            throw CLI::ValidationError("FILE or --all is required");
-        command = [options] { return options->all ? resetAll(*options) : reset(*options); };
-    });
+    settings.addCommand(
+        "reset", "Back to the factory contents", "vx63 settings reset sys_set/volume --yes", reset,
+        [](CommandLine& line, Options& options) {
+            const Option file = addFileArgument(line, options.file);
+            const Option all =
+                line.flag("--all", options.all, "Every file; all setting sets are deleted").excludes(file);
+            line.flag("--delete", options.onlyDelete, "Delete the files and write none anew").needs(all);
+            line.check([&options] {
+                if (!options.all && !options.file)
+                    throw WrongUsage("FILE or --all is required");
+            });
+        });
 }
 
 } // namespace tool

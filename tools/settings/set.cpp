@@ -1,13 +1,13 @@
 // vx63 settings set: change one value of a file and tell the system service.
 #include "common/failure.h"
 #include "common/identity.h"
-#include "common/options.h"
 #include "settings/arguments.h"
 #include "settings/file.h"
 #include "settings/record.h"
 #include "settings/subcommands.h"
 
-#include <memory>
+#include <string>
+#include <vector>
 
 namespace tool {
 
@@ -49,18 +49,16 @@ int set(const Options& options)
 
 } // namespace
 
-void addSettingsSet(CLI::App& settings, Command& command)
+void addSettingsSet(CommandLine& settings)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* app =
-        settings.add_subcommand("set", "Change one value of a file and tell the meter")->group("Commands");
-    addFileArgument(*app, options->file);
-    addNumber(*app, "RECORD", options->record, "N", "Record, from 0", 0, UINT32_MAX)->required();
-    app->add_option("COLUMN", options->column, "Name of the column")->type_name("NAME")->required();
-    app->add_option("VALUE", options->value, "Number or text")->type_name("VALUE")->required();
-    addIdOption(*app, options->id);
-    app->footer("Example: vx63 settings set sys_set/volume 0 VOLUME 2");
-    app->callback([options, &command] { command = [options] { return set(*options); }; });
+    settings.addCommand("set", "Change one value of a file and tell the meter",
+                        "vx63 settings set sys_set/volume 0 VOLUME 2", set,
+                        [](CommandLine& line, Options& options) {
+                            addFileArgument(line, options.file).required();
+                            addRecordArgument(line, options.record);
+                            addColumnArgument(line, options.column);
+                            line.text("VALUE", options.value, "VALUE", "Number or text").required();
+                        });
 }
 
 } // namespace tool

@@ -118,7 +118,7 @@ SetFolder::SetFolder(uint32_t setFileId)
 
 std::vector<std::string> SetFolder::files() const
 {
-    return setFilesIn("/usr/local/bin/" + folderOf(m_set), m_set);
+    return setFilesOf(m_set);
 }
 
 std::optional<uint32_t> SetFolder::recordOf(const std::string& name) const
@@ -217,7 +217,7 @@ void clearSets(uint32_t setFileId)
     if (result != VX63_OK)
         throw Failure(kExitOutput, "cannot delete the sets of " + folderOf(setFileId),
                       said.empty() ? "a file cannot be removed or written" : said.substr(0, said.find('\n')),
-                      "look at 'ls -la /usr/local/bin/" + folderOf(setFileId) + "'");
+                      "look at 'ls -la " + folderPathOf(setFileId) + "'");
     noticeFile(setFileId);
     noticeFile(list);
 }

@@ -3,7 +3,7 @@
 #include "common/confirm.h"
 #include "common/failure.h"
 #include "common/identity.h"
-#include "common/options.h"
+#include "common/json.h"
 #include "common/output.h"
 #include "common/table.h"
 #include "common/text.h"
@@ -15,26 +15,19 @@
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace tool {
 
 namespace {
 
-struct Options {
-    int32_t id = kDefaultProcessId;
+// What chooses the folder.
+struct FolderOptions {
     bool usb1 = false;
     bool usb2 = false;
     bool logger = false;
-    std::string name;
-    std::string source;
-    FileRef plan{};
-    uint8_t ucBand = 0;
-    uint8_t ucSpec = 0;
-    uint32_t ulModulation = 0;
-    bool json = false;
-    bool csv = false;
-    bool yes = false;
 
     uint32_t set() const
     {
@@ -48,7 +41,43 @@ struct Options {
     }
 };
 
-int list(const Options& options)
+struct ListOptions : FolderOptions {
+    bool json = false;
+};
+
+struct ShowOptions : FolderOptions {
+    std::string name;
+    bool json = false;
+    bool csv = false;
+};
+
+struct CreateOptions : FolderOptions {
+    int32_t id = kDefaultProcessId;
+    std::string name;
+    FileRef plan{};
+    uint8_t ucBand = 0;
+    uint8_t ucSpec = 0;
+    uint32_t ulModulation = 0;
+};
+
+struct CopyOptions : FolderOptions {
+    int32_t id = kDefaultProcessId;
+    std::string source;
+    std::string name;
+};
+
+struct DeleteOptions : FolderOptions {
+    int32_t id = kDefaultProcessId;
+    std::string name;
+    bool yes = false;
+};
+
+struct ClearOptions : FolderOptions {
+    int32_t id = kDefaultProcessId;
+    bool yes = false;
+};
+
+int list(const ListOptions& options)
 {
     const SetFolder folder(options.set());
     std::vector<std::vector<std::string>> rows = {{"RECORD", "NAME", "CHANNELS"}};
@@ -63,12 +92,12 @@ int list(const Options& options)
                 text = "broken: " + faultText(*read.fault);
         }
         if (options.json) {
-            const nlohmann::ordered_json json = {
-                {"record", record ? nlohmann::ordered_json(*record) : nlohmann::ordered_json()},
+            const Json json = {
+                {"record", record},
                 {"name", printable(name)},
-                {"channels", channels ? nlohmann::ordered_json(*channels) : nlohmann::ordered_json()},
+                {"channels", channels},
             };
-            print(json.dump() + "\n");
+            print(json.line());
         } else {
             rows.push_back({record ? std::to_string(*record) : "not listed", name, text});
         }
@@ -83,7 +112,7 @@ int list(const Options& options)
     return kExitSuccess;
 }
 
-int show(const Options& options)
+int show(const ShowOptions& options)
 {
     const FileRef set{options.set(), options.name};
     print(shownRecords(set, readOrFactory(set),
@@ -94,7 +123,7 @@ int show(const Options& options)
 }
 
 // The channels of a plan as those of a set.
-Contents channelsOf(const Options& options)
+Contents channelsOf(const CreateOptions& options)
 {
     const FileRef& plan = options.plan;
     const vx63::SettingsFile& entry = entryOf(plan);
@@ -127,7 +156,7 @@ Contents channelsOf(const Options& options)
     return contents;
 }
 
-int create(const Options& options)
+int create(const CreateOptions& options)
 {
     const Identity identity(options.id);
     SetFolder(options.set()).add(options.name, channelsOf(options));
@@ -135,21 +164,21 @@ int create(const Options& options)
 }
 
 // A set of the same folder by its name, of another one as FOLDER/NAME.
-FileRef sourceOf(const Options& options)
+FileRef sourceOf(const CopyOptions& options)
 {
     if (options.source.find('/') == std::string::npos)
         return {options.set(), options.source};
     return fileNamed("SOURCE", options.source);
 }
 
-int copy(const Options& options)
+int copy(const CopyOptions& options)
 {
     const Identity identity(options.id);
     SetFolder(options.set()).add(options.name, readOrFactory(sourceOf(options)));
     return kExitSuccess;
 }
 
-int remove(const Options& options)
+int remove(const DeleteOptions& options)
 {
     confirm(options.yes, "Delete " + nameOf({options.set(), options.name}) + "?");
     const Identity identity(options.id);
@@ -157,7 +186,7 @@ int remove(const Options& options)
     return kExitSuccess;
 }
 
-int clear(const Options& options)
+int clear(const ClearOptions& options)
 {
     confirm(options.yes, "Delete every set of " + folderOf(options.set()) + "?");
     const Identity identity(options.id);
@@ -165,109 +194,96 @@ int clear(const Options& options)
     return kExitSuccess;
 }
 
-void checkSetName(const std::string& option, const std::string& name)
+void checkSetName(const std::string& argument, const std::string& name)
 {
     if (const auto why = setNameFault(name))
-        throw CLI::ValidationError(option, "'" + name + "' is no name of a set: " + *why);
+        throw WrongUsage(argument, "'" + name + "' is no name of a set: " + *why);
 }
 
-void addName(CLI::App& app, const std::string& option, std::string& name)
+void addName(CommandLine& line, const std::string& argument, std::string& name)
 {
-    app.add_option_function<std::string>(
-           option,
-           [&name, option](const std::string& text) {
-               checkSetName(option, text);
-               name = text;
-           },
-           "Name of the set, 1 to 12 characters")
-        ->type_name("NAME")
-        ->required();
+    line.value(argument, "NAME", "Name of the set, 1 to 12 characters",
+               [&name, argument](const std::string& text) {
+                   checkSetName(argument, text);
+                   name = text;
+               })
+        .required();
 }
 
-// A command with the options that choose the folder.
-CLI::App* addCommand(CLI::App& sets, Command& command, const std::string& name,
-                     const std::string& description, const std::shared_ptr<Options>& options,
-                     int (*action)(const Options&))
+void addFolderOptions(CommandLine& line, FolderOptions& options)
 {
-    CLI::App* app = sets.add_subcommand(name, description)->group("Commands");
-    CLI::Option* usb1 = app->add_flag("--usb1", options->usb1, "On USB memory 1 [internal storage]");
-    app->add_flag("--usb2", options->usb2, "On USB memory 2")->excludes(usb1);
-    app->add_flag("--logger", options->logger, "Logger sets instead of user sets");
-    app->callback([options, action, &command] { command = [options, action] { return action(*options); }; });
-    return app;
+    const Option usb1 = line.flag("--usb1", options.usb1, "On USB memory 1 [internal storage]");
+    line.flag("--usb2", options.usb2, "On USB memory 2").excludes(usb1);
+    line.flag("--logger", options.logger, "Logger sets instead of user sets");
+}
+
+void addListOptions(CommandLine& line, ListOptions& options)
+{
+    addFolderOptions(line, options);
+    line.flag("--json", options.json, "Print a JSON object a set");
+}
+
+void addShowOptions(CommandLine& line, ShowOptions& options)
+{
+    addFolderOptions(line, options);
+    addName(line, "NAME", options.name);
+    const Option json = line.flag("--json", options.json, "Print a JSON object a channel");
+    line.flag("--csv", options.csv, "Print the text of the file").excludes(json);
+}
+
+void addCreateOptions(CommandLine& line, CreateOptions& options)
+{
+    addFolderOptions(line, options);
+    addName(line, "NAME", options.name);
+    line.value("--from", "PLAN", "Channel plan, such as ch_set/uhf",
+               [&options](const std::string& text) { options.plan = fileNamed("--from", text); })
+        .required();
+    line.number("--band", options.ucBand, "N", "Band code of every channel [0]", 0, UINT8_MAX);
+    line.number("--spec", options.ucSpec, "N", "Specification code of every channel [0]", 0, UINT8_MAX);
+    line.number("--mod", options.ulModulation, "BITS", "Modulation bits of every channel [0]", 0, UINT32_MAX);
+}
+
+void addCopyOptions(CommandLine& line, CopyOptions& options)
+{
+    addFolderOptions(line, options);
+    line.value("SOURCE", "SOURCE", "Name of a set in the same folder, or FOLDER/NAME such as user_set/TOKYO",
+               [&options](const std::string& text) {
+                   if (text.find('/') == std::string::npos)
+                       checkSetName("SOURCE", text);
+                   else if (kindOf(fileNamed("SOURCE", text).fileId) != FileKind::set)
+                       throw WrongUsage("SOURCE",
+                                        "'" + text + "' is no set; 'vx63 sets create' makes one of a plan");
+                   options.source = text;
+               })
+        .required();
+    addName(line, "NEW", options.name);
+}
+
+void addDeleteOptions(CommandLine& line, DeleteOptions& options)
+{
+    addFolderOptions(line, options);
+    addName(line, "NAME", options.name);
+}
+
+void addClearOptions(CommandLine& line, ClearOptions& options)
+{
+    addFolderOptions(line, options);
 }
 
 } // namespace
 
-void addSets(CLI::App& app, Command& command)
+void addSets(CommandLine& program)
 {
-    CLI::App* sets =
-        app.add_subcommand("sets", "List, create, copy and delete setting sets")->group("Commands");
-    sets->require_subcommand(1);
-    sets->footer("Example: vx63 sets create TOKYO --from ch_set/uhf");
-
-    const auto listing = std::make_shared<Options>();
-    CLI::App* listApp = addCommand(*sets, command, "list", "List the sets", listing, list);
-    listApp->add_flag("--json", listing->json, "Print a JSON object a set");
-    listApp->footer("Example: vx63 sets list --usb1");
-
-    const auto showing = std::make_shared<Options>();
-    CLI::App* showApp = addCommand(*sets, command, "show", "Show the channels of a set", showing, show);
-    addName(*showApp, "NAME", showing->name);
-    CLI::Option* json = showApp->add_flag("--json", showing->json, "Print a JSON object a channel");
-    showApp->add_flag("--csv", showing->csv, "Print the text of the file")->excludes(json);
-    showApp->footer("Example: vx63 sets show TOKYO");
-
-    const auto creation = std::make_shared<Options>();
-    CLI::App* createApp =
-        addCommand(*sets, command, "create", "Make a set of a channel plan", creation, create);
-    addName(*createApp, "NAME", creation->name);
-    createApp
-        ->add_option_function<std::string>(
-            "--from", [creation](const std::string& text) { creation->plan = fileNamed("--from", text); },
-            "Channel plan, such as ch_set/uhf")
-        ->type_name("PLAN")
-        ->required();
-    addNumber(*createApp, "--band", creation->ucBand, "N", "Band code of every channel [0]", 0, UINT8_MAX);
-    addNumber(*createApp, "--spec", creation->ucSpec, "N", "Specification code of every channel [0]", 0,
-              UINT8_MAX);
-    addNumber(*createApp, "--mod", creation->ulModulation, "BITS", "Modulation bits of every channel [0]", 0,
-              UINT32_MAX);
-    addIdOption(*createApp, creation->id);
-    createApp->footer("Example: vx63 sets create TOKYO --from ch_set/uhf");
-
-    const auto copying = std::make_shared<Options>();
-    CLI::App* copyApp = addCommand(*sets, command, "copy", "Copy a set", copying, copy);
-    copyApp
-        ->add_option_function<std::string>(
-            "SOURCE",
-            [copying](const std::string& text) {
-                if (text.find('/') == std::string::npos)
-                    checkSetName("SOURCE", text);
-                else if (kindOf(fileNamed("SOURCE", text).fileId) != FileKind::set)
-                    throw CLI::ValidationError(
-                        "SOURCE", "'" + text + "' is no set; 'vx63 sets create' makes one of a plan");
-                copying->source = text;
-            },
-            "Name of a set in the same folder, or FOLDER/NAME such as user_set/TOKYO")
-        ->type_name("SOURCE")
-        ->required();
-    addName(*copyApp, "NEW", copying->name);
-    addIdOption(*copyApp, copying->id);
-    copyApp->footer("Example: vx63 sets copy user_set/TOKYO TOKYO --usb1");
-
-    const auto deletion = std::make_shared<Options>();
-    CLI::App* deleteApp = addCommand(*sets, command, "delete", "Delete a set", deletion, remove);
-    addName(*deleteApp, "NAME", deletion->name);
-    addYesOption(*deleteApp, deletion->yes);
-    addIdOption(*deleteApp, deletion->id);
-    deleteApp->footer("Example: vx63 sets delete TOKYO --yes");
-
-    const auto clearing = std::make_shared<Options>();
-    CLI::App* clearApp = addCommand(*sets, command, "clear", "Delete every set of a folder", clearing, clear);
-    addYesOption(*clearApp, clearing->yes);
-    addIdOption(*clearApp, clearing->id);
-    clearApp->footer("Example: vx63 sets clear --usb2 --yes");
+    CommandLine sets = program.addGroup("sets", "List, create, copy and delete setting sets",
+                                        "vx63 sets create TOKYO --from ch_set/uhf");
+    sets.addCommand("list", "List the sets", "vx63 sets list --usb1", list, addListOptions);
+    sets.addCommand("show", "Show the channels of a set", "vx63 sets show TOKYO", show, addShowOptions);
+    sets.addCommand("create", "Make a set of a channel plan", "vx63 sets create TOKYO --from ch_set/uhf",
+                    create, addCreateOptions);
+    sets.addCommand("copy", "Copy a set", "vx63 sets copy user_set/TOKYO TOKYO --usb1", copy, addCopyOptions);
+    sets.addCommand("delete", "Delete a set", "vx63 sets delete TOKYO --yes", remove, addDeleteOptions);
+    sets.addCommand("clear", "Delete every set of a folder", "vx63 sets clear --usb2 --yes", clear,
+                    addClearOptions);
 }
 
 } // namespace tool

@@ -2,7 +2,7 @@
 #include "settings/show.h"
 
 #include "common/failure.h"
-#include "common/options.h"
+#include "common/json.h"
 #include "common/output.h"
 #include "common/table.h"
 #include "common/text.h"
@@ -11,7 +11,8 @@
 #include "settings/subcommands.h"
 
 #include <algorithm>
-#include <memory>
+#include <string>
+#include <vector>
 
 namespace tool {
 
@@ -84,16 +85,16 @@ std::string shownRecords(const FileRef& file, const Contents& contents, Form for
     for (uint32_t record = 0; record < contents.records; ++record) {
         const uint8_t* bytes = contents.bytes.data() + record * entry.dataSize;
         std::vector<std::string> row(1, std::to_string(record));
-        nlohmann::ordered_json json = {{"record", record}};
+        Json json = {{"record", record}};
         std::string line;
         for (uint32_t i = 0; i < entry.columnCount; ++i) {
             const vx63::Column& column = entry.columns[i];
             row.push_back(cellText(column, bytes));
-            json[std::string(column.name)] = cellJson(column, bytes);
+            json.set(std::string(column.name), cellJson(column, bytes));
             line += (i == 0 ? "" : ",") + csvCell(row.back());
         }
         if (form == Form::json)
-            result += json.dump() + "\n";
+            result += json.line();
         else if (form == Form::csv)
             result += line + "\n";
         else
@@ -102,28 +103,28 @@ std::string shownRecords(const FileRef& file, const Contents& contents, Form for
     return form == Form::text ? table(rows) : result;
 }
 
-void addSettingsShow(CLI::App& settings, Command& command)
+void addSettingsShow(CommandLine& settings)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* app = settings.add_subcommand("show", "Show the records of a file")->group("Commands");
-    addFileArgument(*app, options->file);
-    app->add_flag("--default", options->factory, "The factory contents instead of the file");
-    CLI::Option* json = app->add_flag("--json", options->json, "Print a JSON object a record");
-    app->add_flag("--csv", options->csv, "Print the text of the file")->excludes(json);
-    app->footer("Example: vx63 settings show ch_set/uhf --default");
-    app->callback([options, &command] { command = [options] { return show(*options); }; });
+    settings.addCommand(
+        "show", "Show the records of a file", "vx63 settings show ch_set/uhf --default", show,
+        [](CommandLine& line, Options& options) {
+            addFileArgument(line, options.file).required();
+            line.flag("--default", options.factory, "The factory contents instead of the file");
+            const Option json = line.flag("--json", options.json, "Print a JSON object a record");
+            line.flag("--csv", options.csv, "Print the text of the file").excludes(json);
+        });
 }
 
-void addSettingsGet(CLI::App& settings, Command& command)
+void addSettingsGet(CommandLine& settings)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App* app = settings.add_subcommand("get", "Print one value of a file")->group("Commands");
-    addFileArgument(*app, options->file);
-    addNumber(*app, "RECORD", options->record, "N", "Record, from 0", 0, UINT32_MAX)->required();
-    app->add_option("COLUMN", options->column, "Name of the column")->type_name("NAME")->required();
-    app->add_flag("--default", options->factory, "The factory contents instead of the file");
-    app->footer("Example: vx63 settings get ch_set/uhf 0 CENT_FREQ");
-    app->callback([options, &command] { command = [options] { return get(*options); }; });
+    settings.addCommand("get", "Print one value of a file", "vx63 settings get ch_set/uhf 0 CENT_FREQ", get,
+                        [](CommandLine& line, Options& options) {
+                            addFileArgument(line, options.file).required();
+                            addRecordArgument(line, options.record);
+                            addColumnArgument(line, options.column);
+                            line.flag("--default", options.factory,
+                                      "The factory contents instead of the file");
+                        });
 }
 
 } // namespace tool

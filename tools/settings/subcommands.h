@@ -5,14 +5,14 @@
 
 namespace tool {
 
-void addSettingsList(CLI::App& settings, Command& command);
-void addSettingsShow(CLI::App& settings, Command& command);
-void addSettingsGet(CLI::App& settings, Command& command);
-void addSettingsSet(CLI::App& settings, Command& command);
-void addSettingsDiff(CLI::App& settings, Command& command);
-void addSettingsReset(CLI::App& settings, Command& command);
-void addSettingsExport(CLI::App& settings, Command& command);
-void addSettingsImport(CLI::App& settings, Command& command);
-void addSettingsCheck(CLI::App& settings, Command& command);
+void addSettingsList(CommandLine& settings);
+void addSettingsShow(CommandLine& settings);
+void addSettingsGet(CommandLine& settings);
+void addSettingsSet(CommandLine& settings);
+void addSettingsDiff(CommandLine& settings);
+void addSettingsReset(CommandLine& settings);
+void addSettingsExport(CommandLine& settings);
+void addSettingsImport(CommandLine& settings);
+void addSettingsCheck(CommandLine& settings);
 
 } // namespace tool

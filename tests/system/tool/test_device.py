@@ -220,6 +220,16 @@ def test_update_from_options(device, meter):
     assert bodies == {request_bytes().hex()}
 
 
+@pytest.mark.parametrize("program, source, codes", [
+    ("boot", "internal", (1, 0)), ("sub", "usb1", (3, 1)), ("qt", "usb2", (4, 2)), ("product", "usb1", (5, 1)),
+])
+def test_update_names_the_program_and_its_place(device, meter, program, source, codes):
+    device(f"$VX63 update --program {program} --source {source} --new-version 2.0 --size 1 --yes")
+    body = next(bytes.fromhex(message["body"]) for message in meter.messages()
+                if message["kind"] == "request" and message["command"] == "update")
+    assert (body[4], body[5]) == codes
+
+
 def test_update_from_a_file(device, tmp_path):
     (tmp_path / "request").write_bytes(request_bytes(b"3.1"))
     result, state = device('$VX63 update --yes "$DIR/request"')

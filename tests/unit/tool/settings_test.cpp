@@ -1,9 +1,9 @@
 // Names and values of the settings files, as the tool takes and shows them.
+#include "common/failure.h"
 #include "libvx63.h"
 #include "settings/name.h"
 #include "settings/record.h"
 
-#include <CLI/CLI.hpp>
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -94,7 +94,7 @@ std::string refusal(const std::string& text)
 {
     try {
         static_cast<void>(fileNamed("FILE", text));
-    } catch (const CLI::ValidationError& error) {
+    } catch (const WrongUsage& error) {
         return error.what();
     }
     return "";

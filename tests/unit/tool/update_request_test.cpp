@@ -26,14 +26,4 @@ TEST(UpdateRequest, VersionMayFillItsField)
         EXPECT_FALSE(isVersion(text)) << text;
 }
 
-TEST(UpdateRequest, Names)
-{
-    EXPECT_EQ(programCode("boot"), 1);
-    EXPECT_EQ(programCode("product"), 5);
-    EXPECT_FALSE(programCode("Boot"));
-    EXPECT_EQ(sourceCode("internal"), 0);
-    EXPECT_EQ(sourceCode("usb2"), 2);
-    EXPECT_FALSE(sourceCode(""));
-}
-
 } // namespace

@@ -1,5 +1,6 @@
-#include "common/options.h"
+#include "common/numbers.h"
 
+#include "common/failure.h"
 #include "common/text.h"
 
 #include <charconv>
@@ -25,9 +26,9 @@ uint64_t numberIn(const std::string& option, const std::string& text, uint64_t l
 {
     const auto value = parseNumber(text);
     if (!value || *value < lowest || *value > highest)
-        throw CLI::ValidationError(option, format("'%s' is not a whole number from %llu to %llu",
-                                                  text.c_str(), static_cast<unsigned long long>(lowest),
-                                                  static_cast<unsigned long long>(highest)));
+        throw WrongUsage(option, format("'%s' is not a whole number from %llu to %llu", text.c_str(),
+                                        static_cast<unsigned long long>(lowest),
+                                        static_cast<unsigned long long>(highest)));
     return *value;
 }
 
@@ -38,7 +39,7 @@ int64_t secondsIn(const std::string& option, const std::string& text, double low
         std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
     // Written so that "nan" is refused too.
     if (error != std::errc() || end != text.data() + text.size() || !(value >= lowest && value <= highest))
-        throw CLI::ValidationError(
+        throw WrongUsage(
             option, format("'%s' is not a number of seconds from %g to %g", text.c_str(), lowest, highest));
     return std::llround(value * 1000);
 }

@@ -1,0 +1,205 @@
+#include "common/command_line.h"
+
+#include "common/failure.h"
+#include "common/identity.h"
+#include "common/output.h"
+#include "common/text.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace tool {
+
+namespace {
+
+// The innermost command that was given, and how it was called: "vx63 measure single".
+struct Given {
+    const CLI::App* command;
+    std::string caller; // "vx63 measure"
+    std::string line;
+};
+
+Given given(const CLI::App& app)
+{
+    Given result{&app, "", app.get_name()};
+    while (!result.command->get_subcommands().empty()) {
+        result.command = result.command->get_subcommands().front();
+        result.caller = result.line;
+        result.line += " " + result.command->get_name();
+    }
+    return result;
+}
+
+Failure wrongUsage(const CLI::App& app, std::string why)
+{
+    const auto [command, caller, line] = given(app);
+    if (command->get_require_subcommand_min() > 0) {
+        const auto words = command->remaining();
+        why = words.empty() ? "no command is given" : "'" + words.front() + "' is no command";
+    }
+    return {kExitUsage, "wrong usage of '" + line + "'", why, "see '" + line + " --help'"};
+}
+
+Command printing(const std::string& text)
+{
+    return [text] {
+        print(text);
+        return kExitSuccess;
+    };
+}
+
+// "'red' is neither on nor off", "'red' is none of boot, main, sub"
+std::string noneOf(const std::string& text, const std::vector<std::string>& words)
+{
+    if (words.size() == 2)
+        return "'" + text + "' is neither " + words[0] + " nor " + words[1];
+    return "'" + text + "' is none of " + CLI::detail::join(words, ", ");
+}
+
+} // namespace
+
+Option& Option::required()
+{
+    m_option->required();
+    return *this;
+}
+
+Option& Option::needs(const Option& other)
+{
+    m_option->needs(other.m_option);
+    return *this;
+}
+
+Option& Option::excludes(const Option& other)
+{
+    m_option->excludes(other.m_option);
+    return *this;
+}
+
+Option& Option::environment(const std::string& variable)
+{
+    m_option->envname(variable);
+    return *this;
+}
+
+bool Option::given() const
+{
+    return m_option->count() > 0;
+}
+
+CommandLine CommandLine::add(const char* name, const char* description, const char* example)
+{
+    CLI::App* app = m_app->add_subcommand(name, description)->group("Commands");
+    app->footer(std::string("Example: ") + example);
+    return {*app, *m_chosen};
+}
+
+CommandLine CommandLine::addGroup(const char* name, const char* description, const char* example)
+{
+    CommandLine group = add(name, description, example);
+    group.m_app->require_subcommand(1);
+    return group;
+}
+
+void CommandLine::notes(const char* text)
+{
+    m_app->footer(std::string(text) + "\n\n" + m_app->get_footer());
+}
+
+Option CommandLine::flag(const std::string& name, bool& target, const std::string& description)
+{
+    return Option(*m_app->add_flag(name, target, description));
+}
+
+Option CommandLine::text(const std::string& name, std::string& target, const std::string& type,
+                         const std::string& description)
+{
+    return Option(*m_app->add_option(name, target, description)->type_name(type));
+}
+
+Option CommandLine::seconds(const std::string& name, int64_t& targetMs, const std::string& description,
+                            double lowest, double highest)
+{
+    return value(name, "S", description, [&targetMs, name, lowest, highest](const std::string& text) {
+        targetMs = secondsIn(name, text, lowest, highest);
+    });
+}
+
+Option CommandLine::value(const std::string& name, const std::string& type, const std::string& description,
+                          std::function<void(const std::string&)> take)
+{
+    return Option(
+        *m_app->add_option_function<std::string>(name, std::move(take), description)->type_name(type));
+}
+
+Option CommandLine::choice(const std::string& name, const std::string& type, const std::string& description,
+                           std::initializer_list<const char*> words, std::function<void(size_t)> take)
+{
+    return value(name, type, description,
+                 [name, list = std::vector<std::string>(words.begin(), words.end()),
+                  take = std::move(take)](const std::string& text) {
+                     const auto word = std::find(list.begin(), list.end(), text);
+                     if (word == list.end())
+                         throw WrongUsage(name, noneOf(text, list));
+                     take(static_cast<size_t>(word - list.begin()));
+                 });
+}
+
+void CommandLine::check(std::function<void()> check)
+{
+    m_check = std::move(check);
+}
+
+void CommandLine::finish(Command work)
+{
+    m_app->callback([check = m_check, work = std::move(work), chosen = m_chosen] {
+        if (check)
+            check();
+        *chosen = work;
+    });
+}
+
+void CommandLine::addYes(bool& yes)
+{
+    flag("--yes", yes, "Do not ask; needed where there is no terminal");
+}
+
+void CommandLine::addId(int32_t& id)
+{
+    value("--id", "N", "Own process id, 0 to 17 but none of the services' 0, 6, 8, 10, 12 [17]",
+          [&id](const std::string& text) { id = processIdIn("--id", text); })
+        .environment("VX63_PROCESS_ID");
+}
+
+Command readCommandLine(int argc, char** argv, const char* description, const char* footer,
+                        void (*declare)(CommandLine&))
+{
+    CLI::App app(description, "vx63");
+    app.set_version_flag("--version", "vx63 " VX63_VERSION, "Print the version and exit");
+    app.set_help_flag("-h,--help", "Print this help and exit");
+    app.get_formatter()->column_width(26);
+    app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+    app.footer(footer);
+    app.require_subcommand(1);
+
+    Command chosen;
+    CommandLine line(app, chosen);
+    declare(line);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp&) {
+        const auto [asked, caller, words] = given(app);
+        return printing(asked->help(caller));
+    } catch (const CLI::CallForVersion& version) {
+        return printing(std::string(version.what()) + "\n");
+    } catch (const CLI::ParseError& error) {
+        throw wrongUsage(app, error.what());
+    } catch (const WrongUsage& error) {
+        throw wrongUsage(app, error.what());
+    }
+    return chosen;
+}
+
+} // namespace tool

@@ -1,0 +1,69 @@
+#include "common/json.h"
+
+#include <nlohmann/json.hpp>
+#include <utility>
+
+namespace tool {
+
+using Value = nlohmann::ordered_json;
+
+Json::Json(std::nullptr_t) : m_json(std::make_unique<Value>(nullptr)) {}
+Json::Json(const char* text) : Json(std::string_view(text)) {}
+Json::Json(std::string_view text) : m_json(std::make_unique<Value>(text)) {}
+Json::Json(Truth truth) : m_json(std::make_unique<Value>(truth.value)) {}
+Json::Json(Signed number) : m_json(std::make_unique<Value>(number.value)) {}
+Json::Json(Unsigned number) : m_json(std::make_unique<Value>(number.value)) {}
+Json::Json(Real number) : m_json(std::make_unique<Value>(number.value)) {}
+
+Json::Json(std::initializer_list<Member> members) : m_json(std::make_unique<Value>(Value::object()))
+{
+    for (const Member& member : members)
+        set(member.key, member.value);
+}
+
+Json::Json(const Json& other) : m_json(std::make_unique<Value>(*other.m_json)) {}
+Json::Json(Json&& other) noexcept = default;
+Json::~Json() = default;
+
+Json& Json::operator=(Json other) noexcept
+{
+    m_json = std::move(other.m_json);
+    return *this;
+}
+
+Json Json::array(std::initializer_list<Json> values)
+{
+    Json result;
+    *result.m_json = Value::array();
+    for (const Json& value : values)
+        result.push(value);
+    return result;
+}
+
+void Json::push(const Json& value)
+{
+    m_json->push_back(*value.m_json);
+}
+
+void Json::set(const std::string& key, const Json& value)
+{
+    (*m_json)[key] = *value.m_json;
+}
+
+void Json::add(const Json& object)
+{
+    m_json->update(*object.m_json);
+}
+
+std::string Json::plain(const std::string& key) const
+{
+    const Value& value = m_json->at(key);
+    return value.is_null() ? std::string() : value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+std::string Json::line() const
+{
+    return m_json->dump(-1, ' ', false, Value::error_handler_t::replace) + "\n";
+}
+
+} // namespace tool

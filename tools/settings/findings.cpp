@@ -1,0 +1,57 @@
+#include "settings/findings.h"
+
+#include "settings/set_list.h"
+
+#include <string>
+
+namespace tool {
+
+namespace {
+
+Fault faultBecause(const std::string& reason)
+{
+    Fault fault;
+    fault.reason = reason;
+    return fault;
+}
+
+Finding examineFile(const FileRef& file)
+{
+    const ReadResult read = readFile(file);
+    return {file, read.fault, read.contents.records};
+}
+
+void examineFolder(uint32_t setFileId, std::vector<Finding>& findings)
+{
+    const std::vector<std::string> names = setFilesOf(setFileId);
+    for (const std::string& name : names) {
+        const FileRef set{setFileId, name};
+        if (const auto why = setNameFault(name))
+            findings.push_back({set, faultBecause("it is no name of a set: " + *why)});
+        else
+            findings.push_back(examineFile(set));
+    }
+    const FileRef list{listOf(setFileId), ""};
+    const ReadResult read = readFile(list);
+    findings.push_back({list, read.fault, read.contents.records});
+    if (read.fault && !read.fault->missing)
+        return;
+    for (const std::string& reason : listFaults(listedSets(list.fileId, read.contents), names))
+        findings.push_back({list, faultBecause(reason)});
+}
+
+} // namespace
+
+std::vector<Finding> examineFiles()
+{
+    std::vector<Finding> findings;
+    for (const vx63::SettingsFile& entry : vx63::kSettingsFiles) {
+        if (kindOf(entry.fileId) == FileKind::set)
+            examineFolder(entry.fileId, findings);
+        else if (kindOf(entry.fileId) == FileKind::ordinary)
+            findings.push_back(examineFile({entry.fileId, ""}));
+    }
+    return findings;
+}
+
+} // namespace tool
