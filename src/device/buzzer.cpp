@@ -8,23 +8,23 @@ using namespace vx63;
 static constexpr uint32_t kBuzzMax = 4;
 
 // The volume's rule: as judgeParameter, but 3 is a repeating pattern.
-static int32_t judgeVolume(uint8_t ucRet, Site at = Site())
+static int32_t judgeVolume(uint8_t ucRet, Caller caller = {})
 {
     if (ucRet == 3) {
-        logLine(at, "buzzer repeating. vx63_err=%d", VX63_ERR_REPEAT);
+        logLine({caller}, "buzzer repeating. vx63_err=%d", VX63_ERR_REPEAT);
         return VX63_ERR_REPEAT;
     }
-    return judgeParameter(ucRet, at);
+    return judgeParameter(ucRet, caller);
 }
 
 // The buzzer's rule: as the volume's, but 4 is a sound of higher priority.
-static int32_t judgeBuzzer(uint8_t ucRet, Site at = Site())
+static int32_t judgeBuzzer(uint8_t ucRet, Caller caller = {})
 {
     if (ucRet == 4) {
-        logLine(at, "buzzer priority busy. vx63_err=%d", VX63_ERR_PRIORITY);
+        logLine({caller}, "buzzer priority busy. vx63_err=%d", VX63_ERR_PRIORITY);
         return VX63_ERR_PRIORITY;
     }
-    return judgeVolume(ucRet, at);
+    return judgeVolume(ucRet, caller);
 }
 
 static constexpr Request kBuzzer = {

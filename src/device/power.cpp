@@ -8,14 +8,14 @@ using namespace vx63;
 
 // The command of most operations here: an argument byte (0 where there is none) out, nothing but ucRet in,
 // and 0 alone is success.
-static int32_t command(const Request& request, uint8_t ucArg, Site at = Site())
+static int32_t command(const Request& request, uint8_t ucArg, Caller caller = {})
 {
     wire::ByteRequest reqData = {};
     reqData.ucArg = ucArg;
 
     Response response;
-    const int32_t vx63_err = exchange(request, reqData, response, at);
-    return vx63_err == VX63_OK ? judge(response.ucRet(), at) : vx63_err;
+    const int32_t vx63_err = exchange(request, reqData, response, caller);
+    return vx63_err == VX63_OK ? judge(response.ucRet(), caller) : vx63_err;
 }
 
 static constexpr Request kReboot = {

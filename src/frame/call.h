@@ -36,22 +36,23 @@ struct Response {
 };
 
 // Exchanges a request for its response. Returns VX63_OK, or the transport's code, logged.
-int32_t exchangeBytes(const Request& request, const void* body, uint16_t length, Response& response, Site at);
+int32_t exchangeBytes(const Request& request, const void* body, uint16_t length, Response& response,
+                      Caller caller);
 
 template <class Body>
-int32_t exchange(const Request& request, const Body& body, Response& response, Site at = Site())
+int32_t exchange(const Request& request, const Body& body, Response& response, Caller caller = {})
 {
     static_assert(std::is_trivially_copyable_v<Body> && sizeof(Body) <= wire::kBodySize);
-    return exchangeBytes(request, &body, sizeof body, response, at);
+    return exchangeBytes(request, &body, sizeof body, response, caller);
 }
 
 // The rules by which a service's ucRet becomes a result; a failure is logged.
-int32_t judge(uint8_t ucRet, Site at = Site());           // 0 is success
-int32_t judgeParameter(uint8_t ucRet, Site at = Site());  // as judge; 2 is a parameter error
-int32_t judgeMeas(uint8_t ucRet, Site at = Site());       // as judgeParameter; 7 is success
-int32_t judgeMeasResult(uint8_t ucRet, Site at = Site()); // as judgeMeas; 3 is a power-supply error
+int32_t judge(uint8_t ucRet, Caller caller = {});           // 0 is success
+int32_t judgeParameter(uint8_t ucRet, Caller caller = {});  // as judge; 2 is a parameter error
+int32_t judgeMeas(uint8_t ucRet, Caller caller = {});       // as judgeParameter; 7 is success
+int32_t judgeMeasResult(uint8_t ucRet, Caller caller = {}); // as judgeMeas; 3 is a power-supply error
 
-// Logs the end of an operation and returns its result.
-int32_t logEnd(int32_t vx63_err, Site at = Site());
+// Logs the end of an operation and returns its result. A log statement like logLine: the line is its own.
+int32_t logEnd(int32_t vx63_err, Site at = {});
 
 } // namespace vx63

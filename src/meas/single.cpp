@@ -77,9 +77,9 @@ void vx63::storeValues(const wire::SingleResultResponse& rspData, SingleMeasResu
     result.MOD = rspData.MOD;
 }
 
-void vx63::logValues(const SingleMeasResult& result, Site at)
+void vx63::logValues(const SingleMeasResult& result, Caller caller)
 {
-    logLine(at,
+    logLine({caller},
             "lock=%02X stat=%04X mesCond=%04X bdSys=%04X LEVEL=%u CNR=%u BER_TOTAL=%u BER_ERR=%u "
             "TSID=%04X GI=%u LAYER=%02X MOD=%04X",
             result.lock, result.stat, result.mesCond, result.bdSys, result.LEVEL, result.CNR,

@@ -14,6 +14,6 @@ int32_t vx63_startSingleMeasCommon(uint8_t ucDispType, const MeasCondition* pCon
 void storeValues(const wire::SingleResultResponse& rspData, SingleMeasResult& result);
 
 // Logs the values that storeValues stores.
-void logValues(const SingleMeasResult& result, Site at = Site());
+void logValues(const SingleMeasResult& result, Caller caller = {});
 
 } // namespace vx63
