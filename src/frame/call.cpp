@@ -5,15 +5,9 @@
 
 namespace vx63 {
 
-int32_t exchangeBytes(const Request& request, const void* body, uint16_t length, Response& response,
-                      Caller caller)
+int32_t judgeNothing(uint8_t, Caller)
 {
-    const int32_t vx63_err =
-        vx63_sndRcvCommon(request.ucDstId, request.usCmd, body, length, response.bytes, request.ulTimeout);
-    if (vx63_err != VX63_OK) {
-        logLine({caller}, "%s communication error. vx63_err=%d", request.commFailed, vx63_err);
-    }
-    return vx63_err;
+    return VX63_OK;
 }
 
 int32_t judge(uint8_t ucRet, Caller caller)
@@ -46,6 +40,19 @@ int32_t judgeMeasResult(uint8_t ucRet, Caller caller)
         return VX63_ERR_POWER;
     }
     return judgeMeas(ucRet, caller);
+}
+
+int32_t exchangeBytes(const Request& request, const void* body, uint16_t length, Response& response,
+                      Rule& rule, Caller caller)
+{
+    memset(response.bytes, 0, sizeof response.bytes);
+    const int32_t vx63_err =
+        vx63_sndRcvCommon(request.ucDstId, request.usCmd, body, length, response.bytes, request.ulTimeout);
+    if (vx63_err != VX63_OK) {
+        logLine({caller}, "%s communication error. vx63_err=%d", request.commFailed, vx63_err);
+        return vx63_err;
+    }
+    return rule(response.ucRet(), caller);
 }
 
 int32_t logEnd(int32_t vx63_err, Site at)

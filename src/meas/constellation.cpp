@@ -2,7 +2,7 @@
 #include "meas/constellation.h"
 
 #include "frame/call.h"
-#include "meas/single.h"
+#include "meas/values.h"
 #include "meas/wire.h"
 
 #include <algorithm>
@@ -33,11 +33,7 @@ int32_t vx63_startConstaMeas(uint8_t ucDispType, int32_t collectNum)
     logLine({}, "collectNum=%d", collectNum);
 
     Response response;
-    int32_t vx63_err = exchange(kConstaMeas, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kConstaMeas, reqData, response, judgeMeas));
 }
 
 int32_t vx63_stopConstaMeas(uint8_t ucDispType)
@@ -49,11 +45,7 @@ int32_t vx63_stopConstaMeas(uint8_t ucDispType)
     logLine({}, "reqData.ucDispType=%u", reqData.ucDispType);
 
     Response response;
-    int32_t vx63_err = exchange(kConstaMeas, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kConstaMeas, reqData, response, judgeMeas));
 }
 
 // The thread's own, to spare its stack.
@@ -63,20 +55,20 @@ static constinit thread_local Response s_rspDataConsta;
 static constexpr Request kConstaResult = {
     .ucDstId = PROC_ID_PMEAS, .usCmd = 0x0106, .ulTimeout = 10000, .commFailed = "subcpu"};
 
+// As judgeMeasResult; every ucRet is logged.
+static int32_t judgeConstaResult(uint8_t ucRet, Caller caller)
+{
+    logLine({caller}, "s_rspDataConsta.ucRet=%u", ucRet);
+    return judgeMeasResult(ucRet, caller);
+}
+
 int32_t vx63::readConstellation(uint16_t usReadCount, SingleMeasResult& result, Caller caller)
 {
     s_reqDataConsta.usReadCount = usReadCount;
     logLine({caller}, "usReadCount=%d", usReadCount);
 
-    // What the response does not carry is zero, never a rest of the one before.
     Response& response = s_rspDataConsta;
-    memset(response.bytes, 0, sizeof response.bytes);
-    int32_t vx63_err = exchange(kConstaResult, s_reqDataConsta, response, caller);
-    if (vx63_err != VX63_OK) {
-        return vx63_err;
-    }
-    logLine({caller}, "s_rspDataConsta.ucRet=%u", response.ucRet());
-    vx63_err = judgeMeasResult(response.ucRet(), caller);
+    const int32_t vx63_err = exchange(kConstaResult, s_reqDataConsta, response, judgeConstaResult, caller);
     if (vx63_err != VX63_OK) {
         return vx63_err;
     }

@@ -80,10 +80,7 @@ int32_t vx63::vx63_startMultiMeasCommon(uint8_t ucDispType, const MultiMeasReg* 
         }
 
         Response response;
-        int32_t vx63_err = exchange(kMultiMeas, reqData, response);
-        if (vx63_err == VX63_OK) {
-            vx63_err = judgeMeas(response.ucRet());
-        }
+        const int32_t vx63_err = exchange(kMultiMeas, reqData, response, judgeMeas);
         if (vx63_err != VX63_OK) {
             return vx63_err; // intended: the parts before stay registered
         }
@@ -106,8 +103,7 @@ int32_t vx63::stopMulti(uint8_t ucDispType, Caller caller)
     logLine({caller}, "reqData.ucDispType=%u", reqData.ucDispType);
 
     Response response;
-    const int32_t vx63_err = exchange(kMultiMeas, reqData, response, caller);
-    return vx63_err == VX63_OK ? judgeMeas(response.ucRet(), caller) : vx63_err;
+    return exchange(kMultiMeas, reqData, response, judgeMeas, caller);
 }
 
 int32_t vx63_stopMultiMeas(uint8_t ucDispType)
@@ -140,10 +136,7 @@ int32_t vx63::readMulti(int32_t sIndex, MultiMeasResult* pResult, Caller caller)
     reqData.usIndex = static_cast<uint16_t>(sIndex); // intended: no upper bound, the low 16 bits go out
 
     Response response;
-    int32_t vx63_err = exchange(kMultiMeasResult, reqData, response, caller);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeasResult(response.ucRet(), caller);
-    }
+    const int32_t vx63_err = exchange(kMultiMeasResult, reqData, response, judgeMeasResult, caller);
     if (vx63_err != VX63_OK) {
         return vx63_err;
     }
