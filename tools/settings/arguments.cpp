@@ -16,9 +16,9 @@ CLI::Option* addFileArgument(CLI::App& app, FileRef& file)
         ->required();
 }
 
-const vx63::Column* requireColumn(const FileRef& file, const std::string& name)
+const vx63::settings::Column* requireColumn(const FileRef& file, const std::string& name)
 {
-    const vx63::Column* column = columnNamed(entryOf(file), name);
+    const vx63::settings::Column* column = columnNamed(entryOf(file), name);
     if (column == nullptr)
         throw Failure(kExitUsage, "cannot find column '" + name + "'",
                       nameOf(file) + " has the columns " + headerOf(entryOf(file)), "choose one of them");

@@ -11,7 +11,7 @@ namespace tool {
 CLI::Option* addFileArgument(CLI::App& app, FileRef& file);
 
 // Throw Failure.
-const vx63::Column* requireColumn(const FileRef& file, const std::string& name);
+const vx63::settings::Column* requireColumn(const FileRef& file, const std::string& name);
 void requireRecord(const FileRef& file, const Contents& contents, uint32_t record);
 
 } // namespace tool

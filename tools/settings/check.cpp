@@ -68,7 +68,7 @@ nlohmann::ordered_json findingJson(const Finding& finding)
 int check(const Options& options)
 {
     std::vector<Finding> findings;
-    for (const vx63::SettingsFile& entry : vx63::kSettingsFiles) {
+    for (const vx63::settings::File& entry : vx63::settings::kFiles) {
         if (kindOf(entry.fileId) == FileKind::ordinary)
             checkFile({entry.fileId, ""}, findings);
         else if (kindOf(entry.fileId) == FileKind::set)

@@ -64,11 +64,11 @@ nlohmann::ordered_json orNull(const std::optional<T>& value)
     return value ? nlohmann::ordered_json(*value) : nlohmann::ordered_json();
 }
 
-nlohmann::ordered_json stateJson(const vx63::SettingsFile& entry, const State& state)
+nlohmann::ordered_json stateJson(const vx63::settings::File& entry, const State& state)
 {
     auto columns = nlohmann::ordered_json::array();
     for (uint32_t i = 0; i < entry.columnCount; ++i) {
-        const vx63::Column& column = entry.columns[i];
+        const vx63::settings::Column& column = entry.columns[i];
         columns.push_back({{"name", column.name},
                            {"type", column.type},
                            {"width", column.width},
@@ -82,7 +82,7 @@ nlohmann::ordered_json stateJson(const vx63::SettingsFile& entry, const State& s
         {"id", entry.fileId},
         {"name", nameOf({entry.fileId, ""})},
         {"path", entry.path},
-        {"version", vx63::kSettingsVersion},
+        {"version", vx63::settings::kVersion},
         {"header", headerOf(entry)},
         {"columns", entry.columnCount},
         {"record_bytes", entry.dataSize},
@@ -100,7 +100,7 @@ nlohmann::ordered_json stateJson(const vx63::SettingsFile& entry, const State& s
 int list(const Options& options)
 {
     std::vector<std::vector<std::string>> rows = {{"ID", "FILE", "RECORDS", "STATE"}};
-    for (const vx63::SettingsFile& entry : vx63::kSettingsFiles) {
+    for (const vx63::settings::File& entry : vx63::settings::kFiles) {
         const State state = stateOf(entry.fileId);
         if (options.json)
             print(stateJson(entry, state).dump() + "\n");
