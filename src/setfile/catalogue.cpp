@@ -158,7 +158,7 @@ constexpr std::string_view folderOf(const SetFileDef& def)
 
 static_assert(std::size(kFiles) == 50 && kCatalogue.size() == 50);
 
-// By file id, here and there.
+// Both tables lie in the order of the ids.
 static_assert(everyRow([](uint32_t fileId, const SetFileDef& def) {
     return kFiles[fileId].fileId == fileId && def.path == std::string_view(kFiles[fileId].path);
 }));
