@@ -114,8 +114,8 @@ ReadBack readSettings(const Settings& settings, uint8_t fileId)
     // The notice of a set does not tell its name.
     const fs::path folder = path.parent_path();
     const SetFileDef& list =
-        kCatalogue[std::find_if(std::begin(vx63::kSetPairs), std::end(vx63::kSetPairs),
-                                [fileId](const vx63::SetPair& pair) { return pair.set == fileId; })
+        kCatalogue[std::find_if(std::begin(vx63::settings::kSetPairs), std::end(vx63::settings::kSetPairs),
+                                [fileId](const vx63::settings::SetPair& pair) { return pair.set == fileId; })
                        ->list];
     ReadBack all = readFile(list, placeOf(settings, list));
     if (all.records < 0)

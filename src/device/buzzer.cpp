@@ -8,23 +8,23 @@ using namespace vx63;
 static constexpr uint32_t kBuzzMax = 4;
 
 // The volume's rule: as judgeParameter, but 3 is a repeating pattern.
-static int32_t judgeVolume(uint8_t ucRet, Site at = Site())
+static int32_t judgeVolume(uint8_t ucRet, Caller caller)
 {
     if (ucRet == 3) {
-        logLine(at, "buzzer repeating. vx63_err=%d", VX63_ERR_REPEAT);
+        logLine({caller}, "buzzer repeating. vx63_err=%d", VX63_ERR_REPEAT);
         return VX63_ERR_REPEAT;
     }
-    return judgeParameter(ucRet, at);
+    return judgeParameter(ucRet, caller);
 }
 
 // The buzzer's rule: as the volume's, but 4 is a sound of higher priority.
-static int32_t judgeBuzzer(uint8_t ucRet, Site at = Site())
+static int32_t judgeBuzzer(uint8_t ucRet, Caller caller)
 {
     if (ucRet == 4) {
-        logLine(at, "buzzer priority busy. vx63_err=%d", VX63_ERR_PRIORITY);
+        logLine({caller}, "buzzer priority busy. vx63_err=%d", VX63_ERR_PRIORITY);
         return VX63_ERR_PRIORITY;
     }
-    return judgeVolume(ucRet, at);
+    return judgeVolume(ucRet, caller);
 }
 
 static constexpr Request kBuzzer = {
@@ -49,11 +49,7 @@ int32_t vx63_buzzer(int32_t buzz, int32_t buzzMode)
     reqData.ucBuzzMode = static_cast<uint8_t>(buzzMode);
 
     Response response;
-    int32_t vx63_err = exchange(kBuzzer, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeBuzzer(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kBuzzer, reqData, response, judgeBuzzer));
 }
 
 static constexpr Request kForceBuzzerVolume = {
@@ -78,11 +74,7 @@ int32_t vx63_forceBuzzerVolume(int32_t buzz, int32_t buzzVol)
     reqData.ucBuzzVol = static_cast<uint8_t>(buzzVol);
 
     Response response;
-    int32_t vx63_err = exchange(kForceBuzzerVolume, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeVolume(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kForceBuzzerVolume, reqData, response, judgeVolume));
 }
 
 static constexpr Request kForceBrightness = {
@@ -98,13 +90,8 @@ int32_t vx63_forceBrightness(int32_t brightness)
         return logEnd(VX63_ERR_ARG);
     }
     logLine({}, "brightness=%d", brightness);
-    wire::ByteRequest reqData = {};
-    reqData.ucArg = static_cast<uint8_t>(brightness);
+    const wire::ByteRequest reqData = {.ucArg = static_cast<uint8_t>(brightness)};
 
     Response response;
-    int32_t vx63_err = exchange(kForceBrightness, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeParameter(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kForceBrightness, reqData, response, judgeParameter));
 }

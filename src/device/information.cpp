@@ -54,7 +54,7 @@ int32_t vx63_getProductInfo(ProductInfo* pProductInfo)
         return logEnd(VX63_ERR_ARG);
     }
     Response response;
-    const int32_t vx63_err = exchange(kGetProductInfo, wire::ByteRequest{}, response);
+    const int32_t vx63_err = exchange(kGetProductInfo, wire::ByteRequest{}, response, judgeNothing);
     if (vx63_err == VX63_OK) {
         const auto rspData = response.as<wire::ProductInfoResponse>();
         memcpy(pProductInfo, &rspData, sizeof *pProductInfo);
@@ -79,7 +79,7 @@ int32_t vx63_getFailinfo(FailInfo* pFail)
         return VX63_ERR_ARG;
     }
     Response response;
-    const int32_t vx63_err = exchange(kGetFailinfo, wire::ByteRequest{}, response);
+    const int32_t vx63_err = exchange(kGetFailinfo, wire::ByteRequest{}, response, judgeNothing);
     if (vx63_err == VX63_OK) {
         const auto rspData = response.as<wire::FailInfoResponse>();
         memcpy(pFail, &rspData, sizeof *pFail);
@@ -109,7 +109,7 @@ int32_t vx63_getKeyStatus(KeyStatus* pKeyStat)
         return VX63_ERR_ARG;
     }
     Response response;
-    const int32_t vx63_err = exchange(kGetKeyStatus, wire::ByteRequest{}, response);
+    const int32_t vx63_err = exchange(kGetKeyStatus, wire::ByteRequest{}, response, judgeNothing);
     if (vx63_err != VX63_OK) {
         for (int i = 0; i < VX63_KEYS; ++i) {
             logKeyLine({}, "pKeyStat->stat[%d]=%d", i, pKeyStat->stat[i]);
@@ -134,7 +134,7 @@ int32_t vx63_getDeviceStatus(DeviceStatus* pDevStat)
         return VX63_ERR_ARG;
     }
     Response response;
-    const int32_t vx63_err = exchange(kGetDeviceStatus, wire::ByteRequest{}, response);
+    const int32_t vx63_err = exchange(kGetDeviceStatus, wire::ByteRequest{}, response, judgeNothing);
     if (vx63_err == VX63_OK) {
         const auto rspData = response.as<wire::DeviceStatusResponse>();
         pDevStat->usStat0 = rspData.usStat0;
@@ -170,5 +170,5 @@ int32_t vx63_setFailStat(uint16_t usCode, uint8_t ucStat, const uint8_t* ucAddIn
     memcpy(reqData.ucAddInfo, ucAddInfo, sizeof reqData.ucAddInfo);
 
     Response response; // not examined
-    return exchange(kSetFailStat, reqData, response);
+    return exchange(kSetFailStat, reqData, response, judgeNothing);
 }

@@ -6,25 +6,14 @@
 
 using namespace vx63;
 
-// The command of most operations here: an argument byte (0 where there is none) out, nothing but ucRet in,
-// and 0 alone is success.
-static int32_t command(const Request& request, uint8_t ucArg, Site at = Site())
-{
-    wire::ByteRequest reqData = {};
-    reqData.ucArg = ucArg;
-
-    Response response;
-    const int32_t vx63_err = exchange(request, reqData, response, at);
-    return vx63_err == VX63_OK ? judge(response.ucRet(), at) : vx63_err;
-}
-
 static constexpr Request kReboot = {
     .ucDstId = PROC_ID_PSYS, .usCmd = 0x000C, .ulTimeout = 10000, .commFailed = "PROC_ID_PSYS"};
 
 int32_t vx63_reboot()
 {
     logLine({}, "Start.");
-    return logEnd(command(kReboot, 0));
+    Response response;
+    return logEnd(exchange(kReboot, wire::ByteRequest{}, response, judge));
 }
 
 static constexpr Request kShutdown = {
@@ -33,7 +22,8 @@ static constexpr Request kShutdown = {
 int32_t vx63_shutdown()
 {
     logLine({}, "Start.");
-    return logEnd(command(kShutdown, 0));
+    Response response;
+    return logEnd(exchange(kShutdown, wire::ByteRequest{}, response, judge));
 }
 
 static constexpr Request kStandbySystem = {
@@ -44,7 +34,9 @@ static constexpr Request kStandbyMeas = {
 int32_t vx63_standby(uint8_t ucMode)
 {
     logLine({}, "Start. ucMode=%u", ucMode);
-    return logEnd(command(ucMode == 0 ? kStandbySystem : kStandbyMeas, ucMode));
+    Response response;
+    return logEnd(exchange(ucMode == 0 ? kStandbySystem : kStandbyMeas, wire::ByteRequest{.ucArg = ucMode},
+                           response, judge));
 }
 
 static constexpr Request kWakeupSystem = {
@@ -55,7 +47,9 @@ static constexpr Request kWakeupMeas = {
 int32_t vx63_wakeup(uint8_t ucMode)
 {
     logLine({}, "Start. ucMode=%u", ucMode);
-    return logEnd(command(ucMode == 0 ? kWakeupSystem : kWakeupMeas, ucMode));
+    Response response;
+    return logEnd(exchange(ucMode == 0 ? kWakeupSystem : kWakeupMeas, wire::ByteRequest{.ucArg = ucMode},
+                           response, judge));
 }
 
 // Intended: the forced ones ask the measurement service and name the system service when that fails.
@@ -65,7 +59,8 @@ static constexpr Request kForceStandby = {
 int32_t vx63_force_standby()
 {
     logLine({}, "Start.");
-    return logEnd(command(kForceStandby, 0));
+    Response response;
+    return logEnd(exchange(kForceStandby, wire::ByteRequest{}, response, judge));
 }
 
 static constexpr Request kForceWakeup = {
@@ -74,7 +69,8 @@ static constexpr Request kForceWakeup = {
 int32_t vx63_force_wakeup()
 {
     logLine({}, "Start.");
-    return logEnd(command(kForceWakeup, 0));
+    Response response;
+    return logEnd(exchange(kForceWakeup, wire::ByteRequest{}, response, judge));
 }
 
 static constexpr Request kGetStandbyStat = {
@@ -88,10 +84,7 @@ int32_t vx63_getStandbyStat(uint32_t* pStandbyStat)
         return logEnd(VX63_ERR_ARG);
     }
     Response response;
-    int32_t vx63_err = exchange(kGetStandbyStat, wire::ByteRequest{}, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeParameter(response.ucRet());
-    }
+    const int32_t vx63_err = exchange(kGetStandbyStat, wire::ByteRequest{}, response, judgeParameter);
     if (vx63_err == VX63_OK) {
         const auto rspData = response.as<wire::StandbyStatResponse>();
         *pStandbyStat = rspData.ulStandbyStat;
@@ -106,24 +99,25 @@ static constexpr Request kCalibration = {
 int32_t vx63_calibration(uint8_t ucMode)
 {
     logLine({}, "Start. ucMode=%u", ucMode);
-    return logEnd(command(kCalibration, ucMode));
+    Response response;
+    return logEnd(exchange(kCalibration, wire::ByteRequest{.ucArg = ucMode}, response, judge));
 }
 
 static constexpr Request kNtfLowBattStatChg = {
     .ucDstId = PROC_ID_PMEAS, .usCmd = 0x0019, .ulTimeout = 5000, .commFailed = "PROC_ID_PMEAS"};
 
+// The notice's rule: as judgeParameter, but 3 is success.
+static int32_t judgeLowBatt(uint8_t ucRet, Caller caller)
+{
+    return ucRet == 3 ? static_cast<int32_t>(VX63_OK) : judgeParameter(ucRet, caller);
+}
+
 int32_t vx63_ntfLowBattStatChg(uint8_t ucLowBattStat)
 {
     logLine({}, "Start. ucLowBattStat=%u", ucLowBattStat);
-    wire::ByteRequest reqData = {};
-    reqData.ucArg = ucLowBattStat;
-
     Response response;
-    int32_t vx63_err = exchange(kNtfLowBattStatChg, reqData, response);
-    if (vx63_err == VX63_OK && response.ucRet() != 3) { // 3 is success here, like 0
-        vx63_err = judgeParameter(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(
+        exchange(kNtfLowBattStatChg, wire::ByteRequest{.ucArg = ucLowBattStat}, response, judgeLowBatt));
 }
 
 static constexpr Request kInitFactoryDefault = {
@@ -132,7 +126,8 @@ static constexpr Request kInitFactoryDefault = {
 int32_t vx63_initFactoryDefault()
 {
     logLine({}, "Start.");
-    return logEnd(command(kInitFactoryDefault, 0));
+    Response response;
+    return logEnd(exchange(kInitFactoryDefault, wire::ByteRequest{}, response, judge));
 }
 
 static constexpr Request kSetDeveloperMode = {
@@ -141,5 +136,6 @@ static constexpr Request kSetDeveloperMode = {
 int32_t vx63_setDeveloperMode(uint8_t ucOnOff)
 {
     logLine({}, "Start. ucOnOff=%u", ucOnOff);
-    return logEnd(command(kSetDeveloperMode, ucOnOff));
+    Response response;
+    return logEnd(exchange(kSetDeveloperMode, wire::ByteRequest{.ucArg = ucOnOff}, response, judge));
 }

@@ -23,7 +23,7 @@ int32_t vx63_prgUpdate(const void* pUpdateReq)
     // Intended: asked again without a pause and without a limit; the service sets the pace.
     for (;;) {
         Response response;
-        const int32_t vx63_err = exchange(kPrgUpdate, reqData, response);
+        const int32_t vx63_err = exchange(kPrgUpdate, reqData, response, judgeNothing);
         if (vx63_err != VX63_OK) {
             return logEnd(vx63_err);
         }

@@ -19,39 +19,44 @@ struct Request {
     const char* commFailed; // what the line about a failed exchange starts with
 };
 
-// A response body: room for the largest, zero where the response carried nothing.
+template <class Body>
+concept WireBody = std::is_trivially_copyable_v<Body> && sizeof(Body) <= wire::kBodySize;
+
+// A response body: room for the largest. The exchange fills it, with zero where the response carried nothing.
 struct Response {
-    alignas(8) uint8_t bytes[wire::kBodySize] = {};
+    alignas(8) uint8_t bytes[wire::kBodySize];
 
     uint8_t ucRet() const { return bytes[0]; }
 
-    template <class Body>
+    template <WireBody Body>
     Body as() const
     {
-        static_assert(std::is_trivially_copyable_v<Body> && sizeof(Body) <= sizeof bytes);
         Body body;
         memcpy(&body, bytes, sizeof body);
         return body;
     }
 };
 
-// Exchanges a request for its response. Returns VX63_OK, or the transport's code, logged.
-int32_t exchangeBytes(const Request& request, const void* body, uint16_t length, Response& response, Site at);
+// The rule by which a service's ucRet becomes a result; a failure is logged.
+using Rule = int32_t(uint8_t ucRet, Caller caller);
 
-template <class Body>
-int32_t exchange(const Request& request, const Body& body, Response& response, Site at = Site())
+Rule judgeNothing;    // the response has no ucRet, or is judged elsewhere
+Rule judge;           // 0 is success
+Rule judgeParameter;  // as judge; 2 is a parameter error
+Rule judgeMeas;       // as judgeParameter; 7 is success
+Rule judgeMeasResult; // as judgeMeas; 3 is a power-supply error
+
+// Exchanges a request for its response and judges that. Returns a result code; what failed is logged.
+int32_t exchangeBytes(const Request& request, const void* body, uint16_t length, Response& response,
+                      Rule& rule, Caller caller);
+
+template <WireBody Body>
+int32_t exchange(const Request& request, const Body& body, Response& response, Rule& rule, Caller caller = {})
 {
-    static_assert(std::is_trivially_copyable_v<Body> && sizeof(Body) <= wire::kBodySize);
-    return exchangeBytes(request, &body, sizeof body, response, at);
+    return exchangeBytes(request, &body, sizeof body, response, rule, caller);
 }
 
-// The rules by which a service's ucRet becomes a result; a failure is logged.
-int32_t judge(uint8_t ucRet, Site at = Site());           // 0 is success
-int32_t judgeParameter(uint8_t ucRet, Site at = Site());  // as judge; 2 is a parameter error
-int32_t judgeMeas(uint8_t ucRet, Site at = Site());       // as judgeParameter; 7 is success
-int32_t judgeMeasResult(uint8_t ucRet, Site at = Site()); // as judgeMeas; 3 is a power-supply error
-
-// Logs the end of an operation and returns its result.
-int32_t logEnd(int32_t vx63_err, Site at = Site());
+// Logs the end of an operation and returns its result. A log statement like logLine: the line is its own.
+int32_t logEnd(int32_t vx63_err, Site at = {});
 
 } // namespace vx63

@@ -145,14 +145,14 @@ void logKeyLine(const Site& at, const char* format, ...)
     va_end(arguments);
 }
 
-void logDump(const char* label, const uint8_t* bytes, uint32_t count, Site at)
+void logDump(const char* label, const uint8_t* bytes, uint32_t count, Caller caller)
 {
     constexpr uint32_t kBytesPerLine = 16;
     char* const buffer = gLibDumpLog;
     constexpr size_t size = sizeof gLibDumpLog;
 
     snprintf(buffer, size, "%s:%d byte", label, static_cast<int>(count));
-    logLine(at, "%s", buffer);
+    logLine({caller}, "%s", buffer);
 
     size_t used = 0;
     for (uint32_t i = 0; i < count; ++i) {
@@ -161,11 +161,11 @@ void logDump(const char* label, const uint8_t* bytes, uint32_t count, Site at)
         }
         used += static_cast<size_t>(snprintf(buffer + used, size - used, " %02X", bytes[i]));
         if (i % kBytesPerLine == kBytesPerLine - 1) {
-            logLine(at, "%s", buffer);
+            logLine({caller}, "%s", buffer);
         }
     }
     if (count % kBytesPerLine != 0) {
-        logLine(at, "%s", buffer);
+        logLine({caller}, "%s", buffer);
     }
 }
 

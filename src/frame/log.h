@@ -6,13 +6,20 @@
 
 namespace vx63 {
 
-// Who logs: the function that an engineer knows and the line of the statement. As a default argument it
-// names the caller, so a shared routine takes one and logs in its caller's name.
+// The function in whose name a line is logged: one that an engineer knows. As a default argument it is the
+// function that calls; a routine that several share takes one and hands it on.
+struct Caller {
+    const char* function;
+    constexpr Caller(const char* callerFunction = __builtin_FUNCTION()) : function(callerFunction) {}
+};
+
+// What a line says of its statement: {} in the name of the function in which it stands, {caller} in its
+// caller's. The line number is the statement's own.
 struct Site {
     const char* function;
     int line;
-    constexpr Site(const char* callerFunction = __builtin_FUNCTION(), int callerLine = __builtin_LINE())
-        : function(callerFunction), line(callerLine)
+    constexpr Site(Caller caller = {}, int statementLine = __builtin_LINE())
+        : function(caller.function), line(statementLine)
     {}
 };
 
@@ -23,6 +30,6 @@ struct Site {
 [[gnu::format(printf, 2, 3)]] void logKeyLine(const Site& at, const char* format, ...);
 
 // Writes a byte buffer as a hex dump: a title line, then 16 bytes a line. Composes it in gLibDumpLog.
-void logDump(const char* label, const uint8_t* bytes, uint32_t count, Site at = Site());
+void logDump(const char* label, const uint8_t* bytes, uint32_t count, Caller caller = {});
 
 } // namespace vx63

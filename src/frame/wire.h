@@ -46,7 +46,7 @@ static_assert(offsetof(LibMsg, ucBody) == kHeadSize);
 // The 4-byte request of most commands: one argument byte, or none.
 struct ByteRequest {
     uint8_t ucArg;
-    uint8_t ucReserved[3];
+    uint8_t ucReserved[3] = {};
 };
 static_assert(sizeof(ByteRequest) == 4 && std::is_trivially_copyable_v<ByteRequest>);
 static_assert(offsetof(ByteRequest, ucArg) == 0);

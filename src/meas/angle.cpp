@@ -44,29 +44,19 @@ static constexpr Request kAngleMeas = {
 int32_t vx63_startAngleMeas(void)
 {
     logLine({}, "Start.");
-    wire::ByteRequest reqData = {};
-    reqData.ucArg = wire::kStart;
+    const wire::ByteRequest reqData = {.ucArg = wire::kStart};
 
     Response response;
-    int32_t vx63_err = exchange(kAngleMeas, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judge(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kAngleMeas, reqData, response, judge));
 }
 
 int32_t vx63_stopAngleMeas(void)
 {
     logLine({}, "Start.");
-    wire::ByteRequest reqData = {};
-    reqData.ucArg = wire::kStop;
+    const wire::ByteRequest reqData = {.ucArg = wire::kStop};
 
     Response response;
-    int32_t vx63_err = exchange(kAngleMeas, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judge(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kAngleMeas, reqData, response, judge));
 }
 
 static constexpr Request kStartAngleCal = {
@@ -76,11 +66,7 @@ int32_t vx63_startAngleCal(void)
 {
     logLine({}, "Start.");
     Response response;
-    int32_t vx63_err = exchange(kStartAngleCal, wire::ByteRequest{}, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judge(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kStartAngleCal, wire::ByteRequest{}, response, judge));
 }
 
 static constexpr Request kGetAngleCalStat = {
@@ -91,10 +77,7 @@ int32_t vx63_getAngleCalStat(AngleCalStat* pStat)
 {
     logLine({}, "Start.");
     Response response;
-    int32_t vx63_err = exchange(kGetAngleCalStat, wire::ByteRequest{}, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judge(response.ucRet());
-    }
+    const int32_t vx63_err = exchange(kGetAngleCalStat, wire::ByteRequest{}, response, judge);
     if (vx63_err == VX63_OK) {
         const auto rspData = response.as<wire::AngleCalStatResponse>();
         pStat->lStatus = rspData.lStatus;
@@ -121,10 +104,7 @@ int32_t vx63_getAngleCalInfoDetail(AngleCalInfoDetail* pInfo)
 {
     logLine({}, "Start.");
     Response response;
-    int32_t vx63_err = exchange(kGetAngleCalInfoDetail, wire::ByteRequest{}, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judge(response.ucRet());
-    }
+    const int32_t vx63_err = exchange(kGetAngleCalInfoDetail, wire::ByteRequest{}, response, judge);
     if (vx63_err == VX63_OK) {
         const auto rspData = response.as<wire::AngleCalInfoDetailResponse>();
         memcpy(pInfo, &rspData.detail, sizeof *pInfo); // as bytes: see vx63_getAngleCalStat

@@ -33,10 +33,10 @@ constexpr Supply kSupplies[] = {
 };
 
 // One out of range is logged and taken as off.
-Supply translateSupply(int32_t powerSupply, Site at)
+Supply translateSupply(int32_t powerSupply, Caller caller)
 {
     if (static_cast<uint32_t>(powerSupply) >= std::size(kSupplies)) {
-        logLine(at, "arg error. powerSupply=%d -> VX63_POWER_SUPPLY_OFF", powerSupply);
+        logLine({caller}, "arg error. powerSupply=%d -> VX63_POWER_SUPPLY_OFF", powerSupply);
         powerSupply = VX63_POWER_SUPPLY_OFF;
     }
     return kSupplies[powerSupply];
@@ -44,9 +44,9 @@ Supply translateSupply(int32_t powerSupply, Site at)
 
 // A start body and a channel of a registration carry a condition in the same fields.
 template <class Body>
-void packCondition(Body& body, const MeasCondition& condition, Site at)
+void packCondition(Body& body, const MeasCondition& condition, Caller caller)
 {
-    const Supply supply = translateSupply(condition.powerSupply, at);
+    const Supply supply = translateSupply(condition.powerSupply, caller);
     body.ulFreq = condition.ulFreq;
     body.ulLoFreq = condition.ulLoFreq;
     body.usBdSys = condition.usBdSys;
@@ -61,9 +61,9 @@ void packCondition(Body& body, const MeasCondition& condition, Site at)
 
 } // namespace
 
-wire::StartRequest packStart(uint8_t ucDispType, const MeasCondition& condition, Site at)
+wire::StartRequest packStart(uint8_t ucDispType, const MeasCondition& condition, Caller caller)
 {
-    logLine(at,
+    logLine({caller},
             "ulFreq=%u, ulLoFreq=%u, usBdSys=%u, usBand=%u, usMod=0x%04X, usCondition=0x%04X, "
             "ucStrChan=[%.*s], ucOutputEnb=%u, powerSupply=%d",
             condition.ulFreq, condition.ulLoFreq, condition.usBdSys, condition.usBand, condition.usMod,
@@ -72,23 +72,23 @@ wire::StartRequest packStart(uint8_t ucDispType, const MeasCondition& condition,
     wire::StartRequest reqData = {};
     reqData.ucDispType = ucDispType;
     reqData.ucStartStop = wire::kStart;
-    packCondition(reqData, condition, at);
-    logLine(at, "reqData.ucDispType=%u", reqData.ucDispType);
+    packCondition(reqData, condition, caller);
+    logLine({caller}, "reqData.ucDispType=%u", reqData.ucDispType);
     return reqData;
 }
 
-wire::StartRequest packStop(uint8_t ucDispType, Site at)
+wire::StartRequest packStop(uint8_t ucDispType, Caller caller)
 {
     wire::StartRequest reqData = {};
     reqData.ucDispType = ucDispType;
-    logLine(at, "reqData.ucDispType=%u", reqData.ucDispType);
+    logLine({caller}, "reqData.ucDispType=%u", reqData.ucDispType);
     return reqData;
 }
 
-wire::Channel packChannel(const MeasCondition& condition, Site at)
+wire::Channel packChannel(const MeasCondition& condition, Caller caller)
 {
     wire::Channel channel = {};
-    packCondition(channel, condition, at);
+    packCondition(channel, condition, caller);
     return channel;
 }
 

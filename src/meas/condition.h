@@ -9,12 +9,12 @@
 namespace vx63 {
 
 // Logs the condition and packs it into a start body. A powerSupply out of range is logged and taken as off.
-wire::StartRequest packStart(uint8_t ucDispType, const MeasCondition& condition, Site at = Site());
+wire::StartRequest packStart(uint8_t ucDispType, const MeasCondition& condition, Caller caller = {});
 
 // The stop body: the display type alone.
-wire::StartRequest packStop(uint8_t ucDispType, Site at = Site());
+wire::StartRequest packStop(uint8_t ucDispType, Caller caller = {});
 
 // Packs the condition into a channel of a registration; powerSupply as in packStart.
-wire::Channel packChannel(const MeasCondition& condition, Site at = Site());
+wire::Channel packChannel(const MeasCondition& condition, Caller caller = {});
 
 } // namespace vx63

@@ -2,7 +2,7 @@
 #include "meas/constellation.h"
 
 #include "frame/call.h"
-#include "meas/single.h"
+#include "meas/values.h"
 #include "meas/wire.h"
 
 #include <algorithm>
@@ -33,11 +33,7 @@ int32_t vx63_startConstaMeas(uint8_t ucDispType, int32_t collectNum)
     logLine({}, "collectNum=%d", collectNum);
 
     Response response;
-    int32_t vx63_err = exchange(kConstaMeas, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kConstaMeas, reqData, response, judgeMeas));
 }
 
 int32_t vx63_stopConstaMeas(uint8_t ucDispType)
@@ -49,11 +45,7 @@ int32_t vx63_stopConstaMeas(uint8_t ucDispType)
     logLine({}, "reqData.ucDispType=%u", reqData.ucDispType);
 
     Response response;
-    int32_t vx63_err = exchange(kConstaMeas, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kConstaMeas, reqData, response, judgeMeas));
 }
 
 // The thread's own, to spare its stack.
@@ -63,20 +55,20 @@ static constinit thread_local Response s_rspDataConsta;
 static constexpr Request kConstaResult = {
     .ucDstId = PROC_ID_PMEAS, .usCmd = 0x0106, .ulTimeout = 10000, .commFailed = "subcpu"};
 
-int32_t vx63::readConstellation(uint16_t usReadCount, SingleMeasResult& result, Site at)
+// As judgeMeasResult; every ucRet is logged.
+static int32_t judgeConstaResult(uint8_t ucRet, Caller caller)
+{
+    logLine({caller}, "s_rspDataConsta.ucRet=%u", ucRet);
+    return judgeMeasResult(ucRet, caller);
+}
+
+int32_t vx63::readConstellation(uint16_t usReadCount, SingleMeasResult& result, Caller caller)
 {
     s_reqDataConsta.usReadCount = usReadCount;
-    logLine(at, "usReadCount=%d", usReadCount);
+    logLine({caller}, "usReadCount=%d", usReadCount);
 
-    // What the response does not carry is zero, never a rest of the one before.
     Response& response = s_rspDataConsta;
-    memset(response.bytes, 0, sizeof response.bytes);
-    int32_t vx63_err = exchange(kConstaResult, s_reqDataConsta, response, at);
-    if (vx63_err != VX63_OK) {
-        return vx63_err;
-    }
-    logLine(at, "s_rspDataConsta.ucRet=%u", response.ucRet());
-    vx63_err = judgeMeasResult(response.ucRet(), at);
+    const int32_t vx63_err = exchange(kConstaResult, s_reqDataConsta, response, judgeConstaResult, caller);
     if (vx63_err != VX63_OK) {
         return vx63_err;
     }
@@ -90,12 +82,13 @@ int32_t vx63::readConstellation(uint16_t usReadCount, SingleMeasResult& result, 
     memcpy(result.points, rspData.points, carried * sizeof(ConstaPoint));
     memset(result.points + carried, 0, (points - carried) * sizeof(ConstaPoint));
 
-    logLine(at,
+    logLine({caller},
             "lock=%02X stat=%04X mesCond=%04X bdSys=%04X LEVEL=%u CNR=%u BER_TOTAL=%u BER_ERR=%u "
             "TSID=%04X GI=%u LAYER=%02X MOD=%04X CONS_NUM=%d",
             result.lock, result.stat, result.mesCond, result.bdSys, result.LEVEL, result.CNR,
             result.BER_TOTAL, result.BER_ERR, result.TSID, result.GI, result.LAYER, result.MOD,
             result.CONS_NUM);
-    logDump("consta data", reinterpret_cast<const uint8_t*>(result.points), points * sizeof(ConstaPoint), at);
+    logDump("consta data", reinterpret_cast<const uint8_t*>(result.points), points * sizeof(ConstaPoint),
+            caller);
     return VX63_OK;
 }

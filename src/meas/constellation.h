@@ -8,6 +8,6 @@ namespace vx63 {
 
 // Reads the latest values and the constellation points. Returns a result code; the record is written on
 // success only.
-int32_t readConstellation(uint16_t usReadCount, SingleMeasResult& result, Site at = Site());
+int32_t readConstellation(uint16_t usReadCount, SingleMeasResult& result, Caller caller = {});
 
 } // namespace vx63

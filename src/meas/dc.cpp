@@ -16,11 +16,7 @@ int32_t vx63_startDcMeas(void)
     reqData.ucStartStop = wire::kStart;
 
     Response response;
-    int32_t vx63_err = exchange(kDcMeas, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kDcMeas, reqData, response, judgeMeas));
 }
 
 int32_t vx63_stopDcMeas(void)
@@ -30,11 +26,7 @@ int32_t vx63_stopDcMeas(void)
     reqData.ucStartStop = wire::kStop;
 
     Response response;
-    int32_t vx63_err = exchange(kDcMeas, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kDcMeas, reqData, response, judgeMeas));
 }
 
 static constexpr Request kDcMeasResult = {
@@ -48,10 +40,8 @@ int32_t vx63_getDcMeasResult(uint32_t* pResult)
         return logEnd(VX63_ERR_ARG);
     }
     Response response;
-    int32_t vx63_err = exchange(kDcMeasResult, wire::ByteRequest{}, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet()); // intended: 3 is no power-supply error here
-    }
+    // Intended: 3 is no power-supply error here.
+    const int32_t vx63_err = exchange(kDcMeasResult, wire::ByteRequest{}, response, judgeMeas);
     if (vx63_err == VX63_OK) {
         *pResult = response.as<wire::DcMeasResultResponse>().ulDcV;
         logLine({}, "ulDcV=%u", *pResult);

@@ -26,11 +26,7 @@ int32_t vx63_startDlyPrfMeas(uint8_t ucDispType, const MeasCondition* pCondition
     const wire::StartRequest reqData = packStart(ucDispType, *pCondition);
 
     Response response;
-    int32_t vx63_err = exchange(kDlyPrfMeas, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kDlyPrfMeas, reqData, response, judgeMeas));
 }
 
 int32_t vx63_stopDlyPrfMeas(uint8_t ucDispType)
@@ -39,11 +35,7 @@ int32_t vx63_stopDlyPrfMeas(uint8_t ucDispType)
     const wire::StartRequest reqData = packStop(ucDispType);
 
     Response response;
-    int32_t vx63_err = exchange(kDlyPrfMeas, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kDlyPrfMeas, reqData, response, judgeMeas));
 }
 
 static constexpr Request kDlyPrfResult = {
@@ -70,10 +62,7 @@ int32_t vx63_getDlyPrfResult(DlyPrfResult* pResult)
         reqData.usBlockNo = static_cast<uint16_t>(lBlockCnt);
 
         Response response;
-        int32_t vx63_err = exchange(kDlyPrfResult, reqData, response);
-        if (vx63_err == VX63_OK) {
-            vx63_err = judgeMeasResult(response.ucRet());
-        }
+        const int32_t vx63_err = exchange(kDlyPrfResult, reqData, response, judgeMeasResult);
         if (vx63_err != VX63_OK) {
             return logEnd(vx63_err);
         }

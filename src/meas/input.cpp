@@ -32,11 +32,7 @@ int32_t vx63_setMeasInput(int32_t input)
     reqData.ucInput = static_cast<uint8_t>(input);
 
     Response response;
-    int32_t vx63_err = exchange(kSetMeasInput, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kSetMeasInput, reqData, response, judgeMeas));
 }
 
 static constexpr Request kReqPowerSupply = {
@@ -51,15 +47,11 @@ int32_t vx63_reqPowerSupply(int32_t powerSupply)
         logLine({}, "arg error. powerSupply=%d", powerSupply);
         return logEnd(VX63_ERR_ARG);
     }
-    wire::ByteRequest reqData = {};
-    reqData.ucArg = static_cast<uint8_t>(powerSupply); // raw, unlike in a start body
+    // Raw, unlike in a start body.
+    const wire::ByteRequest reqData = {.ucArg = static_cast<uint8_t>(powerSupply)};
 
     Response response;
-    int32_t vx63_err = exchange(kReqPowerSupply, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kReqPowerSupply, reqData, response, judgeMeas));
 }
 
 static constexpr Request kGetMeasStatus = {
@@ -73,10 +65,7 @@ int32_t vx63_getMeasStatus(MeasStatus* pMeasStat)
         return logEnd(VX63_ERR_ARG);
     }
     Response response;
-    int32_t vx63_err = exchange(kGetMeasStatus, wire::ByteRequest{}, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet());
-    }
+    const int32_t vx63_err = exchange(kGetMeasStatus, wire::ByteRequest{}, response, judgeMeas);
     if (vx63_err == VX63_OK) {
         const auto rspData = response.as<wire::MeasStatusResponse>();
         pMeasStat->ulMeasStat = rspData.ulMeasStat;
@@ -94,10 +83,7 @@ int32_t vx63_getPowerSupplyInfo(PowerSupplyInfo* pInfo)
 {
     logLine({}, "Start.");
     Response response;
-    int32_t vx63_err = exchange(kGetPowerSupplyInfo, wire::ByteRequest{}, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judge(response.ucRet());
-    }
+    const int32_t vx63_err = exchange(kGetPowerSupplyInfo, wire::ByteRequest{}, response, judge);
     if (vx63_err == VX63_OK) {
         const auto rspData = response.as<wire::PowerSupplyInfoResponse>();
         pInfo->ucPowerSupply = rspData.ucPowerSupply;
@@ -117,13 +103,8 @@ static constexpr Request kSetPowerSupplyMultiMeasMixBand = {
 int32_t vx63_setPowerSupplyMultiMeasMixBand(uint8_t ucOnOff)
 {
     logLine({}, "Start. ucOnOff=%u", ucOnOff);
-    wire::ByteRequest reqData = {};
-    reqData.ucArg = ucOnOff;
+    const wire::ByteRequest reqData = {.ucArg = ucOnOff};
 
     Response response;
-    int32_t vx63_err = exchange(kSetPowerSupplyMultiMeasMixBand, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judge(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kSetPowerSupplyMultiMeasMixBand, reqData, response, judge));
 }

@@ -80,10 +80,7 @@ int32_t vx63::vx63_startMultiMeasCommon(uint8_t ucDispType, const MultiMeasReg* 
         }
 
         Response response;
-        int32_t vx63_err = exchange(kMultiMeas, reqData, response);
-        if (vx63_err == VX63_OK) {
-            vx63_err = judgeMeas(response.ucRet());
-        }
+        const int32_t vx63_err = exchange(kMultiMeas, reqData, response, judgeMeas);
         if (vx63_err != VX63_OK) {
             return vx63_err; // intended: the parts before stay registered
         }
@@ -98,16 +95,15 @@ int32_t vx63_startMultiMeas(uint8_t ucDispType, const MultiMeasReg* pReg)
     return logEnd(vx63_startMultiMeasCommon(ucDispType, pReg, wire::kKindMulti));
 }
 
-int32_t vx63::stopMulti(uint8_t ucDispType, Site at)
+int32_t vx63::stopMulti(uint8_t ucDispType, Caller caller)
 {
     wire::MultiMeasRequest reqData = {};
     reqData.ucDispType = ucDispType;
     reqData.ucKind = wire::kKindStop;
-    logLine(at, "reqData.ucDispType=%u", reqData.ucDispType);
+    logLine({caller}, "reqData.ucDispType=%u", reqData.ucDispType);
 
     Response response;
-    const int32_t vx63_err = exchange(kMultiMeas, reqData, response, at);
-    return vx63_err == VX63_OK ? judgeMeas(response.ucRet(), at) : vx63_err;
+    return exchange(kMultiMeas, reqData, response, judgeMeas, caller);
 }
 
 int32_t vx63_stopMultiMeas(uint8_t ucDispType)
@@ -125,25 +121,22 @@ int32_t vx63_setMultiMeasChannel(void)
 static constexpr Request kMultiMeasResult = {
     .ucDstId = PROC_ID_PMEAS, .usCmd = 0x010B, .ulTimeout = 10000, .commFailed = "subcpu"};
 
-int32_t vx63::readMulti(int32_t sIndex, MultiMeasResult* pResult, Site at)
+int32_t vx63::readMulti(int32_t sIndex, MultiMeasResult* pResult, Caller caller)
 {
-    logLine(at, "sIndex=%d pResult=%p", sIndex, static_cast<void*>(pResult));
+    logLine({caller}, "sIndex=%d pResult=%p", sIndex, static_cast<void*>(pResult));
     if (pResult == nullptr) {
-        logLine(at, "arg error. pResult=%p", static_cast<void*>(pResult));
+        logLine({caller}, "arg error. pResult=%p", static_cast<void*>(pResult));
         return VX63_ERR_ARG;
     }
     if (sIndex < 0) {
-        logLine(at, "arg error. sIndex=%d", sIndex);
+        logLine({caller}, "arg error. sIndex=%d", sIndex);
         return VX63_ERR_ARG;
     }
     wire::MultiResultRequest reqData = {};
     reqData.usIndex = static_cast<uint16_t>(sIndex); // intended: no upper bound, the low 16 bits go out
 
     Response response;
-    int32_t vx63_err = exchange(kMultiMeasResult, reqData, response, at);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeasResult(response.ucRet(), at);
-    }
+    const int32_t vx63_err = exchange(kMultiMeasResult, reqData, response, judgeMeasResult, caller);
     if (vx63_err != VX63_OK) {
         return vx63_err;
     }
@@ -163,7 +156,7 @@ int32_t vx63::readMulti(int32_t sIndex, MultiMeasResult* pResult, Site at)
     pResult->LAYER = rspData.LAYER;
     pResult->MOD = rspData.MOD;
     // Intended: GI shows under TSID and TSID under GI.
-    logLine(at,
+    logLine({caller},
             "lock=%02X stat=%04X mesCond=%04X readIdx=%u currIdx=%u bdSys=%04X LEVEL=%u CNR=%u "
             "BER_TOTAL=%u BER_ERR=%u TSID=%04X GI=%u LAYER=%02X MOD=%04X",
             pResult->lock, pResult->stat, pResult->mesCond, pResult->readIdx, pResult->currIdx,

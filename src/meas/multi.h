@@ -12,9 +12,9 @@ namespace vx63 {
 int32_t vx63_startMultiMeasCommon(uint8_t ucDispType, const MultiMeasReg* pReg, uint8_t ucLastKind);
 
 // Stops the run. Returns a result code.
-int32_t stopMulti(uint8_t ucDispType, Site at = Site());
+int32_t stopMulti(uint8_t ucDispType, Caller caller = {});
 
 // Reads the latest values of one channel. Returns a result code; the record is written on success only.
-int32_t readMulti(int32_t sIndex, MultiMeasResult* pResult, Site at = Site());
+int32_t readMulti(int32_t sIndex, MultiMeasResult* pResult, Caller caller = {});
 
 } // namespace vx63

@@ -22,11 +22,7 @@ int32_t vx63_startOptMeas(uint32_t ulWaveLength)
     reqData.ulWaveLength = ulWaveLength;
 
     Response response;
-    int32_t vx63_err = exchange(kOptMeas, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kOptMeas, reqData, response, judgeMeas));
 }
 
 int32_t vx63_stopOptMeas(void)
@@ -36,11 +32,7 @@ int32_t vx63_stopOptMeas(void)
     reqData.ucStartStop = wire::kStop;
 
     Response response;
-    int32_t vx63_err = exchange(kOptMeas, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kOptMeas, reqData, response, judgeMeas));
 }
 
 static constexpr Request kOptMeasResult = {
@@ -54,10 +46,8 @@ int32_t vx63_getOptMeasResult(int32_t* pResult)
         return logEnd(VX63_ERR_ARG);
     }
     Response response;
-    int32_t vx63_err = exchange(kOptMeasResult, wire::ByteRequest{}, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet()); // intended: 3 is no power-supply error here
-    }
+    // Intended: 3 is no power-supply error here.
+    const int32_t vx63_err = exchange(kOptMeasResult, wire::ByteRequest{}, response, judgeMeas);
     if (vx63_err == VX63_OK) {
         *pResult = response.as<wire::OptMeasResultResponse>().lOptPow;
         logLine({}, "lOptPow=%d", *pResult);

@@ -1,7 +1,7 @@
 // The priority multi-channel measurement: a multi-channel run through the commands of a single measurement.
 #include "frame/call.h"
-#include "meas/condition.h"
 #include "meas/single.h"
+#include "meas/values.h"
 #include "meas/wire.h"
 
 using namespace vx63;
@@ -12,20 +12,10 @@ int32_t vx63_startMultiChPrioMeas(uint8_t ucDispType, const MeasCondition* pCond
     return logEnd(vx63_startSingleMeasCommon(ucDispType, pCondition));
 }
 
-static constexpr Request kStopMultiChPrioMeas = {
-    .ucDstId = PROC_ID_PMEAS, .usCmd = 0x0103, .ulTimeout = 10000, .commFailed = "subcpu"};
-
 int32_t vx63_stopMultiChPrioMeas(uint8_t ucDispType)
 {
     logLine({}, "Start.");
-    const wire::StartRequest reqData = packStop(ucDispType);
-
-    Response response;
-    int32_t vx63_err = exchange(kStopMultiChPrioMeas, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(stopSingle(ucDispType));
 }
 
 static constexpr Request kMultiChPrioMeas = {
@@ -41,10 +31,7 @@ int32_t vx63_getMultiChPrioMeas(SingleMeasResult* pResult)
     logLine({}, "pResult=%p", static_cast<void*>(pResult));
 
     Response response;
-    int32_t vx63_err = exchange(kMultiChPrioMeas, wire::ByteRequest{}, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeasResult(response.ucRet());
-    }
+    const int32_t vx63_err = exchange(kMultiChPrioMeas, wire::ByteRequest{}, response, judgeMeasResult);
     if (vx63_err == VX63_OK) {
         storeValues(response.as<wire::SingleResultResponse>(), *pResult);
         logValues(*pResult);

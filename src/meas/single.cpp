@@ -4,26 +4,10 @@
 #include "frame/call.h"
 #include "meas/condition.h"
 #include "meas/constellation.h"
+#include "meas/values.h"
 #include "meas/wire.h"
 
 using namespace vx63;
-
-static_assert(sizeof(SingleMeasResult) == 8040);
-static_assert(offsetof(SingleMeasResult, lock) == 0);
-static_assert(offsetof(SingleMeasResult, stat) == 2);
-static_assert(offsetof(SingleMeasResult, mesCond) == 4);
-static_assert(offsetof(SingleMeasResult, reserved) == 6);
-static_assert(offsetof(SingleMeasResult, bdSys) == 8);
-static_assert(offsetof(SingleMeasResult, LEVEL) == 12);
-static_assert(offsetof(SingleMeasResult, CNR) == 16);
-static_assert(offsetof(SingleMeasResult, BER_TOTAL) == 20);
-static_assert(offsetof(SingleMeasResult, BER_ERR) == 24);
-static_assert(offsetof(SingleMeasResult, TSID) == 28);
-static_assert(offsetof(SingleMeasResult, GI) == 30);
-static_assert(offsetof(SingleMeasResult, LAYER) == 31);
-static_assert(offsetof(SingleMeasResult, MOD) == 32);
-static_assert(offsetof(SingleMeasResult, CONS_NUM) == 36);
-static_assert(offsetof(SingleMeasResult, points) == 38);
 
 // Start and stop share a command; the body tells them apart.
 static constexpr Request kSingleMeas = {
@@ -38,8 +22,7 @@ int32_t vx63::vx63_startSingleMeasCommon(uint8_t ucDispType, const MeasCondition
     const wire::StartRequest reqData = packStart(ucDispType, *pCondition);
 
     Response response;
-    const int32_t vx63_err = exchange(kSingleMeas, reqData, response);
-    return vx63_err == VX63_OK ? judgeMeas(response.ucRet()) : vx63_err;
+    return exchange(kSingleMeas, reqData, response, judgeMeas);
 }
 
 int32_t vx63_startSingleMeas(uint8_t ucDispType, const MeasCondition* pCondition)
@@ -48,46 +31,29 @@ int32_t vx63_startSingleMeas(uint8_t ucDispType, const MeasCondition* pCondition
     return logEnd(vx63_startSingleMeasCommon(ucDispType, pCondition));
 }
 
+int32_t vx63::stopSingle(uint8_t ucDispType, Caller caller)
+{
+    const wire::StartRequest reqData = packStop(ucDispType, caller);
+
+    Response response;
+    return exchange(kSingleMeas, reqData, response, judgeMeas, caller);
+}
+
 int32_t vx63_stopSingleMeas(uint8_t ucDispType)
 {
     logLine({}, "Start.");
-    const wire::StartRequest reqData = packStop(ucDispType);
-
-    Response response;
-    int32_t vx63_err = exchange(kSingleMeas, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeMeas(response.ucRet());
-    }
-    return logEnd(vx63_err);
-}
-
-void vx63::storeValues(const wire::SingleResultResponse& rspData, SingleMeasResult& result)
-{
-    result.lock = rspData.lock;
-    result.stat = rspData.stat;
-    result.mesCond = rspData.mesCond;
-    result.bdSys = rspData.bdSys;
-    result.LEVEL = rspData.LEVEL;
-    result.CNR = rspData.CNR;
-    result.BER_TOTAL = rspData.BER_TOTAL;
-    result.BER_ERR = rspData.BER_ERR;
-    result.TSID = rspData.TSID;
-    result.GI = rspData.GI;
-    result.LAYER = rspData.LAYER;
-    result.MOD = rspData.MOD;
-}
-
-void vx63::logValues(const SingleMeasResult& result, Site at)
-{
-    logLine(at,
-            "lock=%02X stat=%04X mesCond=%04X bdSys=%04X LEVEL=%u CNR=%u BER_TOTAL=%u BER_ERR=%u "
-            "TSID=%04X GI=%u LAYER=%02X MOD=%04X",
-            result.lock, result.stat, result.mesCond, result.bdSys, result.LEVEL, result.CNR,
-            result.BER_TOTAL, result.BER_ERR, result.TSID, result.GI, result.LAYER, result.MOD);
+    return logEnd(stopSingle(ucDispType));
 }
 
 static constexpr Request kSingleMeasResult = {
     .ucDstId = PROC_ID_PMEAS, .usCmd = 0x0104, .ulTimeout = 10000, .commFailed = "subcpu"};
+
+// As judgeMeasResult; every ucRet is logged.
+static int32_t judgeSingleMeasResult(uint8_t ucRet, Caller caller)
+{
+    logLine({caller}, "rspData.ucRet=%u", ucRet);
+    return judgeMeasResult(ucRet, caller);
+}
 
 int32_t vx63_getSingleMeasResult(uint16_t usReadCount, SingleMeasResult* pResult)
 {
@@ -101,11 +67,8 @@ int32_t vx63_getSingleMeasResult(uint16_t usReadCount, SingleMeasResult* pResult
         return logEnd(readConstellation(usReadCount, *pResult));
     }
     Response response;
-    int32_t vx63_err = exchange(kSingleMeasResult, wire::ByteRequest{}, response);
-    if (vx63_err == VX63_OK) {
-        logLine({}, "rspData.ucRet=%u", response.ucRet());
-        vx63_err = judgeMeasResult(response.ucRet());
-    }
+    const int32_t vx63_err =
+        exchange(kSingleMeasResult, wire::ByteRequest{}, response, judgeSingleMeasResult);
     if (vx63_err == VX63_OK) {
         storeValues(response.as<wire::SingleResultResponse>(), *pResult);
         logValues(*pResult);

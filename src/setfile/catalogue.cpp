@@ -11,161 +11,109 @@
 
 namespace vx63 {
 
-// Not defined: what calls it while it compiles, does not compile.
-void catalogueIsWrong();
-
 namespace {
 
-// Factory contents with their measures.
-struct Factory {
-    const void* data = nullptr;
-    size_t rows = 0;
-    size_t recordSize = 0;
+using settings::kFiles;
 
-    consteval Factory() = default;
-    template <size_t kRows, size_t kRecordSize>
-    consteval Factory(const Records<kRows, kRecordSize>& records)
-        : data(&records), rows(kRows), recordSize(kRecordSize)
-    {}
-    template <size_t kRows>
-    consteval Factory(const MeasSetManuBdsysMod (&records)[kRows])
-        : data(&records), rows(kRows), recordSize(sizeof(MeasSetManuBdsysMod))
-    {}
-};
-constexpr const auto& kManuBdsysMod = g_measSetManuBdsysModDef;
-
-// Where a file has factory contents.
-struct FactoryRow {
-    uint32_t fileId;
-    Factory factory;
-};
-constexpr FactoryRow kFactoryRows[] = {
-    {0, kPowOff},         //
-    {1, kVolume},         //
-    {2, kBrightness},     //
-    {3, kLocalFreq},      //
-    {4, kThrd},           //
-    {5, kCnrMer},         //
-    {6, kCatvFreq},       //
-    {7, kCableLoss},      //
-    {8, kCableLossEnb},   //
-    {9, kInput},          //
-    {10, kCatvMod},       //
-    {11, kDcOut},         //
-    {12, kOptMeas},       //
-    {13, kConstaNum},     //
-    {16, kUhf},           //
-    {17, kBs},            //
-    {18, kCs},            //
-    {19, kSccb},          //
-    {20, kSccc},          //
-    {21, kJsat3a},        //
-    {22, kJsat4b},        //
-    {23, kCatvAll},       //
-    {24, kCatvLow},       //
-    {25, kCatvHigh},      //
-    {26, kSkyp},          //
-    {27, kPilot},         //
-    {28, kLte},           //
-    {29, kFm},            //
-    {30, kManuBdsysMod},  //
-    {31, kBdsysConv},     //
-    {32, kCatvBdsysConv}, //
-    {33, kUpStream},      //
-    {34, kPmeasMng},      //
-    {37, kJsat3aAnt},     //
-    {38, kJsat4bAnt},     //
-    {39, kFmDef},         //
-    {40, kUpStreamDef},   //
-    {41, kBsCs},          //
-};
-
-constexpr Factory factoryOf(uint32_t fileId)
+// Files whose columns are one table share what is made of it, under the id of the first.
+consteval uint32_t firstWithColumnsOf(uint32_t fileId)
 {
-    Factory factory;
-    for (const FactoryRow& row : kFactoryRows) {
-        if (row.fileId == fileId) {
-            factory = row.factory;
-        }
+    uint32_t first = 0;
+    while (kFiles[first].columns != kFiles[fileId].columns) {
+        ++first;
     }
-    return factory;
+    return first;
 }
 
-using Catalogue = std::array<SetFileDef, VX63_SET_FILE_COUNT>;
-
-// The files that share a table of columns.
-template <const auto& kColumns>
-consteval void describe(Catalogue& catalogue)
+// The row of a set or a list, which has no factory contents.
+template <uint32_t kFileId>
+consteval SetFileDef describe()
 {
-    for (const SettingsFile& file : kSettingsFiles) {
-        if (file.columns != kColumns) {
-            continue;
-        }
-        SetFileDef& def = catalogue.at(file.fileId);
-        if (def.columnCount != std::size(kColumns)) {
-            catalogueIsWrong();
-        }
-        def.header = Layout<kColumns>::kHeader.data();
-        def.columns = Layout<kColumns>::kDescriptors.data();
-    }
+    constexpr const settings::File& kFile = kFiles[kFileId];
+    using Columns = Layout<firstWithColumnsOf(kFileId)>;
+    return {.path = kFile.path,
+            .version = settings::kVersion,
+            .header = Columns::kHeader.data(),
+            .columns = Columns::kDescriptors.data(),
+            .columnCount = kFile.columnCount,
+            .dataSize = kFile.dataSize,
+            .rows = kFile.rows,
+            .defaultData = nullptr,
+            .defaultSize = kFile.defaultSize};
 }
 
-consteval Catalogue makeCatalogue()
+// The row of any other file.
+template <uint32_t kFileId>
+consteval SetFileDef describe(const Records<kFileId>& records)
 {
-    Catalogue catalogue = {};
-    uint32_t fileId = 0;
-    for (const SettingsFile& file : kSettingsFiles) {
-        if (file.fileId != fileId) {
-            catalogueIsWrong();
-        }
-        catalogue.at(fileId++) = {.path = file.path,
-                                  .version = kSettingsVersion,
-                                  .header = nullptr,
-                                  .columns = nullptr,
-                                  .columnCount = file.columnCount,
-                                  .dataSize = file.dataSize,
-                                  .rows = file.rows,
-                                  .defaultData = factoryOf(file.fileId).data,
-                                  .defaultSize = file.defaultSize};
-    }
-    describe<kPowOffColumns>(catalogue);
-    describe<kVolumeColumns>(catalogue);
-    describe<kBrightnessColumns>(catalogue);
-    describe<kLocalFreqColumns>(catalogue);
-    describe<kThrdColumns>(catalogue);
-    describe<kCnrMerColumns>(catalogue);
-    describe<kCatvFreqColumns>(catalogue);
-    describe<kCableLossColumns>(catalogue);
-    describe<kCableLossEnbColumns>(catalogue);
-    describe<kInputColumns>(catalogue);
-    describe<kCatvModColumns>(catalogue);
-    describe<kDcOutColumns>(catalogue);
-    describe<kOptMeasColumns>(catalogue);
-    describe<kConstaNumColumns>(catalogue);
-    describe<kUserSetColumns>(catalogue);
-    describe<kUserListColumns>(catalogue);
-    describe<kUhfColumns>(catalogue);
-    describe<kSatelliteColumns>(catalogue);
-    describe<kCatvColumns>(catalogue);
-    describe<kSkypColumns>(catalogue);
-    describe<kPilotColumns>(catalogue);
-    describe<kLteColumns>(catalogue);
-    describe<kFmColumns>(catalogue);
-    describe<kManuBdsysModColumns>(catalogue);
-    describe<kBdsysConvColumns>(catalogue);
-    describe<kCatvBdsysConvColumns>(catalogue);
-    describe<kUpStreamColumns>(catalogue);
-    describe<kPmeasMngColumns>(catalogue);
-    describe<kLoggerSetColumns>(catalogue);
-    describe<kLoggerListColumns>(catalogue);
-    describe<kFmDefColumns>(catalogue);
-    describe<kUpStreamDefColumns>(catalogue);
-    return catalogue;
+    SetFileDef def = describe<kFileId>();
+    def.defaultData = &records;
+    return def;
+}
+
+template <uint32_t kFileId>
+consteval SetFileDef describe(const MeasSetManuBdsysMod (&records)[kFiles[kFileId].rows])
+{
+    static_assert(sizeof(MeasSetManuBdsysMod) == kFiles[kFileId].dataSize);
+    SetFileDef def = describe<kFileId>();
+    def.defaultData = &records;
+    return def;
 }
 
 } // namespace
 
-constexpr Catalogue kCatalogue = makeCatalogue();
+constexpr std::array<SetFileDef, VX63_SET_FILE_COUNT> kCatalogue = {
+    describe<VX63_SET_FILE_POWOFF>(kPowOff),
+    describe<VX63_SET_FILE_VOLUME>(kVolume),
+    describe<VX63_SET_FILE_BRIGHTNESS>(kBrightness),
+    describe<VX63_SET_FILE_LOCAL_FREQ>(kLocalFreq),
+    describe<VX63_SET_FILE_THRD>(kThrd),
+    describe<VX63_SET_FILE_CNRMER>(kCnrMer),
+    describe<VX63_SET_FILE_CATV_FREQ>(kCatvFreq),
+    describe<VX63_SET_FILE_CABLE_LOSS>(kCableLoss),
+    describe<VX63_SET_FILE_CABLE_LOSS_ENB>(kCableLossEnb),
+    describe<VX63_SET_FILE_INPUT>(kInput),
+    describe<VX63_SET_FILE_CATV_MOD>(kCatvMod),
+    describe<VX63_SET_FILE_DC_OUT>(kDcOut),
+    describe<VX63_SET_FILE_OPT_MEAS>(kOptMeas),
+    describe<VX63_SET_FILE_CONSTA_NUM>(kConstaNum),
+    describe<VX63_SET_FILE_USER_SET>(),
+    describe<VX63_SET_FILE_USER_LIST>(),
+    describe<VX63_SET_FILE_UHF>(kUhf),
+    describe<VX63_SET_FILE_BS>(kBs),
+    describe<VX63_SET_FILE_CS>(kCs),
+    describe<VX63_SET_FILE_SCCB>(kSccb),
+    describe<VX63_SET_FILE_SCCC>(kSccc),
+    describe<VX63_SET_FILE_JSAT3A>(kJsat3a),
+    describe<VX63_SET_FILE_JSAT4B>(kJsat4b),
+    describe<VX63_SET_FILE_CATV_ALL>(kCatvAll),
+    describe<VX63_SET_FILE_CATV_90_470MHZ>(kCatvLow),
+    describe<VX63_SET_FILE_CATV_470_1002MHZ>(kCatvHigh),
+    describe<VX63_SET_FILE_SKYP>(kSkyp),
+    describe<VX63_SET_FILE_PILOT>(kPilot),
+    describe<VX63_SET_FILE_LTE>(kLte),
+    describe<VX63_SET_FILE_FM>(kFm),
+    describe<VX63_SET_FILE_MANU_BDSYS_MOD>(g_measSetManuBdsysModDef),
+    describe<VX63_SET_FILE_BDSYS_CONV>(kBdsysConv),
+    describe<VX63_SET_FILE_CATV_BDSYS_CONV>(kCatvBdsysConv),
+    describe<VX63_SET_FILE_CATV_UP_STREAM>(kUpStream),
+    describe<VX63_SET_FILE_PMEAS_MNG>(kPmeasMng),
+    describe<VX63_SET_FILE_LOGGER_SET>(),
+    describe<VX63_SET_FILE_LOGGER_LIST>(),
+    describe<VX63_SET_FILE_JSAT3A_ANTENNA>(kJsat3aAnt),
+    describe<VX63_SET_FILE_JSAT4B_ANTENNA>(kJsat4bAnt),
+    describe<VX63_SET_FILE_FM_DEF>(kFmDef),
+    describe<VX63_SET_FILE_CATV_UP_STREAM_DEF>(kUpStreamDef),
+    describe<VX63_SET_FILE_BS_CS>(kBsCs),
+    describe<VX63_SET_FILE_USER_SET_USB1>(),
+    describe<VX63_SET_FILE_USER_LIST_USB1>(),
+    describe<VX63_SET_FILE_USER_SET_USB2>(),
+    describe<VX63_SET_FILE_USER_LIST_USB2>(),
+    describe<VX63_SET_FILE_LOGGER_SET_USB1>(),
+    describe<VX63_SET_FILE_LOGGER_LIST_USB1>(),
+    describe<VX63_SET_FILE_LOGGER_SET_USB2>(),
+    describe<VX63_SET_FILE_LOGGER_LIST_USB2>(),
+};
 
 // ---- What holds in every row ----
 
@@ -208,7 +156,12 @@ constexpr std::string_view folderOf(const SetFileDef& def)
     return path.substr(0, path.rfind('/') + 1);
 }
 
-static_assert(std::size(kSettingsFiles) == 50 && kCatalogue.size() == 50);
+static_assert(std::size(kFiles) == 50 && kCatalogue.size() == 50);
+
+// Both tables lie in the order of the ids.
+static_assert(everyRow([](uint32_t fileId, const SetFileDef& def) {
+    return kFiles[fileId].fileId == fileId && def.path == std::string_view(kFiles[fileId].path);
+}));
 
 static_assert(everyRow([](uint32_t, const SetFileDef& def) {
     return def.version == std::string_view("1.0.0");
@@ -234,10 +187,8 @@ static_assert(everyRow([](uint32_t, const SetFileDef& def) {
 
 // Factory contents are a whole file; sets and lists have none.
 static_assert(everyRow([](uint32_t fileId, const SetFileDef& def) {
-    const Factory factory = factoryOf(fileId);
-    return isSetOrList(fileId) ? factory.rows == 0 && def.defaultSize == 0
-                               : factory.rows == def.rows && factory.recordSize == def.dataSize &&
-                                     def.defaultSize == def.rows * def.dataSize;
+    return isSetOrList(fileId) ? def.defaultData == nullptr && def.defaultSize == 0
+                               : def.defaultData != nullptr && def.defaultSize == def.rows * def.dataSize;
 }));
 
 // Every file fits the staging buffer, and the largest fills it.
@@ -254,16 +205,16 @@ static_assert(everyColumn([](const LsysColumn& column, const SetFileDef& def) {
 
 static_assert(everyColumn([](const LsysColumn& column, const SetFileDef&) {
     switch (column.ulType) {
-    case kMeasData:
+    case settings::kMeasData:
         return column.ulWidth == 1;
-    case kJudgement:
+    case settings::kJudgement:
         return column.ulWidth == 2;
-    case kModulation:
-    case kSigned:
+    case settings::kModulation:
+    case settings::kSigned:
         return column.ulWidth == 4;
-    case kUnsigned:
+    case settings::kUnsigned:
         return column.ulWidth == 1 || column.ulWidth == 2 || column.ulWidth == 4;
-    case kText:
+    case settings::kText:
         return column.ulWidth == 8 || column.ulWidth == 13;
     default:
         return false;
@@ -272,7 +223,7 @@ static_assert(everyColumn([](const LsysColumn& column, const SetFileDef&) {
 
 // Numbers are aligned as in a structure of the host, records too.
 static_assert(everyColumn([](const LsysColumn& column, const SetFileDef& def) {
-    return column.ulType == kText ||
+    return column.ulType == settings::kText ||
            (column.ulOffset % column.ulWidth == 0 && def.dataSize % column.ulWidth == 0);
 }));
 
@@ -295,10 +246,11 @@ consteval bool pairsAreRight()
         if (!isSet(fileId)) {
             continue;
         }
-        if (pair == std::size(kSetPairs) || static_cast<uint32_t>(kSetPairs[pair].set) != fileId) {
+        if (pair == std::size(settings::kSetPairs) ||
+            static_cast<uint32_t>(settings::kSetPairs[pair].set) != fileId) {
             return false;
         }
-        const uint32_t list = static_cast<uint32_t>(kSetPairs[pair].list);
+        const uint32_t list = static_cast<uint32_t>(settings::kSetPairs[pair].list);
         const FileKind listKind =
             kindOf(fileId) == FileKind::userSet ? FileKind::userList : FileKind::loggerList;
         if (kindOf(list) != listKind || folderOf(kCatalogue[list]) != folderOf(kCatalogue[fileId])) {
@@ -306,7 +258,7 @@ consteval bool pairsAreRight()
         }
         ++pair;
     }
-    return pair == std::size(kSetPairs);
+    return pair == std::size(settings::kSetPairs);
 }
 static_assert(pairsAreRight());
 
@@ -325,18 +277,19 @@ consteval bool laidOut(std::initializer_list<size_t> offsets)
 }
 
 static_assert(sizeof(SetChannel) == kCatalogue[VX63_SET_FILE_USER_SET].dataSize);
-static_assert(laidOut<kUserSetColumns>({offsetof(SetChannel, NO), offsetof(SetChannel, ENBFLG),
-                                        offsetof(SetChannel, BAND), offsetof(SetChannel, SPEC),
-                                        offsetof(SetChannel, CH), offsetof(SetChannel, CENTER_FREQ),
-                                        offsetof(SetChannel, MOD), offsetof(SetChannel, LOCAL_FREQ),
-                                        offsetof(SetChannel, GETDATA_FLG), offsetof(SetChannel, DC_OUT)}));
+static_assert(laidOut<settings::kUserSetColumns>({offsetof(SetChannel, NO), offsetof(SetChannel, ENBFLG),
+                                                  offsetof(SetChannel, BAND), offsetof(SetChannel, SPEC),
+                                                  offsetof(SetChannel, CH), offsetof(SetChannel, CENTER_FREQ),
+                                                  offsetof(SetChannel, MOD), offsetof(SetChannel, LOCAL_FREQ),
+                                                  offsetof(SetChannel, GETDATA_FLG),
+                                                  offsetof(SetChannel, DC_OUT)}));
 
 static_assert(sizeof(SetListEntry) == kCatalogue[VX63_SET_FILE_USER_LIST].dataSize);
-static_assert(laidOut<kUserListColumns>({offsetof(SetListEntry, NO), offsetof(SetListEntry, ENBFLG),
-                                         offsetof(SetListEntry, FILE_NAME)}));
+static_assert(laidOut<settings::kUserListColumns>({offsetof(SetListEntry, NO), offsetof(SetListEntry, ENBFLG),
+                                                   offsetof(SetListEntry, FILE_NAME)}));
 
-static_assert(laidOut<kManuBdsysModColumns>({offsetof(MeasSetManuBdsysMod, BDSYS),
-                                             offsetof(MeasSetManuBdsysMod, MOD)}));
+static_assert(laidOut<settings::kManuBdsysModColumns>({offsetof(MeasSetManuBdsysMod, BDSYS),
+                                                       offsetof(MeasSetManuBdsysMod, MOD)}));
 
 } // namespace
 } // namespace vx63

@@ -7,17 +7,18 @@
 
 #include <array>
 #include <cstddef>
-#include <iterator>
 
 namespace vx63 {
 
 // The header line of a file and its columns as the platform takes them.
-template <const auto& kColumns>
+template <uint32_t kFileId>
 class Layout {
+    static constexpr const settings::File& kFile = settings::kFiles[kFileId];
+
     static constexpr size_t kHeaderSize = [] {
-        size_t size = std::size(kColumns); // the commas between and the terminator
-        for (const Column& column : kColumns) {
-            size += column.name.size();
+        size_t size = kFile.columnCount; // the commas between and the terminator
+        for (uint32_t i = 0; i < kFile.columnCount; ++i) {
+            size += kFile.columns[i].name.size();
         }
         return size;
     }();
@@ -26,11 +27,11 @@ public:
     static constexpr auto kHeader = [] {
         std::array<char, kHeaderSize> header = {};
         size_t used = 0;
-        for (const Column& column : kColumns) {
+        for (uint32_t i = 0; i < kFile.columnCount; ++i) {
             if (used != 0) {
                 header[used++] = ',';
             }
-            for (const char letter : column.name) {
+            for (const char letter : kFile.columns[i].name) {
                 header[used++] = letter;
             }
         }
@@ -38,10 +39,10 @@ public:
     }();
 
     static constexpr auto kDescriptors = [] {
-        std::array<LsysColumn, std::size(kColumns)> descriptors = {};
-        size_t i = 0;
-        for (const Column& column : kColumns) {
-            descriptors[i++] = {.ulType = column.type, .ulWidth = column.width, .ulOffset = column.offset};
+        std::array<LsysColumn, kFile.columnCount> descriptors = {};
+        for (uint32_t i = 0; i < kFile.columnCount; ++i) {
+            const settings::Column& column = kFile.columns[i];
+            descriptors[i] = {.ulType = column.type, .ulWidth = column.width, .ulOffset = column.offset};
         }
         return descriptors;
     }();

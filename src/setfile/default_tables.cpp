@@ -26,44 +26,46 @@ constexpr std::string_view kPmeasMngGiven[] = {
 consteval size_t pmeasMngColumn(std::string_view name)
 {
     size_t i = 0;
-    while (kPmeasMngColumns[i].name != name) {
+    while (settings::kPmeasMngColumns[i].name != name) {
         ++i;
     }
     return i;
 }
 
-consteval Records<48, 68> pmeasMng(const Cell (&rows)[48][std::size(kPmeasMngGiven)])
+template <size_t kRows>
+consteval Records<VX63_SET_FILE_PMEAS_MNG, kRows>
+pmeasMng(const Cell (&rows)[kRows][std::size(kPmeasMngGiven)])
 {
-    Records<48, 68> file = {};
-    for (size_t i = 0; i < std::size(rows); ++i) {
-        Cell cells[std::size(kPmeasMngColumns)];
+    Records<VX63_SET_FILE_PMEAS_MNG, kRows> file = {};
+    for (size_t i = 0; i < kRows; ++i) {
+        Cell cells[std::size(settings::kPmeasMngColumns)];
         for (size_t given = 0; given < std::size(kPmeasMngGiven); ++given) {
             cells[pmeasMngColumn(kPmeasMngGiven[given])] = rows[i][given];
         }
-        file[i] = record<kPmeasMngColumns, 68>(cells);
+        file[i] = record<VX63_SET_FILE_PMEAS_MNG>(cells);
     }
     return file;
 }
 
 } // namespace
 
-// File 0: power-off time choices.
-constexpr Records<1, 7> kPowOff = records<kPowOffColumns, 7>({
+// Power-off time choices.
+constexpr Records<VX63_SET_FILE_POWOFF> kPowOff = records<VX63_SET_FILE_POWOFF>({
     {0, 5, 10, 15, 30, 60, 10}, //
 });
 
-// File 1: volume.
-constexpr Records<1, 5> kVolume = records<kVolumeColumns, 5>({
+// Volume.
+constexpr Records<VX63_SET_FILE_VOLUME> kVolume = records<VX63_SET_FILE_VOLUME>({
     {0, 1, 2, 3, 0}, //
 });
 
-// File 2: brightness.
-constexpr Records<1, 4> kBrightness = records<kBrightnessColumns, 4>({
+// Brightness.
+constexpr Records<VX63_SET_FILE_BRIGHTNESS> kBrightness = records<VX63_SET_FILE_BRIGHTNESS>({
     {3, 2, 1, 2}, //
 });
 
-// File 3: local-oscillator frequencies in kHz; 4294967295 (-1 as unsigned) marks an empty slot.
-constexpr Records<12, 28> kLocalFreq = records<kLocalFreqColumns, 28>({
+// Local-oscillator frequencies in kHz; 4294967295 (-1 as unsigned) marks an empty slot.
+constexpr Records<VX63_SET_FILE_LOCAL_FREQ> kLocalFreq = records<VX63_SET_FILE_LOCAL_FREQ>({
     {2, 0, 10678000, 4294967295, 4294967295, 4294967295, 4294967295, 4294967295}, //
     {2, 1, 9505000, 4294967295, 4294967295, 4294967295, 4294967295, 4294967295},  //
     {3, 0, 10678000, 4294967295, 4294967295, 4294967295, 4294967295, 4294967295}, //
@@ -78,9 +80,9 @@ constexpr Records<12, 28> kLocalFreq = records<kLocalFreqColumns, 28>({
     {7, 3, 10678000, 4294967295, 4294967295, 11200000, 11300000, 0},              //
 });
 
-// File 4: judgement thresholds. Levels and ratios are in tenths; a BER threshold is MAN / 100 x 10 to the
+// Judgement thresholds. Levels and ratios are in tenths; a BER threshold is MAN / 100 x 10 to the
 // power of EXP.
-constexpr Records<24, 88> kThrd = records<kThrdColumns, 88>({
+constexpr Records<VX63_SET_FILE_THRD> kThrd = records<VX63_SET_FILE_THRD>({
     {1,   0,  1,   200, 470, 900, 1200, 50,  200, 250, 350,        //
      100, -4, 200, -6,  100, -9,  100,  -10, 50,  200, 250, 350},  //
     {2,   1,  26,  200, 500, 810, 1200, 50,  90, 170, 350,         //
@@ -131,8 +133,8 @@ constexpr Records<24, 88> kThrd = records<kThrdColumns, 88>({
      0,  0,  0,    0,   0,   0,   0,    0, 0, 0, 0, 0},            //
 });
 
-// File 5: selection of CNR or MER; the last four are not used.
-constexpr Records<15, 3> kCnrMer = records<kCnrMerColumns, 3>({
+// Selection of CNR or MER; the last four are not used.
+constexpr Records<VX63_SET_FILE_CNRMER> kCnrMer = records<VX63_SET_FILE_CNRMER>({
     {0, 1, 1},       //
     {0, 1, 0},       //
     {0, 1, 0},       //
@@ -150,56 +152,56 @@ constexpr Records<15, 3> kCnrMer = records<kCnrMerColumns, 3>({
     {255, 255, 255}, //
 });
 
-// File 6: CATV frequency sets, in kHz.
-constexpr Records<4, 28> kCatvFreq = records<kCatvFreqColumns, 28>({
+// CATV frequency sets, in kHz.
+constexpr Records<VX63_SET_FILE_CATV_FREQ> kCatvFreq = records<VX63_SET_FILE_CATV_FREQ>({
     {1, 5120, 231000, 237000, 243000, 249000, 1, 1}, //
     {1, 1, 231143, 237143, 243143, 249143, 0, 1},    //
     {2, 5120, 233000, 239000, 245000, 251000, 1, 0}, //
     {2, 1, 233143, 239143, 245143, 251143, 0, 0},    //
 });
 
-// File 7: cable-loss correction points, in kHz.
-constexpr Records<4, 8> kCableLoss = records<kCableLossColumns, 8>({
+// Cable-loss correction points, in kHz.
+constexpr Records<VX63_SET_FILE_CABLE_LOSS> kCableLoss = records<VX63_SET_FILE_CABLE_LOSS>({
     {10000, 0},   //
     {770000, 0},  //
     {950000, 0},  //
     {3224000, 0}, //
 });
 
-// File 8: cable-loss correction enable.
-constexpr Records<1, 1> kCableLossEnb = records<kCableLossEnbColumns, 1>({
+// Cable-loss correction enable.
+constexpr Records<VX63_SET_FILE_CABLE_LOSS_ENB> kCableLossEnb = records<VX63_SET_FILE_CABLE_LOSS_ENB>({
     {1}, //
 });
 
-// File 9: input selection.
-constexpr Records<1, 3> kInput = records<kInputColumns, 3>({
+// Input selection.
+constexpr Records<VX63_SET_FILE_INPUT> kInput = records<VX63_SET_FILE_INPUT>({
     {0, 1, 0}, //
 });
 
-// File 10: CATV modulation choices.
-constexpr Records<1, 12> kCatvMod = records<kCatvModColumns, 12>({
+// CATV modulation choices.
+constexpr Records<VX63_SET_FILE_CATV_MOD> kCatvMod = records<VX63_SET_FILE_CATV_MOD>({
     {1, 1024, 4096}, //
 });
 
-// File 11: DC output per satellite and polarisation.
-constexpr Records<3, 10> kDcOut = records<kDcOutColumns, 10>({
+// DC output per satellite and polarisation.
+constexpr Records<VX63_SET_FILE_DC_OUT> kDcOut = records<VX63_SET_FILE_DC_OUT>({
     {0, 2, 1, 4, 3, 2, 1, 2, 1, 0}, //
     {1, 2, 2, 2, 2, 2, 2, 2, 2, 2}, //
     {2, 0, 0, 0, 0, 0, 0, 0, 0, 0}, //
 });
 
-// File 12: optical measurement wavelengths, in nm.
-constexpr Records<1, 12> kOptMeas = records<kOptMeasColumns, 12>({
+// Optical measurement wavelengths, in nm.
+constexpr Records<VX63_SET_FILE_OPT_MEAS> kOptMeas = records<VX63_SET_FILE_OPT_MEAS>({
     {1300, 1310, 1490}, //
 });
 
-// File 13: constellation point counts.
-constexpr Records<1, 16> kConstaNum = records<kConstaNumColumns, 16>({
+// Constellation point counts.
+constexpr Records<VX63_SET_FILE_CONSTA_NUM> kConstaNum = records<VX63_SET_FILE_CONSTA_NUM>({
     {1000, 2000, 4000, 2000}, //
 });
 
-// File 27: pilot channels, in kHz.
-constexpr Records<20, 12> kPilot = records<kPilotColumns, 12>({
+// Pilot channels, in kHz.
+constexpr Records<VX63_SET_FILE_PILOT> kPilot = records<VX63_SET_FILE_PILOT>({
     {"PL 1", 70000},   //
     {"PL 2", 73000},   //
     {"PL 3", 75500},   //
@@ -222,8 +224,8 @@ constexpr Records<20, 12> kPilot = records<kPilotColumns, 12>({
     {"PL 20", 771250}, //
 });
 
-// File 28: LTE channels, in kHz.
-constexpr Records<6, 16> kLte = records<kLteColumns, 16>({
+// LTE channels, in kHz.
+constexpr Records<VX63_SET_FILE_LTE> kLte = records<VX63_SET_FILE_LTE>({
     {"UL-L", 723000, 10000}, //
     {"UL-M", 733000, 10000}, //
     {"UL-H", 743000, 10000}, //
@@ -232,8 +234,8 @@ constexpr Records<6, 16> kLte = records<kLteColumns, 16>({
     {"DL-H", 798000, 10000}, //
 });
 
-// File 31: broadcast-system conversion.
-constexpr Records<28, 6> kBdsysConv = records<kBdsysConvColumns, 6>({
+// Broadcast-system conversion.
+constexpr Records<VX63_SET_FILE_BDSYS_CONV> kBdsysConv = records<VX63_SET_FILE_BDSYS_CONV>({
     {1, 0, 0},    //
     {2, 1, 1},    //
     {2, 2, 17},   //
@@ -264,8 +266,8 @@ constexpr Records<28, 6> kBdsysConv = records<kBdsysConvColumns, 6>({
     {15, 10, 37}, //
 });
 
-// File 32: CATV broadcast-system conversion.
-constexpr Records<5, 8> kCatvBdsysConv = records<kCatvBdsysConvColumns, 8>({
+// CATV broadcast-system conversion.
+constexpr Records<VX63_SET_FILE_CATV_BDSYS_CONV> kCatvBdsysConv = records<VX63_SET_FILE_CATV_BDSYS_CONV>({
     {0, 1, 0},     //
     {3, 1024, 12}, //
     {3, 4096, 13}, //
@@ -273,8 +275,8 @@ constexpr Records<5, 8> kCatvBdsysConv = records<kCatvBdsysConvColumns, 8>({
     {9, 4096, 11}, //
 });
 
-// File 39: FM preset channels, in kHz; 0 is empty.
-constexpr Records<12, 12> kFmDef = records<kFmDefColumns, 12>({
+// FM preset channels, in kHz; 0 is empty.
+constexpr Records<VX63_SET_FILE_FM_DEF> kFmDef = records<VX63_SET_FILE_FM_DEF>({
     {"FM 1", 76500}, //
     {"FM 2", 78100}, //
     {"FM 3", 80200}, //
@@ -289,8 +291,8 @@ constexpr Records<12, 12> kFmDef = records<kFmDefColumns, 12>({
     {"FM 12", 0},    //
 });
 
-// File 40: up-stream preset channels, in kHz; 0 is empty.
-constexpr Records<12, 12> kUpStreamDef = records<kUpStreamDefColumns, 12>({
+// Up-stream preset channels, in kHz; 0 is empty.
+constexpr Records<VX63_SET_FILE_CATV_UP_STREAM_DEF> kUpStreamDef = records<VX63_SET_FILE_CATV_UP_STREAM_DEF>({
     {"UL 1", 10000}, //
     {"UL 2", 15000}, //
     {"UL 3", 20000}, //
@@ -305,8 +307,8 @@ constexpr Records<12, 12> kUpStreamDef = records<kUpStreamDefColumns, 12>({
     {"UL 12", 0},    //
 });
 
-// File 34: measurement management, the columns of kPmeasMngGiven, record by record.
-constexpr Records<48, 68> kPmeasMng = pmeasMng({
+// Measurement management, the columns of kPmeasMngGiven, record by record.
+constexpr Records<VX63_SET_FILE_PMEAS_MNG> kPmeasMng = pmeasMng({
     {1, 7, 0, 0, 0, 0, 0, 0, 0, 0},                // 0
     {1, 1, 0, 0, 0, 0, 0, 0, 0, 0},                // 1
     {1, 1, 0, 0, 0, 0, 0, 0, 0, 0},                // 2
@@ -359,7 +361,7 @@ constexpr Records<48, 68> kPmeasMng = pmeasMng({
 
 } // namespace vx63
 
-// File 30: manual broadcast system and modulation.
+// Manual broadcast system and modulation.
 extern constexpr MeasSetManuBdsysMod g_measSetManuBdsysModDef[23] = {
     {.BDSYS = 0, .MOD = 1},     //
     {.BDSYS = 1, .MOD = 0},     //

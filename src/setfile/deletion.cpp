@@ -17,10 +17,10 @@ using namespace vx63;
 
 // ---- One set by its name; the folder's list stays as it is ----
 
-static int32_t removeFile(const char* path, Site at = Site())
+static int32_t removeFile(const char* path, Caller caller = {})
 {
     if (remove(path) != 0) {
-        logLine(at, "file delete error. errno=%d", errno);
+        logLine({caller}, "file delete error. errno=%d", errno);
         return -1;
     }
     sync();
@@ -103,33 +103,33 @@ int32_t vx63_deleteSetFileLoggerUsb2(const char* pcLoggerFileName)
 // ---- All sets of a folder, whose list starts anew ----
 
 // Runs a command by the shell; logs how it went.
-static bool run(const char* command, Site at = Site())
+static bool run(const char* command, Caller caller = {})
 {
     if (lsys_system(command) != 0) {
-        logLine(at, "lsys_system(%s) error.", command);
+        logLine({caller}, "lsys_system(%s) error.", command);
         return false;
     }
-    logLine(at, "lsys_system(%s) ok.", command);
+    logLine({caller}, "lsys_system(%s) ok.", command);
     return true;
 }
 
 static constinit thread_local char s_command[kSetPathSize] = {};
 
 // Takes the id of a set.
-static int32_t deleteFolder(uint32_t fileId, Site at = Site())
+static int32_t deleteFolder(uint32_t fileId, Caller caller = {})
 {
     // The folder keeps its own slash: the command has two.
     const char* const path = kCatalogue[fileId].path;
     const auto folderLength = static_cast<int>(strrchr(path, '/') - path + 1);
     snprintf(s_command, sizeof s_command, "rm -r %.*s/*", folderLength, path);
-    if (!run(s_command, at)) {
+    if (!run(s_command, caller)) {
         return -1;
     }
 
     // The command took the list as well.
     const int32_t listFileId = vx63_getFileIdSetFlist(static_cast<int32_t>(fileId));
     if (listFileId == -1) {
-        logLine(at, "vx63_getFileIdSetFlist() error. fileId=%d", static_cast<int32_t>(fileId));
+        logLine({caller}, "vx63_getFileIdSetFlist() error. fileId=%d", static_cast<int32_t>(fileId));
         return -1;
     }
     const auto list = static_cast<uint32_t>(listFileId);
@@ -139,10 +139,10 @@ static int32_t deleteFolder(uint32_t fileId, Site at = Site())
         s_staging[i * sizeof(SetListEntry) + offsetof(SetListEntry, NO)] = static_cast<uint8_t>(i + 1);
     }
     if (vx63_writeSetFile(list, s_staging, nullptr, rows) < 0) {
-        logLine(at, "vx63_writeSetFile() error. fileId=%d", static_cast<int32_t>(fileId));
+        logLine({caller}, "vx63_writeSetFile() error. fileId=%d", static_cast<int32_t>(fileId));
         return -1;
     }
-    return logEnd(0, at);
+    return logEnd(0, {caller});
 }
 
 int32_t vx63_deleteSetFileUserBulk(uint32_t fileId)

@@ -2,7 +2,7 @@
 // records as their columns say. A cell that its column cannot hold does not compile.
 #pragma once
 
-#include "setfile/columns.h"
+#include "libvx63_settings.h"
 
 #include <array>
 #include <concepts>
@@ -12,9 +12,11 @@
 
 namespace vx63 {
 
-// A whole file: records of kRecordSize bytes.
-template <size_t kRows, size_t kRecordSize>
-using Records = std::array<std::array<uint8_t, kRecordSize>, kRows>;
+// A record of a file, and a whole file.
+template <uint32_t kFileId>
+using Record = std::array<uint8_t, settings::kFiles[kFileId].dataSize>;
+template <uint32_t kFileId, size_t kRows = settings::kFiles[kFileId].rows>
+using Records = std::array<Record<kFileId>, kRows>;
 
 // A text cell, composed piece by piece.
 class Text {
@@ -58,20 +60,21 @@ public:
     constexpr Cell(const char* text) : m_isText(true), m_text(text) {}
     constexpr Cell(const Text& text) : m_isText(true), m_text(text) {}
 
-    constexpr bool fits(const Column& column) const
+    constexpr bool fits(const settings::Column& column) const
     {
-        if (column.type == kText) {
+        if (column.type == settings::kText) {
             return m_isText && m_text.view().size() < column.width;
         }
         const int64_t values = int64_t{1} << (8 * column.width);
-        return !m_isText && (column.type == kSigned ? -values / 2 <= m_number && m_number < values / 2
-                                                    : 0 <= m_number && m_number < values);
+        return !m_isText &&
+               (column.type == settings::kSigned ? -values / 2 <= m_number && m_number < values / 2
+                                                 : 0 <= m_number && m_number < values);
     }
 
     // Fills the field of a record that is zero so far.
-    constexpr void store(uint8_t* field, const Column& column) const
+    constexpr void store(uint8_t* field, const settings::Column& column) const
     {
-        if (column.type == kText) {
+        if (column.type == settings::kText) {
             for (const char letter : m_text.view()) {
                 *field++ = static_cast<uint8_t>(letter);
             }
@@ -93,28 +96,28 @@ void cellDoesNotFitItsColumn();
 void recordsAreMissing();
 
 // One record from its cells.
-template <const auto& kColumns, size_t kRecordSize>
-consteval std::array<uint8_t, kRecordSize> record(const Cell (&cells)[std::size(kColumns)])
+template <uint32_t kFileId>
+consteval Record<kFileId> record(const Cell (&cells)[settings::kFiles[kFileId].columnCount])
 {
-    std::array<uint8_t, kRecordSize> bytes = {};
-    size_t i = 0;
-    for (const Column& column : kColumns) {
-        const Cell& cell = cells[i++];
-        if (!cell.fits(column)) {
+    Record<kFileId> bytes = {};
+    const settings::Column* column = settings::kFiles[kFileId].columns;
+    for (const Cell& cell : cells) {
+        if (!cell.fits(*column)) {
             cellDoesNotFitItsColumn();
         }
-        cell.store(&bytes.at(column.offset), column);
+        cell.store(&bytes.at(column->offset), *column);
+        ++column;
     }
     return bytes;
 }
 
 // A whole file from its rows.
-template <const auto& kColumns, size_t kRecordSize, size_t kRows>
-consteval Records<kRows, kRecordSize> records(const Cell (&rows)[kRows][std::size(kColumns)])
+template <uint32_t kFileId, size_t kRows>
+consteval Records<kFileId, kRows> records(const Cell (&rows)[kRows][settings::kFiles[kFileId].columnCount])
 {
-    Records<kRows, kRecordSize> file = {};
+    Records<kFileId, kRows> file = {};
     for (size_t i = 0; i < kRows; ++i) {
-        file[i] = record<kColumns, kRecordSize>(rows[i]);
+        file[i] = record<kFileId>(rows[i]);
     }
     return file;
 }

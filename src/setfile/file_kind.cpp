@@ -29,7 +29,7 @@ int32_t vx63::vx63_getFileIdSetFlist(int32_t fileId)
 {
     logLine({}, "Start. fileId=%d", fileId);
     int32_t retFileId = -1;
-    for (const SetPair& pair : kSetPairs) {
+    for (const settings::SetPair& pair : settings::kSetPairs) {
         if (pair.set == fileId) {
             retFileId = pair.list;
             break;

@@ -15,15 +15,10 @@ int32_t vx63_ntfUpdateFile(uint32_t fileId)
         logLine({}, "arg error. fileId=%d", static_cast<int32_t>(fileId));
         return logEnd(VX63_ERR_ARG);
     }
-    wire::ByteRequest reqData = {};
-    reqData.ucArg = static_cast<uint8_t>(fileId);
+    const wire::ByteRequest reqData = {.ucArg = static_cast<uint8_t>(fileId)};
 
     Response response;
-    int32_t vx63_err = exchange(kNtfUpdateFile, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeParameter(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kNtfUpdateFile, reqData, response, judgeParameter));
 }
 
 static constexpr Request kNtfUpdateFileIdx = {
@@ -41,9 +36,5 @@ int32_t vx63_ntfUpdateFileIdx(uint32_t fileId, uint32_t ulIdx)
     reqData.ulIdx = static_cast<uint8_t>(ulIdx); // intended: 300 goes out as 44
 
     Response response;
-    int32_t vx63_err = exchange(kNtfUpdateFileIdx, reqData, response);
-    if (vx63_err == VX63_OK) {
-        vx63_err = judgeParameter(response.ucRet());
-    }
-    return logEnd(vx63_err);
+    return logEnd(exchange(kNtfUpdateFileIdx, reqData, response, judgeParameter));
 }

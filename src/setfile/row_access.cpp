@@ -14,18 +14,20 @@ using namespace vx63;
 constinit thread_local uint8_t vx63::s_staging[kFileSizeMax] = {};
 
 // What read and write both refuse.
-static bool argumentsAreValid(uint32_t fileId, const void* pDat, const char* pcUserFileName, Site at = Site())
+static bool argumentsAreValid(uint32_t fileId, const void* pDat, const char* pcUserFileName,
+                              Caller caller = {})
 {
     if (fileId >= VX63_SET_FILE_COUNT) {
-        logLine(at, "arg error. fileId=%d", static_cast<int32_t>(fileId));
+        logLine({caller}, "arg error. fileId=%d", static_cast<int32_t>(fileId));
         return false;
     }
     if (pDat == nullptr) {
-        logLine(at, "arg null pointer error. pDat=%p", pDat);
+        logLine({caller}, "arg null pointer error. pDat=%p", pDat);
         return false;
     }
     if (isSet(fileId) && pcUserFileName == nullptr) {
-        logLine(at, "arg null pointer error. pcUserFileName=%p", static_cast<const void*>(pcUserFileName));
+        logLine({caller}, "arg null pointer error. pcUserFileName=%p",
+                static_cast<const void*>(pcUserFileName));
         return false;
     }
     return true;
@@ -34,7 +36,7 @@ static bool argumentsAreValid(uint32_t fileId, const void* pDat, const char* pcU
 // Reads the file into the staging buffer. Returns how many records it holds, record ulIdx among them, or a
 // negative value.
 static int32_t stage(uint32_t fileId, uint32_t ulIdx, const char* pcUserFileName, uint32_t bDefault,
-                     Site at = Site())
+                     Caller caller = {})
 {
     // What the file does not fill is zero, never a rest of the file before it.
     memset(s_staging, 0, sizeof s_staging);
@@ -44,7 +46,7 @@ static int32_t stage(uint32_t fileId, uint32_t ulIdx, const char* pcUserFileName
     }
     // Whatever number the platform reports, a record lies within the file's rows.
     if (static_cast<uint32_t>(iRet) <= ulIdx || kCatalogue[fileId].rows <= ulIdx) {
-        logLine(at, "arg range error. %dline ulIdx=%u", -1, ulIdx);
+        logLine({caller}, "arg range error. %dline ulIdx=%u", -1, ulIdx);
         return -1;
     }
     return iRet;

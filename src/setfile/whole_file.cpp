@@ -12,18 +12,20 @@
 using namespace vx63;
 
 // What read and write both refuse.
-static bool argumentsAreValid(uint32_t fileId, const void* pDat, const char* pcMeasFileName, Site at = Site())
+static bool argumentsAreValid(uint32_t fileId, const void* pDat, const char* pcMeasFileName,
+                              Caller caller = {})
 {
     if (fileId >= VX63_SET_FILE_COUNT) {
-        logLine(at, "arg error. fileId=%d", static_cast<int32_t>(fileId));
+        logLine({caller}, "arg error. fileId=%d", static_cast<int32_t>(fileId));
         return false;
     }
     if (pDat == nullptr) {
-        logLine(at, "arg null pointer error. pDat=%p", pDat);
+        logLine({caller}, "arg null pointer error. pDat=%p", pDat);
         return false;
     }
     if (isSet(fileId) && pcMeasFileName == nullptr) {
-        logLine(at, "arg null pointer error. pcMeasFileName=%p", static_cast<const void*>(pcMeasFileName));
+        logLine({caller}, "arg null pointer error. pcMeasFileName=%p",
+                static_cast<const void*>(pcMeasFileName));
         return false;
     }
     return true;

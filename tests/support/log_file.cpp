@@ -36,4 +36,13 @@ std::vector<std::string> logMessages(const char* path)
     return messages;
 }
 
+std::vector<int> logSourceLines()
+{
+    std::vector<int> sourceLines;
+    for (const std::string& line : logLines()) {
+        sourceLines.push_back(std::stoi(line.substr(line.find('(') + 1)));
+    }
+    return sourceLines;
+}
+
 } // namespace vx63test

@@ -18,4 +18,7 @@ std::vector<std::string> logLines(const char* path = kLogPath);
 // The lines of a log as "FUNCTION: MESSAGE"; fails the test where a line has not the log's shape.
 std::vector<std::string> logMessages(const char* path = kLogPath);
 
+// The source lines that the lines of the log carry.
+std::vector<int> logSourceLines();
+
 } // namespace vx63test

@@ -18,7 +18,7 @@ namespace {
 std::vector<uint32_t> oneFileOfEachFolder()
 {
     std::vector<uint32_t> fileIds;
-    for (const vx63::SettingsFile& entry : vx63::kSettingsFiles)
+    for (const vx63::settings::File& entry : vx63::settings::kFiles)
         if (std::ranges::find(fileIds, folderOf(entry.fileId), folderOf) == fileIds.end())
             fileIds.push_back(entry.fileId);
     return fileIds;

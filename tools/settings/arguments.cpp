@@ -16,9 +16,9 @@ void addColumnArgument(CommandLine& line, std::string& name)
     line.text("COLUMN", name, "NAME", "Name of the column").required();
 }
 
-const vx63::Column* requireColumn(const FileRef& file, const std::string& name)
+const vx63::settings::Column* requireColumn(const FileRef& file, const std::string& name)
 {
-    const vx63::Column* column = columnNamed(entryOf(file), name);
+    const vx63::settings::Column* column = columnNamed(entryOf(file), name);
     if (column == nullptr)
         throw Failure(kExitUsage, "cannot find column '" + name + "'",
                       nameOf(file) + " has the columns " + headerOf(entryOf(file)), "choose one of them");

@@ -20,7 +20,7 @@ void addRecordArgument(CommandLine& line, uint32_t& record);
 void addColumnArgument(CommandLine& line, std::string& name);
 
 // Throw Failure.
-const vx63::Column* requireColumn(const FileRef& file, const std::string& name);
+const vx63::settings::Column* requireColumn(const FileRef& file, const std::string& name);
 void requireRecord(const FileRef& file, const Contents& contents, uint32_t record);
 
 } // namespace tool

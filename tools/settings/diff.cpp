@@ -29,14 +29,14 @@ struct Options {
 
 const uint8_t* recordAt(uint32_t fileId, const Contents& contents, uint32_t record)
 {
-    return contents.bytes.data() + size_t{record} * vx63::kSettingsFiles[fileId].dataSize;
+    return contents.bytes.data() + size_t{record} * vx63::settings::kFiles[fileId].dataSize;
 }
 
 // The value of a cell with what it stands for.
-std::string quoted(const vx63::Column& column, const uint8_t* record)
+std::string quoted(const vx63::settings::Column& column, const uint8_t* record)
 {
     const std::string text = printable(cellText(column, record));
-    return column.type == vx63::kText ? '"' + text + '"' : text;
+    return column.type == vx63::settings::kText ? '"' + text + '"' : text;
 }
 
 class Comparison {
@@ -111,7 +111,7 @@ void Comparison::compare(const FileRef& file)
                  {{"record", record}, {"missing", difference.inFirst ? otherName() : "meter"}});
             continue;
         }
-        const vx63::Column& column = *difference.column;
+        const vx63::settings::Column& column = *difference.column;
         const uint8_t* value = recordAt(file.fileId, mine.contents, record);
         const uint8_t* otherValue = recordAt(file.fileId, other.contents, record);
         tell(file,
@@ -138,7 +138,7 @@ int diff(const Options& options)
         comparison.compare(*options.file);
         return comparison.exitCode();
     }
-    for (const vx63::SettingsFile& entry : vx63::kSettingsFiles) {
+    for (const vx63::settings::File& entry : vx63::settings::kFiles) {
         const FileKind kind = kindOf(entry.fileId);
         if (kind == FileKind::ordinary || (kind == FileKind::list && !withFactory))
             comparison.compare({entry.fileId, ""});
@@ -160,7 +160,7 @@ int diff(const Options& options)
 
 std::vector<Difference> differencesOf(uint32_t fileId, const Contents& first, const Contents& second)
 {
-    const vx63::SettingsFile& entry = vx63::kSettingsFiles[fileId];
+    const vx63::settings::File& entry = vx63::settings::kFiles[fileId];
     std::vector<Difference> differences;
     for (uint32_t record = 0; record < std::max(first.records, second.records); ++record) {
         if (record >= first.records || record >= second.records) {

@@ -10,8 +10,8 @@ namespace tool {
 
 struct Difference {
     uint32_t record;
-    const vx63::Column* column; // null: only one of the two has the record
-    bool inFirst;               // without a column: which one
+    const vx63::settings::Column* column; // null: only one of the two has the record
+    bool inFirst;                         // without a column: which one
 };
 
 std::vector<Difference> differencesOf(uint32_t fileId, const Contents& first, const Contents& second);

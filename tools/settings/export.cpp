@@ -39,7 +39,7 @@ int exportSettings(const Options& options)
                       error ? error.message() : "the folder is not empty", "choose another one");
 
     std::vector<FileRef> files;
-    for (const vx63::SettingsFile& entry : vx63::kSettingsFiles) {
+    for (const vx63::settings::File& entry : vx63::settings::kFiles) {
         if (kindOf(entry.fileId) != FileKind::set)
             files.push_back({entry.fileId, ""});
         else

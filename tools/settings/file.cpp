@@ -100,7 +100,7 @@ Fault faultOf(int32_t result, const std::string& path, std::string_view said)
     return fault;
 }
 
-std::vector<LsysColumn> platformColumns(const vx63::SettingsFile& file)
+std::vector<LsysColumn> platformColumns(const vx63::settings::File& file)
 {
     std::vector<LsysColumn> columns;
     for (uint32_t i = 0; i < file.columnCount; ++i)
@@ -113,14 +113,14 @@ const char* setOf(const FileRef& file)
     return file.set.empty() ? nullptr : file.set.c_str();
 }
 
-Contents room(const vx63::SettingsFile& file)
+Contents room(const vx63::settings::File& file)
 {
     return {std::vector<uint8_t>(size_t{file.rows} * file.dataSize), 0};
 }
 
 ReadResult readBy(const std::string& path, uint32_t fileId, const std::function<int32_t(uint8_t*)>& reader)
 {
-    const vx63::SettingsFile& file = vx63::kSettingsFiles[fileId];
+    const vx63::settings::File& file = vx63::settings::kFiles[fileId];
     ReadResult read{std::nullopt, room(file)};
     std::string said;
     const int32_t result = listen([&] { return reader(read.contents.bytes.data()); }, said);
@@ -167,17 +167,17 @@ ReadResult readFile(const FileRef& file)
 
 ReadResult readFileAt(const std::string& path, uint32_t fileId)
 {
-    const vx63::SettingsFile& file = vx63::kSettingsFiles[fileId];
+    const vx63::settings::File& file = vx63::settings::kFiles[fileId];
     const std::vector<LsysColumn> columns = platformColumns(file);
     return readBy(path, fileId, [&](uint8_t* records) {
-        return lsys_readCsvNewFmt(path.c_str(), vx63::kSettingsVersion, file.rows, file.columnCount, records,
-                                  file.dataSize, columns.data());
+        return lsys_readCsvNewFmt(path.c_str(), vx63::settings::kVersion, file.rows, file.columnCount,
+                                  records, file.dataSize, columns.data());
     });
 }
 
 Contents factoryContents(uint32_t fileId)
 {
-    Contents contents = room(vx63::kSettingsFiles[fileId]);
+    Contents contents = room(vx63::settings::kFiles[fileId]);
     contents.records =
         static_cast<uint32_t>(vx63_readSetFile(fileId, contents.bytes.data(), nullptr, 1)); // cannot fail
     return contents;
@@ -222,11 +222,11 @@ void writeRecord(const FileRef& file, const Contents& contents, uint32_t record)
 
 void writeFileAt(const std::string& path, uint32_t fileId, const Contents& contents)
 {
-    const vx63::SettingsFile& file = vx63::kSettingsFiles[fileId];
+    const vx63::settings::File& file = vx63::settings::kFiles[fileId];
     const std::vector<LsysColumn> columns = platformColumns(file);
     const std::string header = headerOf(file);
     writeBy(path, path, [&] {
-        return lsys_writeCsvNewFmt(path.c_str(), vx63::kSettingsVersion, header.c_str(), contents.records,
+        return lsys_writeCsvNewFmt(path.c_str(), vx63::settings::kVersion, header.c_str(), contents.records,
                                    file.columnCount, contents.bytes.data(), file.dataSize, columns.data());
     });
 }

@@ -45,7 +45,7 @@ void examineFolder(uint32_t setFileId, std::vector<Finding>& findings)
 std::vector<Finding> examineFiles()
 {
     std::vector<Finding> findings;
-    for (const vx63::SettingsFile& entry : vx63::kSettingsFiles) {
+    for (const vx63::settings::File& entry : vx63::settings::kFiles) {
         if (kindOf(entry.fileId) == FileKind::set)
             examineFolder(entry.fileId, findings);
         else if (kindOf(entry.fileId) == FileKind::ordinary)

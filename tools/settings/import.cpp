@@ -37,10 +37,10 @@ class Source {
 public:
     explicit Source(const fs::path& folder) : m_folder(folder)
     {
-        for (const vx63::SettingsFile& entry : vx63::kSettingsFiles)
+        for (const vx63::settings::File& entry : vx63::settings::kFiles)
             if (m_visited.insert(folderOf(entry.fileId)).second)
                 readFolder(folderOf(entry.fileId));
-        for (const vx63::SetPair& pair : vx63::kSetPairs)
+        for (const vx63::settings::SetPair& pair : vx63::settings::kSetPairs)
             checkSets(static_cast<uint32_t>(pair.set));
     }
 
@@ -75,10 +75,10 @@ private:
 std::optional<FileRef> fileAt(const std::string& folder, const std::string& fileName)
 {
     const std::string path = "/usr/local/bin/" + folder + "/" + fileName;
-    for (const vx63::SettingsFile& entry : vx63::kSettingsFiles)
+    for (const vx63::settings::File& entry : vx63::settings::kFiles)
         if (path == entry.path)
             return FileRef{entry.fileId, ""};
-    for (const vx63::SettingsFile& entry : vx63::kSettingsFiles)
+    for (const vx63::settings::File& entry : vx63::settings::kFiles)
         if (kindOf(entry.fileId) == FileKind::set && folderOf(entry.fileId) == folder &&
             fileName.ends_with(".csv"))
             return FileRef{entry.fileId, fileName.substr(0, fileName.size() - 4)};
@@ -138,7 +138,7 @@ void write(const Source& source)
         for (const Item& item : source.items())
             if (kindOf(item.file.fileId) == kind)
                 writeFile(item.file, item.contents);
-    for (const vx63::SetPair& pair : vx63::kSetPairs) {
+    for (const vx63::settings::SetPair& pair : vx63::settings::kSetPairs) {
         const auto setFileId = static_cast<uint32_t>(pair.set);
         if (source.item(listOf(setFileId)) == nullptr)
             continue;
@@ -148,7 +148,7 @@ void write(const Source& source)
                 throw Failure(kExitOutput, "cannot delete " + nameOf({setFileId, name}),
                               "the file cannot be removed", "look at 'vx63 log --errors'");
     }
-    for (const vx63::SettingsFile& entry : vx63::kSettingsFiles)
+    for (const vx63::settings::File& entry : vx63::settings::kFiles)
         if (source.item(entry.fileId) != nullptr)
             noticeFile(entry.fileId);
 }

@@ -61,11 +61,11 @@ State stateOf(uint32_t fileId)
     return state;
 }
 
-Json stateJson(const vx63::SettingsFile& entry, const State& state)
+Json stateJson(const vx63::settings::File& entry, const State& state)
 {
     Json columns = Json::array();
     for (uint32_t i = 0; i < entry.columnCount; ++i) {
-        const vx63::Column& column = entry.columns[i];
+        const vx63::settings::Column& column = entry.columns[i];
         columns.push({{"name", column.name},
                       {"type", column.type},
                       {"width", column.width},
@@ -79,7 +79,7 @@ Json stateJson(const vx63::SettingsFile& entry, const State& state)
         {"id", entry.fileId},
         {"name", nameOf({entry.fileId, ""})},
         {"path", entry.path},
-        {"version", vx63::kSettingsVersion},
+        {"version", vx63::settings::kVersion},
         {"header", headerOf(entry)},
         {"columns", entry.columnCount},
         {"record_bytes", entry.dataSize},
@@ -97,7 +97,7 @@ Json stateJson(const vx63::SettingsFile& entry, const State& state)
 int list(const Options& options)
 {
     std::vector<std::vector<std::string>> rows = {{"ID", "FILE", "RECORDS", "STATE"}};
-    for (const vx63::SettingsFile& entry : vx63::kSettingsFiles) {
+    for (const vx63::settings::File& entry : vx63::settings::kFiles) {
         const State state = stateOf(entry.fileId);
         if (options.json)
             print(stateJson(entry, state).line());

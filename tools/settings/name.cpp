@@ -39,7 +39,7 @@ std::string wordOf(std::string_view fileName)
 
 std::string fileNameOf(uint32_t fileId)
 {
-    const std::string_view path = vx63::kSettingsFiles[fileId].path;
+    const std::string_view path = vx63::settings::kFiles[fileId].path;
     return std::string(path.substr(path.rfind('/') + 1));
 }
 
@@ -58,7 +58,7 @@ std::vector<std::string> candidates(const std::string& text)
     const std::string word = slash == std::string::npos ? text : text.substr(slash + 1);
     const std::string folder = slash == std::string::npos ? "" : text.substr(0, slash + 1);
     std::vector<std::string> byWord, byFolder;
-    for (const vx63::SettingsFile& file : vx63::kSettingsFiles) {
+    for (const vx63::settings::File& file : vx63::settings::kFiles) {
         const std::string name = nameOf({file.fileId, ""});
         if (!word.empty() && name.find(word) != std::string::npos)
             byWord.push_back(name);
@@ -72,7 +72,7 @@ std::vector<std::string> candidates(const std::string& text)
 
 FileKind kindOf(uint32_t fileId)
 {
-    for (const vx63::SetPair& pair : vx63::kSetPairs) {
+    for (const vx63::settings::SetPair& pair : vx63::settings::kSetPairs) {
         if (static_cast<uint32_t>(pair.set) == fileId)
             return FileKind::set;
         if (static_cast<uint32_t>(pair.list) == fileId)
@@ -81,14 +81,14 @@ FileKind kindOf(uint32_t fileId)
     return FileKind::ordinary;
 }
 
-const vx63::SettingsFile& entryOf(const FileRef& file)
+const vx63::settings::File& entryOf(const FileRef& file)
 {
-    return vx63::kSettingsFiles[file.fileId];
+    return vx63::settings::kFiles[file.fileId];
 }
 
 std::string folderOf(uint32_t fileId)
 {
-    const std::string_view path = vx63::kSettingsFiles[fileId].path;
+    const std::string_view path = vx63::settings::kFiles[fileId].path;
     return std::string(path.substr(kRoot.size(), path.rfind('/') - kRoot.size()));
 }
 
@@ -125,7 +125,7 @@ FileRef fileNamed(const std::string& option, const std::string& text)
 
     std::string wanted = lower(text.starts_with(kRoot) ? text.substr(kRoot.size()) : text);
     std::vector<uint32_t> byWord;
-    for (const vx63::SettingsFile& file : vx63::kSettingsFiles) {
+    for (const vx63::settings::File& file : vx63::settings::kFiles) {
         if (kindOf(file.fileId) == FileKind::set)
             continue;
         const std::string fileName = fileNameOf(file.fileId);
@@ -146,7 +146,7 @@ FileRef fileNamed(const std::string& option, const std::string& text)
     // Only the folder of a set may be written in any case: its name is its own.
     const std::string path = text.starts_with(kRoot) ? text.substr(kRoot.size()) : text;
     const size_t slash = path.find('/');
-    for (const vx63::SetPair& pair : vx63::kSetPairs) {
+    for (const vx63::settings::SetPair& pair : vx63::settings::kSetPairs) {
         const auto fileId = static_cast<uint32_t>(pair.set);
         if (slash == std::string::npos || lower(path.substr(0, slash)) != folderOf(fileId))
             continue;
@@ -187,7 +187,7 @@ std::vector<std::string> setFilesOf(uint32_t fileId)
 std::vector<std::string> setFilesIn(const std::string& folder, uint32_t fileId)
 {
     std::string list;
-    for (const vx63::SetPair& pair : vx63::kSetPairs)
+    for (const vx63::settings::SetPair& pair : vx63::settings::kSetPairs)
         if (static_cast<uint32_t>(pair.set) == fileId)
             list = fileNameOf(static_cast<uint32_t>(pair.list));
     std::vector<std::string> names;

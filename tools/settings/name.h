@@ -24,7 +24,7 @@ struct FileRef {
 };
 
 // What the catalogue tells of it.
-const vx63::SettingsFile& entryOf(const FileRef& file);
+const vx63::settings::File& entryOf(const FileRef& file);
 
 // "ch_set", the folder in /usr/local/bin, and its path.
 std::string folderOf(uint32_t fileId);

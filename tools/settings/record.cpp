@@ -21,10 +21,10 @@ uint32_t unsignedAt(const uint8_t* field, uint32_t width)
 }
 
 // The only signed fields have 4 bytes.
-int64_t numberAt(const vx63::Column& column, const uint8_t* record)
+int64_t numberAt(const vx63::settings::Column& column, const uint8_t* record)
 {
     const uint32_t value = unsignedAt(record + column.offset, column.width);
-    return column.type == vx63::kSigned ? int64_t{static_cast<int32_t>(value)} : int64_t{value};
+    return column.type == vx63::settings::kSigned ? int64_t{static_cast<int32_t>(value)} : int64_t{value};
 }
 
 std::optional<int64_t> parseSigned(std::string_view text)
@@ -38,25 +38,26 @@ std::optional<int64_t> parseSigned(std::string_view text)
 
 } // namespace
 
-std::string cellText(const vx63::Column& column, const uint8_t* record)
+std::string cellText(const vx63::settings::Column& column, const uint8_t* record)
 {
-    if (column.type != vx63::kText)
+    if (column.type != vx63::settings::kText)
         return std::to_string(numberAt(column, record));
     const auto* text = reinterpret_cast<const char*>(record + column.offset);
     return {text, strnlen(text, column.width)};
 }
 
-Json cellJson(const vx63::Column& column, const uint8_t* record)
+Json cellJson(const vx63::settings::Column& column, const uint8_t* record)
 {
-    if (column.type == vx63::kText)
+    if (column.type == vx63::settings::kText)
         return printable(cellText(column, record));
     return numberAt(column, record);
 }
 
-std::optional<std::string> storeCell(const vx63::Column& column, uint8_t* record, std::string_view text)
+std::optional<std::string> storeCell(const vx63::settings::Column& column, uint8_t* record,
+                                     std::string_view text)
 {
     uint8_t* const field = record + column.offset;
-    if (column.type == vx63::kText) {
+    if (column.type == vx63::settings::kText) {
         if (text.size() >= column.width)
             return format("'%.*s' is longer than %u bytes", static_cast<int>(text.size()), text.data(),
                           column.width - 1);
@@ -66,7 +67,7 @@ std::optional<std::string> storeCell(const vx63::Column& column, uint8_t* record
         std::memcpy(field, text.data(), text.size());
         return std::nullopt;
     }
-    const bool isSigned = column.type == vx63::kSigned;
+    const bool isSigned = column.type == vx63::settings::kSigned;
     const int64_t values = int64_t{1} << (8 * column.width);
     const int64_t lowest = isSigned ? -values / 2 : 0;
     const int64_t highest = isSigned ? values / 2 - 1 : values - 1;
@@ -81,7 +82,7 @@ std::optional<std::string> storeCell(const vx63::Column& column, uint8_t* record
     return std::nullopt;
 }
 
-const vx63::Column* columnNamed(const vx63::SettingsFile& file, std::string_view name)
+const vx63::settings::Column* columnNamed(const vx63::settings::File& file, std::string_view name)
 {
     for (uint32_t i = 0; i < file.columnCount; ++i)
         if (std::ranges::equal(file.columns[i].name, name, [](unsigned char a, unsigned char b) {
@@ -91,7 +92,7 @@ const vx63::Column* columnNamed(const vx63::SettingsFile& file, std::string_view
     return nullptr;
 }
 
-std::string headerOf(const vx63::SettingsFile& file)
+std::string headerOf(const vx63::settings::File& file)
 {
     std::string header;
     for (uint32_t i = 0; i < file.columnCount; ++i)

@@ -11,18 +11,19 @@
 namespace tool {
 
 // As it stands in the file, but a text without quotes.
-std::string cellText(const vx63::Column& column, const uint8_t* record);
+std::string cellText(const vx63::settings::Column& column, const uint8_t* record);
 
 // A number, or a text that is safe on a terminal.
-Json cellJson(const vx63::Column& column, const uint8_t* record);
+Json cellJson(const vx63::settings::Column& column, const uint8_t* record);
 
 // Puts a value into its field. Gives why it does not fit; the record is as it was then.
-std::optional<std::string> storeCell(const vx63::Column& column, uint8_t* record, std::string_view text);
+std::optional<std::string> storeCell(const vx63::settings::Column& column, uint8_t* record,
+                                     std::string_view text);
 
 // A column by its name, letters in any case; null where there is none.
-const vx63::Column* columnNamed(const vx63::SettingsFile& file, std::string_view name);
+const vx63::settings::Column* columnNamed(const vx63::settings::File& file, std::string_view name);
 
 // The names of the columns, separated by commas: the header line of the file.
-std::string headerOf(const vx63::SettingsFile& file);
+std::string headerOf(const vx63::settings::File& file);
 
 } // namespace tool

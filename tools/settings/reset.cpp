@@ -32,7 +32,7 @@ std::optional<std::string> leftover()
 {
     for (uint32_t fileId = 0; fileId < VX63_SET_FILE_COUNT; ++fileId) {
         std::error_code error;
-        const auto folder = std::filesystem::path(vx63::kSettingsFiles[fileId].path).parent_path();
+        const auto folder = std::filesystem::path(vx63::settings::kFiles[fileId].path).parent_path();
         for (const auto& entry : std::filesystem::directory_iterator(folder, error))
             if (!entry.path().filename().string().starts_with('.'))
                 return entry.path().string();
@@ -46,7 +46,7 @@ std::vector<uint32_t> filesToWrite()
     std::vector<uint32_t> fileIds;
     for (uint32_t fileId = 0; fileId < VX63_SET_FILE_COUNT; ++fileId) {
         const FileKind kind = kindOf(fileId);
-        const auto folder = std::filesystem::path(vx63::kSettingsFiles[fileId].path).parent_path();
+        const auto folder = std::filesystem::path(vx63::settings::kFiles[fileId].path).parent_path();
         if (kind == FileKind::ordinary || (kind == FileKind::list && std::filesystem::exists(folder)))
             fileIds.push_back(fileId);
     }
@@ -80,7 +80,7 @@ Contents listAnew(uint32_t listFileId)
     const uint32_t setFileId = setOf(listFileId);
     std::vector<std::string> names;
     for (const std::string& name : setFilesOf(setFileId)) {
-        if (setNameFault(name) || names.size() == vx63::kSettingsFiles[listFileId].rows)
+        if (setNameFault(name) || names.size() == vx63::settings::kFiles[listFileId].rows)
             complain("cannot list '" + name +
                      "': the name or the number of the sets is wrong: "
                      "see 'vx63 settings check'");

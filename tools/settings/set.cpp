@@ -27,7 +27,7 @@ int set(const Options& options)
     if (kindOf(file.fileId) == FileKind::list)
         throw Failure(kExitUsage, "cannot change " + nameOf(file),
                       "a list must agree with the sets in its folder", "use 'vx63 sets'");
-    const vx63::Column* column = requireColumn(file, options.column);
+    const vx63::settings::Column* column = requireColumn(file, options.column);
     std::vector<uint8_t> scratch(entryOf(file).dataSize);
     if (const auto why = storeCell(*column, scratch.data(), options.value))
         throw Failure(kExitUsage, "cannot set " + std::string(column->name), *why, "give another value");

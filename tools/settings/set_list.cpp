@@ -39,19 +39,22 @@ bool fileExists(const FileRef& file)
 
 uint32_t listOf(uint32_t setFileId)
 {
-    return static_cast<uint32_t>(
-        std::ranges::find(vx63::kSetPairs, static_cast<int32_t>(setFileId), &vx63::SetPair::set)->list);
+    return static_cast<uint32_t>(std::ranges::find(vx63::settings::kSetPairs, static_cast<int32_t>(setFileId),
+                                                   &vx63::settings::SetPair::set)
+                                     ->list);
 }
 
 uint32_t setOf(uint32_t listFileId)
 {
-    return static_cast<uint32_t>(
-        std::ranges::find(vx63::kSetPairs, static_cast<int32_t>(listFileId), &vx63::SetPair::list)->set);
+    return static_cast<uint32_t>(std::ranges::find(vx63::settings::kSetPairs,
+                                                   static_cast<int32_t>(listFileId),
+                                                   &vx63::settings::SetPair::list)
+                                     ->set);
 }
 
 Contents listNaming(uint32_t listFileId, const std::vector<std::string>& names)
 {
-    const vx63::SettingsFile& file = vx63::kSettingsFiles[listFileId];
+    const vx63::settings::File& file = vx63::settings::kFiles[listFileId];
     Contents list{std::vector<uint8_t>(size_t{file.rows} * file.dataSize), file.rows};
     for (uint32_t i = 0; i < file.rows; ++i)
         putEntry(list, i, i < names.size() ? names[i] : "");
@@ -61,7 +64,7 @@ Contents listNaming(uint32_t listFileId, const std::vector<std::string>& names)
 std::vector<ListEntry> listedSets(uint32_t listFileId, const Contents& list)
 {
     std::vector<ListEntry> listed;
-    for (uint32_t i = 0; i < std::min(list.records, vx63::kSettingsFiles[listFileId].rows); ++i) {
+    for (uint32_t i = 0; i < std::min(list.records, vx63::settings::kFiles[listFileId].rows); ++i) {
         const SetListEntry entry = entryAt(list, i);
         if (entry.ENBFLG == 1)
             listed.push_back({i, {entry.FILE_NAME, strnlen(entry.FILE_NAME, sizeof entry.FILE_NAME)}});
@@ -150,7 +153,7 @@ void SetFolder::add(const std::string& name, const Contents& channels)
     if (recordOf(name) || fileExists(set))
         throw Failure(kExitCreate, what, "there is such a set already",
                       "choose another name, or use 'vx63 sets delete' first");
-    const uint32_t rows = vx63::kSettingsFiles[m_list].rows;
+    const uint32_t rows = vx63::settings::kFiles[m_list].rows;
     uint32_t record = 0;
     while (record < m_contents.records &&
            std::ranges::find(m_listed, record, &ListEntry::record) != m_listed.end())

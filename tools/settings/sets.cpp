@@ -126,10 +126,10 @@ int show(const ShowOptions& options)
 Contents channelsOf(const CreateOptions& options)
 {
     const FileRef& plan = options.plan;
-    const vx63::SettingsFile& entry = entryOf(plan);
-    const vx63::SettingsFile& set = vx63::kSettingsFiles[options.set()];
-    const vx63::Column* channel = columnNamed(entry, "CH_NO");
-    const vx63::Column* frequency = columnNamed(entry, "CENT_FREQ");
+    const vx63::settings::File& entry = entryOf(plan);
+    const vx63::settings::File& set = vx63::settings::kFiles[options.set()];
+    const vx63::settings::Column* channel = columnNamed(entry, "CH_NO");
+    const vx63::settings::Column* frequency = columnNamed(entry, "CENT_FREQ");
     if (frequency == nullptr)
         frequency = columnNamed(entry, "QAM_CENT_FREQ");
     const std::string what = "cannot make a set of " + nameOf(plan);

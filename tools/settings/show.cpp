@@ -63,8 +63,8 @@ int show(const Options& options)
 
 int get(const Options& options)
 {
-    const vx63::SettingsFile& entry = entryOf(options.file);
-    const vx63::Column* column = requireColumn(options.file, options.column);
+    const vx63::settings::File& entry = entryOf(options.file);
+    const vx63::settings::Column* column = requireColumn(options.file, options.column);
     const Contents contents = contentsOf(options);
     requireRecord(options.file, contents, options.record);
     print(printable(cellText(*column, contents.bytes.data() + options.record * entry.dataSize)) + "\n");
@@ -75,11 +75,11 @@ int get(const Options& options)
 
 std::string shownRecords(const FileRef& file, const Contents& contents, Form form)
 {
-    const vx63::SettingsFile& entry = entryOf(file);
+    const vx63::settings::File& entry = entryOf(file);
     std::string result;
     std::vector<std::vector<std::string>> rows(1, {"RECORD"});
     if (form == Form::csv)
-        result = vx63::kSettingsVersion + ("\n" + headerOf(entry)) + "\n";
+        result = vx63::settings::kVersion + ("\n" + headerOf(entry)) + "\n";
     for (uint32_t i = 0; i < entry.columnCount; ++i)
         rows.front().emplace_back(entry.columns[i].name);
     for (uint32_t record = 0; record < contents.records; ++record) {
@@ -88,7 +88,7 @@ std::string shownRecords(const FileRef& file, const Contents& contents, Form for
         Json json = {{"record", record}};
         std::string line;
         for (uint32_t i = 0; i < entry.columnCount; ++i) {
-            const vx63::Column& column = entry.columns[i];
+            const vx63::settings::Column& column = entry.columns[i];
             row.push_back(cellText(column, bytes));
             json.set(std::string(column.name), cellJson(column, bytes));
             line += (i == 0 ? "" : ",") + csvCell(row.back());

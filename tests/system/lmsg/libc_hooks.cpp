@@ -88,31 +88,4 @@ int clock_gettime(clockid_t clock, timespec* time)
     return result;
 }
 
-// The sanitizers bring a heap of their own.
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-
-void* __libc_malloc(size_t);
-void* __libc_calloc(size_t, size_t);
-void* __libc_realloc(void*, size_t);
-
-void* malloc(size_t size)
-{
-    hooks::s_allocations++;
-    return __libc_malloc(size);
-}
-
-void* calloc(size_t count, size_t size)
-{
-    hooks::s_allocations++;
-    return __libc_calloc(count, size);
-}
-
-void* realloc(void* memory, size_t size)
-{
-    hooks::s_allocations++;
-    return __libc_realloc(memory, size);
-}
-
-#endif
-
 } // extern "C"

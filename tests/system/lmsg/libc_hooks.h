@@ -34,9 +34,6 @@ inline std::atomic<int64_t> s_passedNs{0};
 // Whether CLOCK_REALTIME steps by a day, to and fro, at every look.
 inline std::atomic<bool> s_realtimeSteps{false};
 
-// How often this thread has asked for memory.
-inline thread_local int64_t s_allocations = 0;
-
 // Puts every hook back.
 void reset();
 

@@ -133,30 +133,4 @@ int posix_spawn(pid_t* child, const char* path, const posix_spawn_file_actions_t
     return passed(child, path, actions, attributes, arguments, environment);
 }
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-
-void* __libc_malloc(size_t);
-void* __libc_calloc(size_t, size_t);
-void* __libc_realloc(void*, size_t);
-
-void* malloc(size_t size)
-{
-    hooks::s_allocations++;
-    return __libc_malloc(size);
-}
-
-void* calloc(size_t count, size_t size)
-{
-    hooks::s_allocations++;
-    return __libc_calloc(count, size);
-}
-
-void* realloc(void* memory, size_t size)
-{
-    hooks::s_allocations++;
-    return __libc_realloc(memory, size);
-}
-
-#endif
-
 } // extern "C"

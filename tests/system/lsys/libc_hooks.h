@@ -20,10 +20,6 @@ inline size_t s_writeLimit = SIZE_MAX;
 // Called before each posix_spawn().
 inline std::function<void(const posix_spawnattr_t& attributes)> s_onSpawn;
 
-// How often this thread has asked for memory. Not counted under the sanitizers, which have heaps of their
-// own.
-inline thread_local int64_t s_allocations = 0;
-
 // Puts every hook back.
 void reset();
 

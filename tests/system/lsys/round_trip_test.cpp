@@ -1,6 +1,6 @@
 // What was written is read back with the same count and the same bytes, whatever it is.
-#include "libc_hooks.h"
 #include "settings_file.h"
+#include "support/heap_count.h"
 
 #include <algorithm>
 #include <rapidcheck.h>
@@ -185,7 +185,7 @@ TEST_F(RoundTripTest, TheShapesOfAMeterInFull)
         const std::string file = path();
         Bytes back(records.size(), kUntouched);
 
-        const int64_t before = hooks::s_allocations;
+        const int64_t before = vx63test::t_heapCalls;
         const int32_t written = lsys_writeCsvNewFmt(file.c_str(), "1.0.0", of.header.c_str(), shape.records,
                                                     static_cast<uint32_t>(of.columns.size()), records.data(),
                                                     of.recordSize, of.columns.data());
@@ -194,7 +194,7 @@ TEST_F(RoundTripTest, TheShapesOfAMeterInFull)
                                back.data(), of.recordSize, of.columns.data());
         const int32_t missing =
             lsys_readCsvNewFmt("/none", "1.0.0", 1, 1, back.data(), of.recordSize, of.columns.data());
-        EXPECT_EQ(hooks::s_allocations, before) << shape.name;
+        EXPECT_EQ(vx63test::t_heapCalls, before) << shape.name;
         EXPECT_EQ(written, LSYS_OK) << shape.name;
         EXPECT_EQ(got, static_cast<int32_t>(shape.records)) << shape.name;
         EXPECT_EQ(missing, LSYS_ERR_MISSING);

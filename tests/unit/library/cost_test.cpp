@@ -3,6 +3,7 @@
 #include "libvx63.h"
 #include "lmsg.h"
 #include "lsys.h"
+#include "support/heap_count.h"
 #include "support/log_file.h"
 
 #include <atomic>
@@ -20,7 +21,7 @@
 namespace {
 
 struct Counts {
-    int heap = 0;
+    int64_t heap = 0;
     int stat = 0;
     int open = 0;
     int write = 0;
@@ -39,35 +40,6 @@ void count(int Counts::*what)
 } // namespace
 
 extern "C" {
-
-void* __libc_malloc(size_t size);
-void* __libc_calloc(size_t count, size_t size);
-void* __libc_realloc(void* memory, size_t size);
-void __libc_free(void* memory);
-
-void* malloc(size_t size)
-{
-    count(&Counts::heap);
-    return __libc_malloc(size);
-}
-
-void* calloc(size_t number, size_t size)
-{
-    count(&Counts::heap);
-    return __libc_calloc(number, size);
-}
-
-void* realloc(void* memory, size_t size)
-{
-    count(&Counts::heap);
-    return __libc_realloc(memory, size);
-}
-
-void free(void* memory)
-{
-    count(&Counts::heap);
-    __libc_free(memory);
-}
 
 int stat(const char* path, struct stat* status) noexcept
 {
@@ -302,9 +274,11 @@ const Operation kOperations[] = {
 Counts costOf(const Operation& operation)
 {
     Counts counts;
+    const int64_t before = vx63test::t_heapCalls;
     t_counts = &counts;
     const int32_t result = operation.call();
     t_counts = nullptr;
+    counts.heap = vx63test::t_heapCalls - before;
     EXPECT_EQ(result, 0) << operation.name;
     return counts;
 }

@@ -1,73 +1,37 @@
 #include "support/bytes.h"
 #include "support/operation_test.h"
+#include "support/start_body.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
+using vx63test::condition;
+using vx63test::conditionLine;
 using vx63test::filled;
 using vx63test::hex16;
 using vx63test::hexByte;
 using vx63test::logMessages;
 using vx63test::platform;
 using vx63test::same;
+using vx63test::startRequest;
 
 using DelayProfileTest = vx63test::OperationTest;
 
 // ---- vx63_startDlyPrfMeas ----
 
-MeasCondition condition()
-{
-    MeasCondition condition = {};
-    condition.ulFreq = 557143;     // 00088057
-    condition.ulLoFreq = 10678000; // 00A2EEF0
-    condition.usBdSys = 0x0102;
-    condition.usBand = 0x0304;
-    condition.usMod = 0x1400;
-    condition.usCondition = 0x00AB;
-    memcpy(condition.ucStrChan, "ABCDEFGH", 8);
-    condition.ucOutputEnb = 9;
-    condition.powerSupply = 3;
-    return condition;
-}
-
-constexpr char kConditionLine[] =
-    "vx63_startDlyPrfMeas: ulFreq=557143, ulLoFreq=10678000, usBdSys=258, usBand=772, usMod=0x1400, "
-    "usCondition=0x00AB, ucStrChan=[ABCDEFGH], ucOutputEnb=9, powerSupply=";
-
-// The start request of condition(), with display type 6 and these two bytes of supply.
-std::string startRequest(const std::string& supply)
-{
-    return "05 0C 07 01 28 00 00 00 | 06 00 00 00 01 00 00 00 | 57 80 08 00 F0 EE A2 00 02 01 04 03 00 14 AB "
-           "00 | 41 42 43 44 45 46 47 48 | 09 " +
-           supply + " 00 00 00 00 00";
-}
-
-constexpr char kStopRequest[] = "05 0C 07 01 28 00 00 00 | 06 00*39";
 constexpr char kAccepted[] = "0C 05 07 81 04 00 00 00 | 00 00 00 00";
-
-TEST_F(DelayProfileTest, StartSendsTheCondition)
-{
-    platform().expectSend(12, 10000, startRequest("01 01"));
-    platform().expectReceive(5, 10000, kAccepted);
-    const MeasCondition given = condition();
-    EXPECT_EQ(vx63_startDlyPrfMeas(6, &given), 0);
-    EXPECT_THAT(logMessages(), ElementsAre("vx63_startDlyPrfMeas: Start.", std::string(kConditionLine) + "3",
-                                           "vx63_startDlyPrfMeas: reqData.ucDispType=6",
-                                           "vx63_startDlyPrfMeas: End. vx63_err=0"));
-}
 
 TEST_F(DelayProfileTest, StartTakesASupplyOutOfRangeForOff)
 {
     for (const int32_t supply : {5, -1, INT32_MIN}) {
         vx63test::removeLog();
-        platform().expectSend(12, 10000, startRequest("00 00"));
+        platform().expectSend(12, 10000, startRequest("07 01", "00 00"));
         platform().expectReceive(5, 10000, kAccepted);
-        MeasCondition given = condition();
-        given.powerSupply = supply;
+        const MeasCondition given = condition(supply);
         EXPECT_EQ(vx63_startDlyPrfMeas(6, &given), 0);
         EXPECT_THAT(logMessages(),
-                    ElementsAre("vx63_startDlyPrfMeas: Start.", kConditionLine + std::to_string(supply),
+                    ElementsAre("vx63_startDlyPrfMeas: Start.", conditionLine("vx63_startDlyPrfMeas", supply),
                                 "vx63_startDlyPrfMeas: arg error. powerSupply=" + std::to_string(supply) +
                                     " -> VX63_POWER_SUPPLY_OFF",
                                 "vx63_startDlyPrfMeas: reqData.ucDispType=6",
@@ -81,73 +45,6 @@ TEST_F(DelayProfileTest, StartRefusesANullPointer)
     EXPECT_THAT(logMessages(), ElementsAre("vx63_startDlyPrfMeas: Start.",
                                            "vx63_startDlyPrfMeas: arg error. pCondition=(nil)",
                                            "vx63_startDlyPrfMeas: End. vx63_err=-2"));
-}
-
-TEST_F(DelayProfileTest, StartJudgesUcRet)
-{
-    const MeasCondition given = condition();
-    for (unsigned ucRet = 0; ucRet < 256; ++ucRet) {
-        vx63test::removeLog();
-        platform().expectSend(12, 10000, startRequest("01 01"));
-        platform().expectReceive(5, 10000, "0C 05 07 81 04 00 00 00 | " + hexByte(ucRet) + " 00 00 00");
-        const int32_t result = vx63_startDlyPrfMeas(6, &given);
-        if (ucRet == 0 || ucRet == 7) {
-            EXPECT_EQ(result, 0) << ucRet;
-        } else if (ucRet == 2) {
-            EXPECT_EQ(result, -2);
-            EXPECT_EQ(logMessages().at(3), "vx63_startDlyPrfMeas: parameter error. vx63_err=-2");
-        } else {
-            EXPECT_EQ(result, -1) << ucRet; // 3 as well: no power-supply error here
-            EXPECT_EQ(logMessages().at(3), "vx63_startDlyPrfMeas: ret error. vx63_err=-1");
-        }
-    }
-}
-
-TEST_F(DelayProfileTest, StartNamesTheSubCpuWhenTheExchangeFails)
-{
-    platform().expectSend(12, 10000, startRequest("01 01"));
-    platform().expectReceiveFails(5, 10000, -4);
-    const MeasCondition given = condition();
-    EXPECT_EQ(vx63_startDlyPrfMeas(6, &given), -1);
-    EXPECT_THAT(logMessages(), ElementsAre("vx63_startDlyPrfMeas: Start.", std::string(kConditionLine) + "3",
-                                           "vx63_startDlyPrfMeas: reqData.ucDispType=6",
-                                           "vx63_sndRcvCommon: lmsgrcvMq() timeout error. lmsg_err=-4",
-                                           "vx63_startDlyPrfMeas: subcpu communication error. vx63_err=-1",
-                                           "vx63_startDlyPrfMeas: End. vx63_err=-1"));
-}
-
-// ---- vx63_stopDlyPrfMeas ----
-
-TEST_F(DelayProfileTest, StopSendsTheDisplayTypeAlone)
-{
-    platform().expectSend(12, 10000, kStopRequest);
-    platform().expectReceive(5, 10000, kAccepted);
-    EXPECT_EQ(vx63_stopDlyPrfMeas(6), 0);
-    EXPECT_THAT(logMessages(),
-                ElementsAre("vx63_stopDlyPrfMeas: Start.", "vx63_stopDlyPrfMeas: reqData.ucDispType=6",
-                            "vx63_stopDlyPrfMeas: End. vx63_err=0"));
-}
-
-TEST_F(DelayProfileTest, StopJudgesUcRet)
-{
-    const std::pair<const char*, int32_t> cases[] = {{"00", 0},  {"01", -1}, {"02", -2},
-                                                     {"03", -1}, {"07", 0},  {"08", -1}};
-    for (const auto& [ucRet, result] : cases) {
-        platform().expectSend(12, 10000, kStopRequest);
-        platform().expectReceive(5, 10000, std::string("0C 05 07 81 04 00 00 00 | ") + ucRet + " 00 00 00");
-        EXPECT_EQ(vx63_stopDlyPrfMeas(6), result) << ucRet;
-    }
-}
-
-TEST_F(DelayProfileTest, StopNamesTheSubCpuWhenTheExchangeFails)
-{
-    platform().expectSend(12, 10000, kStopRequest, -4);
-    EXPECT_EQ(vx63_stopDlyPrfMeas(6), -1);
-    EXPECT_THAT(logMessages(),
-                ElementsAre("vx63_stopDlyPrfMeas: Start.", "vx63_stopDlyPrfMeas: reqData.ucDispType=6",
-                            "vx63_sndRcvCommon: lmsg_tsndMq() timeout error. lmsg_err=-4",
-                            "vx63_stopDlyPrfMeas: subcpu communication error. vx63_err=-1",
-                            "vx63_stopDlyPrfMeas: End. vx63_err=-1"));
 }
 
 // ---- vx63_getDlyPrfResult ----

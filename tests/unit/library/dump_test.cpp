@@ -24,7 +24,7 @@ TEST_F(DumpTest, FortyBytesTakeThreeLines)
 {
     uint8_t data[40];
     std::iota(std::begin(data), std::end(data), uint8_t{0xE0});
-    vx63::logDump("consta data", data, 40, vx63::Site("vx63_getSingleMeasResult", 7));
+    vx63::logDump("consta data", data, 40, "vx63_getSingleMeasResult");
     EXPECT_THAT(
         logMessages(),
         ElementsAre("vx63_getSingleMeasResult: consta data:40 byte",
@@ -36,14 +36,14 @@ TEST_F(DumpTest, FortyBytesTakeThreeLines)
 
 TEST_F(DumpTest, NoBytesLeaveTheTitle)
 {
-    vx63::logDump("consta data", nullptr, 0, vx63::Site("f", 1));
+    vx63::logDump("consta data", nullptr, 0, "f");
     EXPECT_THAT(logMessages(), ElementsAre("f: consta data:0 byte"));
 }
 
 TEST_F(DumpTest, AFullLineIsTheLast)
 {
     const uint8_t data[16] = {};
-    vx63::logDump("consta data", data, 16, vx63::Site("f", 1));
+    vx63::logDump("consta data", data, 16, "f");
     EXPECT_THAT(logMessages(), ElementsAre("f: consta data:16 byte",
                                            "f: 0000 : 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"));
 }
@@ -51,7 +51,7 @@ TEST_F(DumpTest, AFullLineIsTheLast)
 TEST_F(DumpTest, OffsetsGrowPastFourDigits)
 {
     const std::vector<uint8_t> data(0x10001, 0xAB);
-    vx63::logDump("d", data.data(), 0x10001, vx63::Site("f", 1));
+    vx63::logDump("d", data.data(), 0x10001, "f");
     EXPECT_EQ(logMessages().back(), "f: 10000 : AB");
     EXPECT_EQ(logLines().size(), 1u + 0x1000 + 1);
 }
@@ -59,7 +59,7 @@ TEST_F(DumpTest, OffsetsGrowPastFourDigits)
 TEST_F(DumpTest, ALabelOutOfAllBoundsStaysInTheBuffer)
 {
     const std::string label(60000, 'L');
-    vx63::logDump(label.c_str(), nullptr, 0, vx63::Site("f", 1));
+    vx63::logDump(label.c_str(), nullptr, 0, "f");
     EXPECT_THAT(logMessages(), ElementsAre("f: " + std::string(49999, 'L')));
 }
 

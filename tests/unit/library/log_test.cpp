@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <regex>
+#include <set>
 #include <sys/stat.h>
 #include <thread>
 #include <time.h>
@@ -17,6 +18,7 @@ using testing::ElementsAre;
 using vx63test::kLogPath;
 using vx63test::logLines;
 using vx63test::logMessages;
+using vx63test::platform;
 
 // vx63_init(18) logs three lines and asks no service.
 class LogTest : public testing::Test {
@@ -51,6 +53,46 @@ TEST_F(LogTest, ALineHasItsSixFields)
     EXPECT_GE(time, before.tv_sec * 1000000 + before.tv_nsec / 1000);
     EXPECT_LE(time, after.tv_sec * 1000000 + after.tv_nsec / 1000);
     EXPECT_GT(std::stoi(match[3]), 0);
+}
+
+// A routine that several operations share logs in the name of each, but every statement by its own line.
+using SharedRoutineTest = vx63test::OperationTest;
+
+void expectStatementsToldApart(size_t first, size_t count)
+{
+    const std::vector<int> lines = vx63test::logSourceLines();
+    ASSERT_GE(lines.size(), first + count);
+    const std::set<int> statements(&lines[first], &lines[first] + count);
+    EXPECT_EQ(statements.size(), count) << testing::PrintToString(lines);
+}
+
+TEST_F(SharedRoutineTest, AReadTellsItsStatementsApart)
+{
+    MultiMeasResult result;
+    EXPECT_EQ(vx63_getScanResult(-1, &result), -2);
+    EXPECT_EQ(logMessages().at(2), "vx63_getScanResult: arg error. sIndex=-1");
+    expectStatementsToldApart(1, 2);
+}
+
+TEST_F(SharedRoutineTest, AStartTellsItsStatementsApart)
+{
+    platform().expectSend(12, 10000, "05 0C 03 01 28 00 00 00 | 06 00 00 00 01 00 00 00 | 00*32");
+    platform().expectReceive(5, 10000, "0C 05 03 81 04 00 00 00 | 02 00 00 00");
+    MeasCondition condition = {};
+    condition.powerSupply = 9;
+    EXPECT_EQ(vx63_startSingleMeas(6, &condition), -2);
+    EXPECT_EQ(logMessages().at(4), "vx63_startSingleMeasCommon: parameter error. vx63_err=-2");
+    expectStatementsToldApart(1, 3); // the condition, its supply, the display type
+}
+
+TEST_F(SharedRoutineTest, ADumpTellsItsStatementsApart)
+{
+    platform().expectSend(12, 10000, "05 0C 06 01 08 00 00 00 | 00 00 00 00 01 00 00 00");
+    platform().expectReceive(5, 10000, "0C 05 06 81 3E 00 00 00 | 00*40 | 09 00 00 00 | 55*18");
+    SingleMeasResult result;
+    EXPECT_EQ(vx63_getSingleMeasResult(1, &result), 0);
+    EXPECT_EQ(logMessages().at(7), "vx63_getSingleMeasResult: 0010 : 55 55");
+    expectStatementsToldApart(5, 3);
 }
 
 TEST_F(LogTest, AMissingFileIsCreated)

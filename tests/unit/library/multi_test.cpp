@@ -384,56 +384,6 @@ TEST_F(MultiTest, ScanRefusesWhatAStartRefuses)
     EXPECT_EQ(vx63_startScan(6, farTooFew.get()), -1);
 }
 
-// ---- vx63_stopMultiMeas, vx63_stopScan ----
-
-struct Stop {
-    std::string name;
-    int32_t (*call)(uint8_t);
-};
-const Stop kStops[] = {{"vx63_stopMultiMeas", vx63_stopMultiMeas}, {"vx63_stopScan", vx63_stopScan}};
-
-constexpr char kStopRequest[] = "05 0C 09 01 0C 05 00 00 | 06 00*1291";
-
-TEST_F(MultiTest, StopSendsTheDisplayTypeAlone)
-{
-    for (const auto& [name, stop] : kStops) {
-        vx63test::removeLog();
-        expectPart(kStopRequest);
-        EXPECT_EQ(stop(6), 0);
-        EXPECT_THAT(logMessages(), ElementsAre(name + ": Start.", name + ": reqData.ucDispType=6",
-                                               name + ": End. vx63_err=0"));
-    }
-}
-
-TEST_F(MultiTest, StopJudgesUcRet)
-{
-    for (const auto& [name, stop] : kStops) {
-        for (unsigned ucRet = 1; ucRet < 256; ++ucRet) {
-            vx63test::removeLog();
-            expectPart(kStopRequest, hexByte(ucRet));
-            const int32_t expected = ucRet == 7 ? 0 : ucRet == 2 ? -2 : -1;
-            EXPECT_EQ(stop(6), expected) << ucRet;
-            if (ucRet != 7) {
-                EXPECT_EQ(logMessages().at(2), name + (ucRet == 2 ? ": parameter error. vx63_err=-2"
-                                                                  : ": ret error. vx63_err=-1"));
-            }
-        }
-    }
-}
-
-TEST_F(MultiTest, StopNamesTheSubCpuWhenTheExchangeFails)
-{
-    for (const auto& [name, stop] : kStops) {
-        vx63test::removeLog();
-        platform().expectSend(12, 10000, kStopRequest, -4);
-        EXPECT_EQ(stop(6), -1);
-        EXPECT_THAT(logMessages(), ElementsAre(name + ": Start.", name + ": reqData.ucDispType=6",
-                                               "vx63_sndRcvCommon: lmsg_tsndMq() timeout error. lmsg_err=-4",
-                                               name + ": subcpu communication error. vx63_err=-1",
-                                               name + ": End. vx63_err=-1"));
-    }
-}
-
 // ---- vx63_setMultiMeasChannel ----
 
 TEST_F(MultiTest, SetChannelDoesNothingAtAll)

@@ -1,15 +1,19 @@
 #include "support/bytes.h"
 #include "support/operation_test.h"
+#include "support/start_body.h"
 
 namespace {
 
 using testing::ElementsAre;
+using vx63test::condition;
+using vx63test::conditionLine;
 using vx63test::filled;
 using vx63test::hexByte;
 using vx63test::logMessages;
 using vx63test::platform;
 using vx63test::pointerText;
 using vx63test::same;
+using vx63test::startRequest;
 
 using PriorityTest = vx63test::OperationTest;
 
@@ -17,39 +21,18 @@ constexpr char kAccepted[] = "0C 05 03 81 04 00 00 00 | 00 00 00 00";
 
 // ---- vx63_startMultiChPrioMeas: what vx63_startSingleMeas sends ----
 
-MeasCondition condition()
+TEST_F(PriorityTest, StartTakesASupplyOutOfRangeForOff)
 {
-    MeasCondition condition = {};
-    condition.ulFreq = 557143;     // 00088057
-    condition.ulLoFreq = 10678000; // 00A2EEF0
-    condition.usBdSys = 0x0102;
-    condition.usBand = 0x0304;
-    condition.usMod = 0x1400;
-    condition.usCondition = 0x00AB;
-    memcpy(condition.ucStrChan, "ABCDEFGH", 8);
-    condition.ucOutputEnb = 9;
-    condition.powerSupply = 9; // not refused
-    return condition;
-}
-
-constexpr char kStartRequest[] =
-    "05 0C 03 01 28 00 00 00 | 06 00 00 00 01 00 00 00 | 57 80 08 00 F0 EE A2 00 02 01 04 03 00 14 AB 00 |"
-    "41 42 43 44 45 46 47 48 | 09 00 00 00 00 00 00 00";
-
-TEST_F(PriorityTest, StartSendsTheCondition)
-{
-    platform().expectSend(12, 10000, kStartRequest);
+    platform().expectSend(12, 10000, startRequest("03 01", "00 00"));
     platform().expectReceive(5, 10000, kAccepted);
-    const MeasCondition given = condition();
+    const MeasCondition given = condition(9);
     EXPECT_EQ(vx63_startMultiChPrioMeas(6, &given), 0);
-    EXPECT_THAT(
-        logMessages(),
-        ElementsAre("vx63_startMultiChPrioMeas: Start.",
-                    "vx63_startSingleMeasCommon: ulFreq=557143, ulLoFreq=10678000, usBdSys=258, usBand=772, "
-                    "usMod=0x1400, usCondition=0x00AB, ucStrChan=[ABCDEFGH], ucOutputEnb=9, powerSupply=9",
-                    "vx63_startSingleMeasCommon: arg error. powerSupply=9 -> VX63_POWER_SUPPLY_OFF",
-                    "vx63_startSingleMeasCommon: reqData.ucDispType=6",
-                    "vx63_startMultiChPrioMeas: End. vx63_err=0"));
+    EXPECT_THAT(logMessages(),
+                ElementsAre("vx63_startMultiChPrioMeas: Start.",
+                            conditionLine("vx63_startSingleMeasCommon", 9),
+                            "vx63_startSingleMeasCommon: arg error. powerSupply=9 -> VX63_POWER_SUPPLY_OFF",
+                            "vx63_startSingleMeasCommon: reqData.ucDispType=6",
+                            "vx63_startMultiChPrioMeas: End. vx63_err=0"));
 }
 
 TEST_F(PriorityTest, StartIsRefusedAsASingleMeasurementIs)
@@ -58,56 +41,6 @@ TEST_F(PriorityTest, StartIsRefusedAsASingleMeasurementIs)
     EXPECT_THAT(logMessages(), ElementsAre("vx63_startMultiChPrioMeas: Start.",
                                            "vx63_startSingleMeasCommon: arg error. pCondition=(nil)",
                                            "vx63_startMultiChPrioMeas: End. vx63_err=-2"));
-    const MeasCondition given = condition();
-    const std::pair<const char*, int32_t> cases[] = {
-        {"01", -1}, {"02", -2}, {"03", -1}, {"07", 0}, {"08", -1}};
-    for (const auto& [ucRet, result] : cases) {
-        platform().expectSend(12, 10000, kStartRequest);
-        platform().expectReceive(5, 10000, std::string("0C 05 03 81 04 00 00 00 | ") + ucRet + " 00 00 00");
-        EXPECT_EQ(vx63_startMultiChPrioMeas(6, &given), result) << ucRet;
-    }
-}
-
-// ---- vx63_stopMultiChPrioMeas ----
-
-constexpr char kStopRequest[] = "05 0C 03 01 28 00 00 00 | 06 00*39";
-
-TEST_F(PriorityTest, StopSendsTheDisplayTypeAlone)
-{
-    platform().expectSend(12, 10000, kStopRequest);
-    platform().expectReceive(5, 10000, kAccepted);
-    EXPECT_EQ(vx63_stopMultiChPrioMeas(6), 0);
-    EXPECT_THAT(logMessages(), ElementsAre("vx63_stopMultiChPrioMeas: Start.",
-                                           "vx63_stopMultiChPrioMeas: reqData.ucDispType=6",
-                                           "vx63_stopMultiChPrioMeas: End. vx63_err=0"));
-}
-
-TEST_F(PriorityTest, StopJudgesUcRet)
-{
-    for (unsigned ucRet = 1; ucRet < 256; ++ucRet) {
-        vx63test::removeLog();
-        platform().expectSend(12, 10000, kStopRequest);
-        platform().expectReceive(5, 10000, "0C 05 03 81 04 00 00 00 | " + hexByte(ucRet) + " 00 00 00");
-        const int32_t expected = ucRet == 7 ? 0 : ucRet == 2 ? -2 : -1;
-        EXPECT_EQ(vx63_stopMultiChPrioMeas(6), expected) << ucRet;
-        if (ucRet != 7) {
-            EXPECT_EQ(logMessages().at(2),
-                      std::string("vx63_stopMultiChPrioMeas: ") +
-                          (ucRet == 2 ? "parameter error. vx63_err=-2" : "ret error. vx63_err=-1"));
-        }
-    }
-}
-
-TEST_F(PriorityTest, StopNamesTheSubCpuWhenTheExchangeFails)
-{
-    platform().expectSend(12, 10000, kStopRequest, -4);
-    EXPECT_EQ(vx63_stopMultiChPrioMeas(6), -1);
-    EXPECT_THAT(logMessages(),
-                ElementsAre("vx63_stopMultiChPrioMeas: Start.",
-                            "vx63_stopMultiChPrioMeas: reqData.ucDispType=6",
-                            "vx63_sndRcvCommon: lmsg_tsndMq() timeout error. lmsg_err=-4",
-                            "vx63_stopMultiChPrioMeas: subcpu communication error. vx63_err=-1",
-                            "vx63_stopMultiChPrioMeas: End. vx63_err=-1"));
 }
 
 // ---- vx63_getMultiChPrioMeas ----

@@ -159,6 +159,9 @@ TEST_P(FolderTest, TheFolderIsEmptiedAndItsListStartsAnew)
                             "vx63_writeSetFile: fileId=" + list() +
                                 ", pDat=P, pcMeasFileName=[(null)], ulUserLine=140",
                             "vx63_writeSetFile: End. iRet=0", line("End. vx63_err=0")));
+
+    const std::vector<int> sourceLines = vx63test::logSourceLines();
+    EXPECT_NE(sourceLines[1], sourceLines[7]); // in the operation's name, but by statements of their own
 }
 
 TEST_P(FolderTest, AFailedCommandLeavesTheList)

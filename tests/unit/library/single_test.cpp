@@ -1,46 +1,20 @@
 #include "support/operation_test.h"
+#include "support/start_body.h"
 
 #include <cstring>
 
 namespace {
 
 using testing::ElementsAre;
+using vx63test::condition;
+using vx63test::conditionLine;
 using vx63test::logMessages;
 using vx63test::platform;
 using vx63test::pointerText;
+using vx63test::startRequest;
 
 using SingleTest = vx63test::OperationTest;
 
-// A condition whose every byte tells where it went.
-MeasCondition condition()
-{
-    MeasCondition condition = {};
-    condition.ulFreq = 557143;     // 00088057
-    condition.ulLoFreq = 10678000; // 00A2EEF0
-    condition.usBdSys = 0x0102;
-    condition.usBand = 0x0304;
-    condition.usMod = 0x1400;
-    condition.usCondition = 0x00AB;
-    memcpy(condition.ucStrChan, "ABCDEFGH", 8);
-    condition.ucOutputEnb = 9;
-    condition.powerSupply = 0;
-    return condition;
-}
-
-constexpr char kConditionLine[] =
-    "vx63_startSingleMeasCommon: ulFreq=557143, ulLoFreq=10678000, usBdSys=258, usBand=772, usMod=0x1400, "
-    "usCondition=0x00AB, ucStrChan=[ABCDEFGH], ucOutputEnb=9, powerSupply=";
-
-// The start request of condition(), with display type 6 and these two bytes of supply.
-std::string startRequest(const std::string& supply)
-{
-    return "05 0C 03 01 28 00 00 00 | 06 00 00 00 01 00 00 00 | 57 80 08 00 F0 EE A2 00 02 01 04 03 00 14 AB "
-           "00 |"
-           "41 42 43 44 45 46 47 48 | 09 " +
-           supply + " 00 00 00 00 00";
-}
-
-constexpr char kStopRequest[] = "05 0C 03 01 28 00 00 00 | 06 00*39";
 constexpr char kAccepted[] = "0C 05 03 81 04 00 00 00 | 00 00 00 00";
 
 // ---- vx63_startSingleMeas ----
@@ -50,15 +24,14 @@ TEST_F(SingleTest, StartPacksTheConditionAndTheSupply)
     const std::string supplies[] = {"00 00", "01 00", "02 00", "01 01", "02 01"};
     for (int32_t supply = 0; supply <= 4; ++supply) {
         vx63test::removeLog();
-        platform().expectSend(12, 10000, startRequest(supplies[supply]));
+        platform().expectSend(12, 10000, startRequest("03 01", supplies[supply]));
         platform().expectReceive(5, 10000, kAccepted);
-        MeasCondition given = condition();
-        given.powerSupply = supply;
+        const MeasCondition given = condition(supply);
         EXPECT_EQ(vx63_startSingleMeas(6, &given), 0);
-        EXPECT_THAT(logMessages(),
-                    ElementsAre("vx63_startSingleMeas: Start.", kConditionLine + std::to_string(supply),
-                                "vx63_startSingleMeasCommon: reqData.ucDispType=6",
-                                "vx63_startSingleMeas: End. vx63_err=0"));
+        EXPECT_THAT(logMessages(), ElementsAre("vx63_startSingleMeas: Start.",
+                                               conditionLine("vx63_startSingleMeasCommon", supply),
+                                               "vx63_startSingleMeasCommon: reqData.ucDispType=6",
+                                               "vx63_startSingleMeas: End. vx63_err=0"));
     }
 }
 
@@ -66,18 +39,16 @@ TEST_F(SingleTest, StartTakesASupplyOutOfRangeForOff)
 {
     for (const int32_t supply : {5, 9, -1, INT32_MAX, INT32_MIN}) {
         vx63test::removeLog();
-        platform().expectSend(12, 10000, startRequest("00 00"));
+        platform().expectSend(12, 10000, startRequest("03 01", "00 00"));
         platform().expectReceive(5, 10000, kAccepted);
-        MeasCondition given = condition();
-        given.powerSupply = supply;
+        const MeasCondition given = condition(supply);
         EXPECT_EQ(vx63_startSingleMeas(6, &given), 0);
-        EXPECT_EQ(given.powerSupply, supply);
-        EXPECT_THAT(logMessages(),
-                    ElementsAre("vx63_startSingleMeas: Start.", kConditionLine + std::to_string(supply),
-                                "vx63_startSingleMeasCommon: arg error. powerSupply=" +
-                                    std::to_string(supply) + " -> VX63_POWER_SUPPLY_OFF",
-                                "vx63_startSingleMeasCommon: reqData.ucDispType=6",
-                                "vx63_startSingleMeas: End. vx63_err=0"));
+        EXPECT_THAT(logMessages(), ElementsAre("vx63_startSingleMeas: Start.",
+                                               conditionLine("vx63_startSingleMeasCommon", supply),
+                                               "vx63_startSingleMeasCommon: arg error. powerSupply=" +
+                                                   std::to_string(supply) + " -> VX63_POWER_SUPPLY_OFF",
+                                               "vx63_startSingleMeasCommon: reqData.ucDispType=6",
+                                               "vx63_startSingleMeas: End. vx63_err=0"));
     }
 }
 
@@ -101,77 +72,6 @@ TEST_F(SingleTest, StartRefusesANullPointer)
     EXPECT_THAT(logMessages(), ElementsAre("vx63_startSingleMeas: Start.",
                                            "vx63_startSingleMeasCommon: arg error. pCondition=(nil)",
                                            "vx63_startSingleMeas: End. vx63_err=-2"));
-}
-
-TEST_F(SingleTest, StartJudgesUcRet)
-{
-    const MeasCondition given = condition();
-    for (int ucRet = 0; ucRet < 256; ++ucRet) {
-        vx63test::removeLog();
-        char response[64];
-        snprintf(response, sizeof response, "0C 05 03 81 04 00 00 00 | %02X 00 00 00",
-                 static_cast<unsigned>(ucRet));
-        platform().expectSend(12, 10000, startRequest("00 00"));
-        platform().expectReceive(5, 10000, response);
-        const int32_t result = vx63_startSingleMeas(6, &given);
-        if (ucRet == 0 || ucRet == 7) {
-            EXPECT_EQ(result, 0) << ucRet;
-        } else if (ucRet == 2) {
-            EXPECT_EQ(result, -2);
-            EXPECT_EQ(logMessages().at(3), "vx63_startSingleMeasCommon: parameter error. vx63_err=-2");
-        } else {
-            EXPECT_EQ(result, -1) << ucRet; // 3 as well: no power-supply error here
-            EXPECT_EQ(logMessages().at(3), "vx63_startSingleMeasCommon: ret error. vx63_err=-1");
-        }
-    }
-}
-
-TEST_F(SingleTest, StartNamesTheSubCpuWhenTheExchangeFails)
-{
-    platform().expectSend(12, 10000, startRequest("00 00"));
-    platform().expectReceiveFails(5, 10000, -4);
-    const MeasCondition given = condition();
-    EXPECT_EQ(vx63_startSingleMeas(6, &given), -1);
-    EXPECT_THAT(logMessages(),
-                ElementsAre("vx63_startSingleMeas: Start.", std::string(kConditionLine) + "0",
-                            "vx63_startSingleMeasCommon: reqData.ucDispType=6",
-                            "vx63_sndRcvCommon: lmsgrcvMq() timeout error. lmsg_err=-4",
-                            "vx63_startSingleMeasCommon: subcpu communication error. vx63_err=-1",
-                            "vx63_startSingleMeas: End. vx63_err=-1"));
-}
-
-// ---- vx63_stopSingleMeas ----
-
-TEST_F(SingleTest, StopSendsTheDisplayTypeAlone)
-{
-    platform().expectSend(12, 10000, kStopRequest);
-    platform().expectReceive(5, 10000, kAccepted);
-    EXPECT_EQ(vx63_stopSingleMeas(6), 0);
-    EXPECT_THAT(logMessages(),
-                ElementsAre("vx63_stopSingleMeas: Start.", "vx63_stopSingleMeas: reqData.ucDispType=6",
-                            "vx63_stopSingleMeas: End. vx63_err=0"));
-}
-
-TEST_F(SingleTest, StopJudgesUcRet)
-{
-    const std::pair<const char*, int32_t> cases[] = {{"00", 0},  {"01", -1}, {"02", -2},
-                                                     {"03", -1}, {"07", 0},  {"08", -1}};
-    for (const auto& [ucRet, result] : cases) {
-        platform().expectSend(12, 10000, kStopRequest);
-        platform().expectReceive(5, 10000, std::string("0C 05 03 81 04 00 00 00 | ") + ucRet + " 00 00 00");
-        EXPECT_EQ(vx63_stopSingleMeas(6), result) << ucRet;
-    }
-}
-
-TEST_F(SingleTest, StopNamesTheSubCpuWhenTheExchangeFails)
-{
-    platform().expectSend(12, 10000, kStopRequest, -4);
-    EXPECT_EQ(vx63_stopSingleMeas(6), -1);
-    EXPECT_THAT(logMessages(),
-                ElementsAre("vx63_stopSingleMeas: Start.", "vx63_stopSingleMeas: reqData.ucDispType=6",
-                            "vx63_sndRcvCommon: lmsg_tsndMq() timeout error. lmsg_err=-4",
-                            "vx63_stopSingleMeas: subcpu communication error. vx63_err=-1",
-                            "vx63_stopSingleMeas: End. vx63_err=-1"));
 }
 
 // ---- vx63_getSingleMeasResult ----

@@ -127,16 +127,16 @@ TEST(SettingsName, NamesOfSets)
         EXPECT_TRUE(setNameFault(name)) << name;
 }
 
-constexpr vx63::Column kByte{"B", 3, 1, 1};
-constexpr vx63::Column kWord{"W", 1, 2, 2};
-constexpr vx63::Column kLong{"L", 3, 4, 4};
-constexpr vx63::Column kSignedLong{"S", 4, 4, 4};
-constexpr vx63::Column kName{"N", 6, 8, 0};
+constexpr vx63::settings::Column kByte{"B", vx63::settings::kUnsigned, 1, 1};
+constexpr vx63::settings::Column kWord{"W", vx63::settings::kJudgement, 2, 2};
+constexpr vx63::settings::Column kLong{"L", vx63::settings::kUnsigned, 4, 4};
+constexpr vx63::settings::Column kSignedLong{"S", vx63::settings::kSigned, 4, 4};
+constexpr vx63::settings::Column kName{"N", vx63::settings::kText, 8, 0};
 
 TEST(SettingsRecord, ValuesGoInAndComeOut)
 {
     const struct {
-        const vx63::Column& column;
+        const vx63::settings::Column& column;
         const char* text;
         std::vector<uint8_t> record;
     } kCases[] = {
@@ -161,7 +161,7 @@ TEST(SettingsRecord, ValuesGoInAndComeOut)
 TEST(SettingsRecord, WhatDoesNotFitIsRefused)
 {
     const struct {
-        const vx63::Column& column;
+        const vx63::settings::Column& column;
         const char* text;
         const char* why;
     } kCases[] = {
@@ -186,7 +186,7 @@ TEST(SettingsRecord, WhatDoesNotFitIsRefused)
 
 TEST(SettingsRecord, ColumnsAreFoundInAnyCase)
 {
-    const vx63::SettingsFile& volume = vx63::kSettingsFiles[VX63_SET_FILE_VOLUME];
+    const vx63::settings::File& volume = vx63::settings::kFiles[VX63_SET_FILE_VOLUME];
     ASSERT_NE(columnNamed(volume, "volume_Sel4"), nullptr);
     EXPECT_EQ(columnNamed(volume, "volume_Sel4")->offset, 3u);
     EXPECT_EQ(columnNamed(volume, "VOL"), nullptr);
