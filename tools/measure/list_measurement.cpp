@@ -54,14 +54,14 @@ Reading readingOf(const Measured& measured)
 
 // Of the ways in which a channel can be occupied that which was found: it locks, or there is a signal at all.
 std::vector<Measured> bestOfGroups(const std::vector<ListChannel>& channels,
-                                   const std::vector<MultiMeasResult>& results)
+                                   const std::vector<MultiMeasResult>& results,
+                                   const std::vector<Threshold>& thresholds)
 {
     const auto rank = [](const MultiMeasResult& result) {
         return result.lock != 0 ? 2 : hasSignal(result) ? 1 : 0;
     };
     const auto now = std::chrono::system_clock::now().time_since_epoch();
     const int64_t timeMs = std::chrono::floor<std::chrono::milliseconds>(now).count();
-    const std::vector<Threshold> thresholds = readThresholds();
     std::vector<Measured> best;
     for (size_t i = 0; i < channels.size(); ++i) {
         const Measured measured{channels[i], results[i], timeMs,
@@ -246,6 +246,7 @@ int runList(ListKind kind, const ListOptions& options)
     if (channels.empty())
         throw Failure(kExitNoInput, "cannot measure plan " + options.plan, "it has no channels",
                       "look at its settings file");
+    const std::vector<Threshold> thresholds = readThresholds(); // a scan for nothing would take minutes
     const Identity identity(options.id);
     catchInterruption(kStoppingNotice);
     selectInput(options.input);
@@ -258,7 +259,7 @@ int runList(ListKind kind, const ListOptions& options)
     }
     if (interruption() != 0)
         return kExitSignal + interruption();
-    show(kind, options, bestOfGroups(channels, results));
+    show(kind, options, bestOfGroups(channels, results, thresholds));
     return kExitSuccess;
 }
 

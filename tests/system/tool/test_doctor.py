@@ -183,16 +183,32 @@ def test_removed_folders(meter, isolation):
     assert error == (f"vx63: {ROOT}/sys_set: No such file or directory: make the folder, then restore its files\n")
 
 
-@pytest.mark.parametrize("break_it, lsys_err", [
-    ("echo 9.9.9 > {}", -5), (": > {}", -11), ("sed -i '$s/,.*//' {}", -6), ("sed -i '$s/[0-9]*$/x/' {}", -7),
-    ("sed -i '$s/[0-9]*$/4294967296/' {}", -8), ("sed -n '3p' {} >> {}", -12), ("truncate -s -1 {}", -11),
-    ("rm {}; mkdir {}", -4),
+@pytest.mark.parametrize("break_it, why", [
+    ("echo 9.9.9 > {}", "line 1: not the expected version"),
+    (": > {}", "line 1: cut short: no newline at the end of the file"),
+    ("sed -i '$s/,.*//' {}", "line 8, column 1: wrong number of columns"),
+    ("sed -i '$s/[0-9]*$/x/' {}", "line 8, column 3: not a number"),
+    ("sed -i '$s/[0-9]*$/4294967296/' {}", "line 8, column 3: number out of range"),
+    ("sed -n '3p' {} >> {}", "line 9: too many records"),
+    ("truncate -s -1 {}", "line 8, column 3: cut short: no newline at the end of the file"),
+    ("sed -i '$d' {}", "5 records instead of 6"), ("rm {}; mkdir {}", "not a regular file"),
 ])
-def test_broken_file(meter, break_it, lsys_err):
+def test_broken_file(meter, break_it, why):
+    """In the words of 'vx63 settings check'."""
     path = f"{ROOT}/ch_set/channel_setting_file_lte.csv"
-    code, error, report = diagnose(meter, before=break_it.replace("{}", path))
+    doctor = "$VX63 settings check | grep lte > $DIR/check; $VX63 doctor --json"
+    code, error, report = diagnose(meter, before=break_it.replace("{}", path), doctor=doctor)
     assert (code, wrong(report)) == (5, {path: "broken"})
-    assert f"(lsys_err={lsys_err})" in error
+    assert error == f"vx63: {path}: {why}: correct {path}, or use 'vx63 settings reset ch_set/lte'\n"
+    assert (meter.folder / "check").read_text().split(maxsplit=1) == ["ch_set/lte", f"broken: {why}\n"]
+
+
+def test_list_that_disagrees_with_its_sets(meter):
+    path = f"{ROOT}/user_set/user_setting_file_list.csv"
+    code, error, report = diagnose(meter, before=f"$VX63 sets create A --from ch_set/lte; rm {ROOT}/user_set/A.csv")
+    assert (code, wrong(report)) == (5, {path: "broken"})
+    assert error == (f"vx63: {path}: record 0 names 'A', which has no file: "
+                     f"correct {path}, or use 'vx63 settings reset user_set/list'\n")
 
 
 def test_files_that_are_missing_are_no_fault(meter):
@@ -205,8 +221,11 @@ def test_files_that_are_missing_are_no_fault(meter):
 
 def test_broken_set(meter):
     path = f"{ROOT}/logger_set_usb2/MY SET.csv"
-    code, _, report = diagnose(meter, before=f"echo 1.0.0 > '{path}'")
+    create = "$VX63 sets create 'MY SET' --logger --usb2 --from ch_set/lte"
+    code, error, report = diagnose(meter, before=f"{create}; sed -i 3s/^1,/256,/ '{path}'")
     assert (code, wrong(report)) == (5, {path: "broken"})
+    assert error == (f"vx63: {path}: line 3, column 1: number out of range: "
+                     f"correct {path}, or use 'vx63 sets delete'\n")
 
 
 def test_first_of_several(meter):

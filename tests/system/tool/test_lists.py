@@ -12,6 +12,7 @@ from pictures import png_size, svg_size
 from tool_support import VX63, Terminal, environment, isolation, meter  # noqa: F401 (fixtures)
 
 UHF = ["16", "21", "22", "23", "24", "25", "26", "27", "28", "30"]  # of the default scene
+ROOT = "/usr/local/bin/"
 WEAK = "30"  # does not lock
 BS = ["BS-1", "BS-3", "BS-5", "BS-7", "BS-9", "BS-11", "BS-13", "BS-15", "BS-17", "BS-19", "BS-21", "BS-23",
       "BS-8", "BS-12", "BS-14"]
@@ -128,23 +129,53 @@ def test_plan_comes_from_the_settings_file(meter):
     script = """
         file=/usr/local/bin/ch_set/channel_setting_file_uhf_6mhz.csv
         sed -i 's/^13,473143/13,557143/' $file && $VX63 scan --plan uhf --json
-        rm $file && $VX63 scan --plan uhf --json
     """
-    list_ = channels(meter.shell(script))
-    assert len(list_) == 80
-    assert [channel["channel"] for channel in list_[:40] if channel["signal"]] == ["13", *UHF]
-    assert [channel["channel"] for channel in list_[40:] if channel["signal"]] == UHF
+    assert [channel["channel"] for channel in channels(meter.shell(script)) if channel["signal"]] == ["13", *UHF]
 
 
-def test_damaged_settings_file_is_told(meter):
-    script = """
-        echo nonsense > /usr/local/bin/ch_set/channel_setting_file_uhf_6mhz.csv
-        $VX63 scan --plan uhf --json
-    """
-    result = meter.shell(script)
+def test_missing_files_are_told(meter):
+    """Without its files the meter measures by their factory contents."""
+    result = meter.shell(f"""
+        rm {ROOT}ch_set/channel_setting_file_uhf_6mhz.csv {ROOT}ch_set/channel_setting_file_bs_34.5mhz.csv \\
+            {ROOT}meas_set/*
+        $VX63 scan --plan uhf --json; $VX63 scan --plan bs --json
+    """)
+    list_ = [json.loads(line) for line in result.stdout.splitlines()]
     assert result.returncode == 0
-    assert result.stderr.startswith("vx63: settings file 16 cannot be read (-")
-    assert len(result.stdout.splitlines()) == 40
+    assert [channel["channel"] for channel in list_[:40] if channel["signal"]] == UHF
+    assert [channel["channel"] for channel in list_[40:] if channel["signal"]] == BS
+    assert list_[14]["verdict"] == "pass"
+    assert result.stderr == (
+        "vx63: ch_set/uhf is missing: its factory contents hold\n"
+        "vx63: meas_set/thrd is missing: its factory contents hold\n"
+        "vx63: meas_set/local_freq is missing: its factory contents hold\n"
+        "vx63: meas_set/dc_out is missing: its factory contents hold\n"
+        "vx63: ch_set/bs is missing: its factory contents hold\n"
+        "vx63: meas_set/thrd is missing: its factory contents hold\n")
+
+
+@pytest.mark.parametrize("path, break_it, name, why", [
+    ("ch_set/channel_setting_file_uhf_6mhz.csv", "sed -i '5s/,.*/,12x/'", "ch_set/uhf",
+     "line 5, column 2: not a number"),
+    ("ch_set/channel_setting_file_uhf_6mhz.csv", "sed -i '$d'", "ch_set/uhf", "39 records instead of 40"),
+    ("ch_set/channel_setting_file_bs_34.5mhz.csv", "sed -i '3s/^/256/'", "ch_set/bs",
+     "line 3, column 1: number out of range"),
+    ("meas_set/measrement_setting_file_thrd.csv", "sed -i '7s/^[0-9]*,[0-9]*,/1,-1,/'", "meas_set/thrd",
+     "line 7, column 2: number out of range"),
+    ("meas_set/measrement_setting_file_local_freq.csv", "sed -i '4s/$/,0/'", "meas_set/local_freq",
+     "line 4, column 8: wrong number of columns"),
+    ("meas_set/measrement_setting_file_dc_out.csv", "sed -i 1s/.*/9.9.9/", "meas_set/dc_out",
+     "line 1: not the expected version"),
+])
+def test_broken_files_end_it(meter, path, break_it, name, why):
+    """Before anything is measured, and in the words of 'vx63 settings show'."""
+    plan = "uhf" if name in ("ch_set/uhf", "meas_set/thrd") else "bs"
+    result = meter.shell(f"{break_it} {ROOT}{path}; $VX63 scan --plan {plan} --json")
+    told = f"vx63: cannot read {name}: {why}: correct {ROOT}{path}, or use 'vx63 settings reset {name}'\n"
+    assert (result.returncode, result.stdout, result.stderr) == (65, "", told)
+    assert meter.requests() == []
+    result = meter.shell(f"{break_it} {ROOT}{path}; $VX63 settings show {name}")
+    assert (result.returncode, result.stdout, result.stderr) == (65, "", told)
 
 
 def test_thresholds_come_from_the_settings_file(meter):
