@@ -1,15 +1,16 @@
 // vx63-vmeter: a virtual meter, five service processes over one simulated scene.
-#include "descriptor.h"
 #include "failure.h"
-#include "faults.h"
-#include "isolation.h"
 #include "lmsg.h"
-#include "queues.h"
-#include "run.h"
-#include "scene/scene.h"
-#include "state_json.h"
-#include "state_query.h"
-#include "supervisor.h"
+#include "process/descriptor.h"
+#include "process/isolation.h"
+#include "process/queues.h"
+#include "process/run.h"
+#include "process/state_json.h"
+#include "process/state_query.h"
+#include "process/supervisor.h"
+#include "scene/fault_rules.h"
+#include "scene/load.h"
+#include "services/settings_files.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdio>

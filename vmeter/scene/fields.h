@@ -1,9 +1,10 @@
-// One table of a scene file, read key by key with checks.
+// One table of a scene file, read key by key with checks. toml++ stays behind it: its header costs more to
+// compile than all that reads a scene.
 #pragma once
 
-#include "scene/toml.h"
-
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,17 +13,17 @@
 
 namespace vmeter {
 
-// The value of an integer or floating-point node; none for any other.
-std::optional<double> numberOf(const toml::node& node);
-
 // Every failure throws std::runtime_error "FILE:LINE: KEY: reason". A key without a fallback must be there.
 class Fields {
 public:
-    // name: of the table, "" for the file itself; keys: all that it may have. Throws on any other.
-    Fields(const toml::table& table, const std::string& file, std::string name,
-           std::span<const std::string_view> keys);
+    // The file itself; KEY is "syntax" where it is no TOML.
+    Fields(std::string_view text, const std::string& file);
 
-    bool has(std::string_view key) const { return table_.contains(key); }
+    // Fails on a key that is none of these.
+    void allow(std::span<const std::string_view> keys) const;
+
+    bool has(std::string_view key) const;
+    bool isInteger(std::string_view key) const;
     int64_t integer(std::string_view key, int64_t min, int64_t max,
                     std::optional<int64_t> fallback = {}) const;
     double number(std::string_view key, double min, double max, std::optional<double> fallback = {}) const;
@@ -33,20 +34,25 @@ public:
     size_t choice(std::string_view key, std::span<const std::string_view> choices,
                   std::optional<size_t> fallback = {}) const;
 
-    const toml::node* node(std::string_view key) const { return table_.get(key); }
-    const toml::table* table(std::string_view key) const;               // null: not there
-    std::vector<const toml::table*> tables(std::string_view key) const; // of [[key]], none: not there
+    // The numbers of an array, NAN for what is none; empty where there is no array. Lists: of an array of
+    // arrays.
+    std::vector<double> numbers(std::string_view key) const;
+    std::vector<std::vector<double>> numberLists(std::string_view key) const;
+
+    std::optional<Fields> table(std::string_view key) const; // none: not there
+    std::vector<Fields> tables(std::string_view key) const;  // of [[key]], none: not there
 
     // The line is that of the key, or of the table when the key is not there.
     [[noreturn]] void fail(std::string_view key, const std::string& reason) const;
 
-private:
-    std::string fullName(std::string_view key) const;
-    const toml::node& needed(std::string_view key) const;
+    // KEY is the table's own.
+    [[noreturn]] void fail(const std::string& reason) const;
 
-    const toml::table& table_;
-    const std::string& file_;
-    std::string name_;
+private:
+    struct Source; // where the table stands
+    explicit Fields(std::shared_ptr<const Source> source);
+
+    std::shared_ptr<const Source> source_;
 };
 
 } // namespace vmeter

@@ -1,11 +1,11 @@
+#include "scene/load.h"
+
+#include "scene/fault_rules.h"
 #include "scene/fields.h"
 #include "scene/load_device.h"
-#include "scene/scene.h"
-#include "signal/reception.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -55,24 +55,22 @@ constexpr struct {
 // The cable of the points in loss_db_100m; without loss when they are not given.
 Cable readLossPoints(const Fields& fields)
 {
-    const toml::node* node = fields.node("loss_db_100m");
-    if (!node)
+    if (!fields.has("loss_db_100m"))
         return {};
-    const toml::array* points = node->as_array();
-    if (!points || points->empty() || points->size() > 2)
+    const std::vector<std::vector<double>> points = fields.numberLists("loss_db_100m");
+    if (points.empty() || points.size() > 2)
         refusePoints(fields);
     double mhz[2] = {};
     double loss[2] = {};
-    for (size_t i = 0; i < points->size(); ++i) {
-        const toml::array* pair = points->get(i)->as_array();
-        if (!pair || pair->size() != 2)
+    for (size_t i = 0; i < points.size(); ++i) {
+        if (points[i].size() != 2)
             refusePoints(fields);
-        mhz[i] = numberOf(*pair->get(0)).value_or(NAN);
-        loss[i] = numberOf(*pair->get(1)).value_or(NAN);
+        mhz[i] = points[i][0];
+        loss[i] = points[i][1];
         if (!(mhz[i] >= 1 && mhz[i] <= 5000 && loss[i] >= 0 && loss[i] <= 1000))
             refusePoints(fields);
     }
-    if (points->size() == 1)
+    if (points.size() == 1)
         return cableThrough(mhz[0], loss[0], mhz[0], loss[0]);
     if (mhz[1] <= mhz[0])
         refusePoints(fields);
@@ -84,9 +82,9 @@ Cable readLossPoints(const Fields& fields)
     return cable;
 }
 
-Cable readCable(const toml::table& table, const std::string& file)
+Cable readCable(const Fields& fields)
 {
-    const Fields fields(table, file, "input.cable", kCableKeys);
+    fields.allow(kCableKeys);
     Cable cable = readLossPoints(fields);
     cable.lengthM = fields.number("length_m", 0, 10000, 0.0);
     if (cable.lengthM > 0 && !fields.has("loss_db_100m"))
@@ -95,9 +93,9 @@ Cable readCable(const toml::table& table, const std::string& file)
     return cable;
 }
 
-Lnb readLnb(const toml::table& table, const std::string& file)
+Lnb readLnb(const Fields& fields)
 {
-    const Fields fields(table, file, "input.lnb", kLnbKeys);
+    fields.allow(kLnbKeys);
     Lnb lnb;
     lnb.ulCurrentMa = static_cast<uint32_t>(fields.integer("current_ma", 0, 5000, 0));
     lnb.shortCircuit = fields.flag("short_circuit", false);
@@ -105,19 +103,19 @@ Lnb readLnb(const toml::table& table, const std::string& file)
     return lnb;
 }
 
-void readInputs(const Fields& top, const std::string& file, Scene& scene)
+void readInputs(const Fields& top, Scene& scene)
 {
     bool given[kInputCount] = {};
-    for (const toml::table* table : top.tables("input")) {
-        const Fields fields(*table, file, "input", kInputKeys);
+    for (const Fields& fields : top.tables("input")) {
+        fields.allow(kInputKeys);
         const auto id = static_cast<size_t>(fields.integer("id", 0, kInputCount - 1));
         if (given[id])
             fields.fail("id", "input " + std::to_string(id) + " is given twice");
         given[id] = true;
-        if (const toml::table* cable = fields.table("cable"))
-            scene.inputs[id].cable = readCable(*cable, file);
-        if (const toml::table* lnb = fields.table("lnb"))
-            scene.inputs[id].lnb = readLnb(*lnb, file);
+        if (const auto cable = fields.table("cable"))
+            scene.inputs[id].cable = readCable(*cable);
+        if (const auto lnb = fields.table("lnb"))
+            scene.inputs[id].lnb = readLnb(*lnb);
         scene.inputs[id].dcV = fields.number("dc_v", 0, 100, 0.0);
     }
 }
@@ -140,15 +138,15 @@ Modulation readModulation(const Fields& fields, std::string_view key, std::span<
     return allowed[fields.choice(key, names, fallback)];
 }
 
-std::vector<Echo> readEchoes(const Fields& signal, const std::string& file)
+std::vector<Echo> readEchoes(const Fields& signal)
 {
     constexpr size_t kEchoesMax = 16;
     std::vector<Echo> echoes;
-    const std::vector<const toml::table*> tables = signal.tables("echoes");
+    const std::vector<Fields> tables = signal.tables("echoes");
     if (tables.size() > kEchoesMax)
         signal.fail("echoes", "must be at most 16, are " + std::to_string(tables.size()));
-    for (const toml::table* table : tables) {
-        const Fields fields(*table, file, "signal.echoes", kEchoKeys);
+    for (const Fields& fields : tables) {
+        fields.allow(kEchoKeys);
         echoes.push_back({.delayUs = fields.number("delay_us", -84, 251),
                           .levelDb = fields.number("level_db", -60, 0),
                           .phaseDeg = fields.number("phase_deg", -360, 360, 0.0)});
@@ -156,9 +154,9 @@ std::vector<Echo> readEchoes(const Fields& signal, const std::string& file)
     return echoes;
 }
 
-Signal readSignal(const toml::table& table, const std::string& file)
+Signal readSignal(const Fields& fields)
 {
-    const Fields fields(table, file, "signal", kSignalKeys);
+    fields.allow(kSignalKeys);
     const SystemInfo& system = readSystem(fields);
     const Modulation modulation = readModulation(fields, "modulation", system.modulations);
     const bool isOfdm = modulation == Modulation::ofdm;
@@ -205,40 +203,36 @@ Signal readSignal(const toml::table& table, const std::string& file)
     if (signal.supply == SupplyNeed::none && signal.tone != ToneNeed::any)
         fields.fail("tone", "needs a supply other than none");
     signal.ulLockMs = static_cast<uint32_t>(fields.integer("lock_ms", 0, 3600000, 450));
-    signal.echoes = readEchoes(fields, file);
+    signal.echoes = readEchoes(fields);
     return signal;
 }
 
-void readSignals(const Fields& top, const std::string& file, Scene& scene)
+void readSignals(const Fields& top, Scene& scene)
 {
     std::set<std::tuple<uint8_t, uint32_t, uint32_t, SupplyNeed, ToneNeed>> seen;
-    for (const toml::table* table : top.tables("signal")) {
-        const Signal signal = readSignal(*table, file);
+    for (const Fields& fields : top.tables("signal")) {
+        const Signal signal = readSignal(fields);
         if (!seen.emplace(signal.ucInput, signal.ulFrequencyKhz, signal.ulLoKhz, signal.supply, signal.tone)
                  .second) {
-            Fields(*table, file, "signal", kSignalKeys)
-                .fail("frequency_khz",
-                      "a signal of the same input, frequency, oscillator and supply stands before");
+            fields.fail("frequency_khz",
+                        "a signal of the same input, frequency, oscillator and supply stands before");
         }
         scene.signals.push_back(signal);
     }
 }
 
-void readLights(const Fields& top, const std::string& file, Scene& scene)
+void readLights(const Fields& top, Scene& scene)
 {
-    for (const toml::table* table : top.tables("light")) {
-        const Fields fields(*table, file, "light", kLightKeys);
+    for (const Fields& fields : top.tables("light")) {
+        fields.allow(kLightKeys);
         scene.lights.push_back({.wavelengthNm = fields.number("wavelength_nm", 800, 1700),
                                 .powerDbm = fields.number("power_dbm", -80, 30)});
     }
 }
 
-void readAntenna(const Fields& top, const std::string& file, Antenna& antenna)
+void readAntenna(const Fields& fields, Antenna& antenna)
 {
-    const toml::table* table = top.table("antenna");
-    if (!table)
-        return;
-    const Fields fields(*table, file, "antenna", kAntennaKeys);
+    fields.allow(kAntennaKeys);
     antenna.rollDeg = fields.number("roll_deg", -180, 180, antenna.rollDeg);
     antenna.pitchDeg = fields.number("pitch_deg", -90, 90, antenna.pitchDeg);
     antenna.headingDeg = fields.number("heading_deg", 0, 360, antenna.headingDeg);
@@ -250,25 +244,21 @@ void readAntenna(const Fields& top, const std::string& file, Antenna& antenna)
     antenna.inclinationDeg = fields.number("inclination_deg", -90, 90, antenna.inclinationDeg);
     antenna.accelerationSigmaG = fields.number("acceleration_sigma_g", 0, 1, antenna.accelerationSigmaG);
     antenna.fieldSigmaUt = fields.number("field_sigma_ut", 0, 100, antenna.fieldSigmaUt);
-    const toml::node* node = fields.node("hard_iron_ut");
-    if (!node)
+    if (!fields.has("hard_iron_ut"))
         return;
-    const toml::array* axes = node->as_array();
-    for (size_t i = 0; i < std::size(antenna.hardIronUt); ++i) {
-        const bool isThere = axes && axes->size() == std::size(antenna.hardIronUt);
-        const double value = isThere ? numberOf(*axes->get(i)).value_or(NAN) : NAN;
-        if (!(value >= -1000 && value <= 1000))
-            fields.fail("hard_iron_ut", "must be three numbers, -1000 to 1000");
-        antenna.hardIronUt[i] = value;
-    }
+    const std::vector<double> axes = fields.numbers("hard_iron_ut");
+    const auto fits = [](double value) { return value >= -1000 && value <= 1000; };
+    if (axes.size() != std::size(antenna.hardIronUt) || !std::ranges::all_of(axes, fits))
+        fields.fail("hard_iron_ut", "must be three numbers, -1000 to 1000");
+    std::ranges::copy(axes, antenna.hardIronUt);
 }
 
-void readFaults(const Fields& top, const std::string& file, Scene& scene)
+void readFaults(const Fields& top, Scene& scene)
 {
-    for (const toml::table* table : top.tables("fault")) {
-        const Fields fields(*table, file, "fault", kFaultKeys);
+    for (const Fields& fields : top.tables("fault")) {
+        fields.allow(kFaultKeys);
         std::string command;
-        if (const toml::node* node = fields.node("command"); node && node->is_integer())
+        if (fields.isInteger("command"))
             command = std::to_string(fields.integer("command", 0, 0x7FFF)); // TOML knows 0x104 too
         else
             command = fields.text("command", "");
@@ -283,47 +273,9 @@ void readFaults(const Fields& top, const std::string& file, Scene& scene)
         try {
             scene.faults.push_back(makeFault(service, command, first, last, probability, kind, value));
         } catch (const std::invalid_argument& error) {
-            throw std::runtime_error(file + ":" + std::to_string(table->source().begin.line) +
-                                     ": fault: " + error.what());
+            fields.fail(error.what());
         }
     }
-}
-
-// The line at which the parser gives up with an assertion, from 1: that of the shortest beginning of the
-// text, in whole lines, with which it does.
-size_t assertionLine(std::string_view text)
-{
-    std::vector<size_t> ends;
-    for (size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '\n')
-            ends.push_back(i + 1);
-    }
-    const auto parses = [text](size_t end) {
-        try {
-            static_cast<void>(toml::parse(text.substr(0, end)));
-        } catch (const toml::parse_error&) {
-            // Cut short; the assertion comes later.
-        } catch (const TomlAssertion&) {
-            return false;
-        }
-        return true;
-    };
-    return static_cast<size_t>(std::ranges::partition_point(ends, parses) - ends.begin()) + 1;
-}
-
-toml::table parseToml(std::string_view text, const std::string& name)
-{
-    const auto refuse = [&name](size_t line, const std::string& reason) {
-        throw std::runtime_error(name + ":" + std::to_string(line) + ": syntax: " + reason);
-    };
-    try {
-        return toml::parse(text, name);
-    } catch (const toml::parse_error& error) {
-        refuse(error.source().begin.line, std::string(error.description()));
-    } catch (const TomlAssertion&) {
-        refuse(assertionLine(text), "no key, value or table header");
-    }
-    return {};
 }
 
 } // namespace
@@ -332,20 +284,21 @@ Scene parseScene(std::string_view text, const std::string& name)
 {
     if (text.size() > kSceneSizeMax)
         throw std::runtime_error(name + ": is larger than 1 MiB: no scene file");
-    const toml::table table = parseToml(text, name);
-    const Fields fields(table, name, "", kFileKeys);
+    const Fields fields(text, name);
+    fields.allow(kFileKeys);
     Scene scene;
     scene.seed = static_cast<uint64_t>(fields.integer("seed", 0, INT64_MAX, 1));
     scene.clockMs = static_cast<uint32_t>(fields.integer("clock_ms", 1, 60000, scene.clockMs));
     scene.noiseFigureDb = fields.number("noise_figure_db", 0, 60, scene.noiseFigureDb);
     scene.levelSigmaDb = fields.number("level_sigma_db", 0, 10, scene.levelSigmaDb);
     scene.cnSigmaDb = fields.number("cn_sigma_db", 0, 10, scene.cnSigmaDb);
-    readInputs(fields, name, scene);
-    readSignals(fields, name, scene);
-    readLights(fields, name, scene);
-    readAntenna(fields, name, scene.antenna);
-    readFaults(fields, name, scene);
-    scene.device = readDeviceScene(fields, name);
+    readInputs(fields, scene);
+    readSignals(fields, scene);
+    readLights(fields, scene);
+    if (const auto antenna = fields.table("antenna"))
+        readAntenna(*antenna, scene.antenna);
+    readFaults(fields, scene);
+    scene.device = readDeviceScene(fields);
     return scene;
 }
 

@@ -22,9 +22,9 @@ std::string readText(const Fields& fields, std::string_view key, size_t width, c
     return text;
 }
 
-ProductScene readProduct(const toml::table& table, const std::string& file)
+ProductScene readProduct(const Fields& fields)
 {
-    const Fields fields(table, file, "product", kProductKeys);
+    fields.allow(kProductKeys);
     ProductScene product;
     const auto read = [&fields](std::string_view key, size_t width, std::string& text) {
         text = readText(fields, key, width, text);
@@ -54,9 +54,9 @@ std::vector<uint8_t> readInfo(const Fields& fields)
     return info;
 }
 
-FailureScene readFailure(const toml::table& table, const std::string& file)
+FailureScene readFailure(const Fields& fields)
 {
-    const Fields fields(table, file, "failure", kFailureKeys);
+    fields.allow(kFailureKeys);
     FailureScene failure;
     failure.usCode = static_cast<uint16_t>(fields.integer("code", 0, UINT16_MAX, 0));
     failure.ucState = static_cast<uint8_t>(fields.integer("state", 0, 1, 0));
@@ -66,11 +66,11 @@ FailureScene readFailure(const toml::table& table, const std::string& file)
     return failure;
 }
 
-ConditionScene readCondition(const toml::table& table, const std::string& file)
+ConditionScene readCondition(const Fields& fields)
 {
     constexpr std::string_view kCharging[] = {"no", "charging", "full"};
 
-    const Fields fields(table, file, "device", kDeviceKeys);
+    fields.allow(kDeviceKeys);
     ConditionScene condition;
     const auto byte = [&fields](std::string_view key, uint8_t max, uint8_t& value) {
         value = static_cast<uint8_t>(fields.integer(key, 0, max, value));
@@ -92,30 +92,30 @@ ConditionScene readCondition(const toml::table& table, const std::string& file)
     return condition;
 }
 
-PowerScene readPower(const toml::table& table, const std::string& file)
+PowerScene readPower(const Fields& fields)
 {
     constexpr std::string_view kStandby[] = {"none", "meter", "measurement"};
 
-    const Fields fields(table, file, "power", kPowerKeys);
+    fields.allow(kPowerKeys);
     PowerScene power;
     power.standby = static_cast<Standby>(fields.choice("standby", kStandby, 0));
     power.ulRebootMs = static_cast<uint32_t>(fields.integer("reboot_ms", 0, 600000, power.ulRebootMs));
     return power;
 }
 
-UpdateScene readUpdate(const toml::table& table, const std::string& file)
+UpdateScene readUpdate(const Fields& fields)
 {
-    const Fields fields(table, file, "update", kUpdateKeys);
+    fields.allow(kUpdateKeys);
     UpdateScene update;
     update.ulSteps = static_cast<uint32_t>(fields.integer("steps", 0, 100000, update.ulSteps));
     update.ulFailStep = static_cast<uint32_t>(fields.integer("fail_step", 0, update.ulSteps + int64_t{1}, 0));
     return update;
 }
 
-KeyPress readKeyPress(const toml::table& table, const std::string& file)
+KeyPress readKeyPress(const Fields& fields)
 {
     constexpr int64_t kLongest = 1'000'000'000'000; // 30 years
-    const Fields fields(table, file, "key", kKeyKeys);
+    fields.allow(kKeyKeys);
     KeyPress press{};
     press.ucKey = static_cast<uint8_t>(fields.integer("key", 0, kKeyCount - 1));
     press.ulTimeMs = static_cast<uint64_t>(fields.integer("time_ms", 0, kLongest));
@@ -125,21 +125,21 @@ KeyPress readKeyPress(const toml::table& table, const std::string& file)
 
 } // namespace
 
-DeviceScene readDeviceScene(const Fields& top, const std::string& file)
+DeviceScene readDeviceScene(const Fields& top)
 {
     DeviceScene scene;
-    if (const toml::table* table = top.table("product"))
-        scene.product = readProduct(*table, file);
-    if (const toml::table* table = top.table("failure"))
-        scene.failure = readFailure(*table, file);
-    if (const toml::table* table = top.table("device"))
-        scene.condition = readCondition(*table, file);
-    if (const toml::table* table = top.table("power"))
-        scene.power = readPower(*table, file);
-    if (const toml::table* table = top.table("update"))
-        scene.update = readUpdate(*table, file);
-    for (const toml::table* table : top.tables("key"))
-        scene.keyPresses.push_back(readKeyPress(*table, file));
+    if (const auto table = top.table("product"))
+        scene.product = readProduct(*table);
+    if (const auto table = top.table("failure"))
+        scene.failure = readFailure(*table);
+    if (const auto table = top.table("device"))
+        scene.condition = readCondition(*table);
+    if (const auto table = top.table("power"))
+        scene.power = readPower(*table);
+    if (const auto table = top.table("update"))
+        scene.update = readUpdate(*table);
+    for (const Fields& table : top.tables("key"))
+        scene.keyPresses.push_back(readKeyPress(table));
     return scene;
 }
 

@@ -1,11 +1,9 @@
 // Reads what a scene tells of the meter itself.
 #pragma once
 
-#include "scene/device_scene.h"
+#include "model/device_scene.h"
 #include "scene/fields.h"
 
-#include <span>
-#include <string>
 #include <string_view>
 
 namespace vmeter {
@@ -23,6 +21,6 @@ inline constexpr std::string_view kUpdateKeys[] = {"steps", "fail_step"};
 inline constexpr std::string_view kKeyKeys[] = {"time_ms", "key", "duration_ms"};
 
 // `top` is the scene itself. Throws as Fields does.
-DeviceScene readDeviceScene(const Fields& top, const std::string& file);
+DeviceScene readDeviceScene(const Fields& top);
 
 } // namespace vmeter

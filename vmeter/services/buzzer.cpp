@@ -1,7 +1,7 @@
 // The buzzer service. docs/services.md tells sounds, modes and priorities.
 #include "libvx63.h"
-#include "service.h"
 #include "services/results.h"
+#include "services/service.h"
 
 #include "device/wire.h"
 

@@ -4,6 +4,7 @@
 #include "services/measurement.h"
 #include "services/readings.h"
 #include "services/results.h"
+#include "signal/tuner.h"
 
 #include <algorithm>
 
@@ -39,7 +40,9 @@ Body listStart(Meter& meter, std::span<const uint8_t> request)
     const uint8_t ucRet = tunerRet(meter.state, {Run::multi, Run::scan});
     if (ucRet != kRetOk)
         return resultBody(ucRet);
-    if (!registerPart(meter, part))
+    if (part.ucRegIdx == 0)
+        stopRun(meter);
+    if (!registerPart(meter.state, part))
         return resultBody(kRetNotRunning);
     if (part.ucKind != wire::kKindMore)
         startList(meter, part.ucKind == wire::kKindMulti ? Run::multi : Run::scan);

@@ -4,6 +4,7 @@
 #include "services/measurement.h"
 #include "services/results.h"
 #include "signal/demodulator.h"
+#include "signal/tuner.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // The handlers of the device service that have files of their own; its table is in device.cpp.
 #pragma once
 
-#include "service.h"
+#include "services/service.h"
 
 namespace vmeter {
 

@@ -1,7 +1,7 @@
 // The key service. A key is pressed when the scene's script says so at this moment of the simulated time.
 #include "libvx63.h"
-#include "service.h"
 #include "services/keys.h"
+#include "services/service.h"
 
 namespace vmeter {
 

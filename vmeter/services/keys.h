@@ -2,7 +2,7 @@
 #pragma once
 
 #include "device/wire.h"
-#include "scene/device_scene.h"
+#include "model/device_scene.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 // The handlers of the measurement service, by family; its table is in measurement.cpp.
 #pragma once
 
-#include "service.h"
+#include "services/service.h"
 
 #include <initializer_list>
 

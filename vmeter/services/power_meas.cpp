@@ -1,7 +1,7 @@
 // Standby, low battery and calibration in the measurement service. docs/services.md tells modes and results.
 #include "services/measurement.h"
 
-#include "power.h"
+#include "services/power.h"
 #include "services/results.h"
 
 #include "device/wire.h"

@@ -1,7 +1,7 @@
 // The result bytes that the services give, and the answers that carry nothing else.
 #pragma once
 
-#include "service.h"
+#include "services/service.h"
 
 #include "frame/wire.h"
 

@@ -3,6 +3,7 @@
 #include "services/measurement.h"
 #include "services/readings.h"
 #include "services/results.h"
+#include "signal/tuner.h"
 
 namespace vmeter {
 

@@ -2,7 +2,7 @@
 // forward, y to the right, z down; roll about x, pitch about y, heading about z.
 #pragma once
 
-#include "meter.h"
+#include "model/meter.h"
 
 #include <cstdint>
 

@@ -63,12 +63,10 @@ wire::StartRequest startOf(const wire::Channel& channel)
     return start;
 }
 
-bool registerPart(Meter& meter, const wire::MultiMeasRequest& part)
+bool registerPart(State& state, const wire::MultiMeasRequest& part)
 {
-    ListState& list = meter.state.list;
-    if (part.ucRegIdx == 0)
-        stopRun(meter);
-    else if (isList(meter.state.run) || list.usCount == 0 || part.ucRegIdx != list.ucNextIdx)
+    ListState& list = state.list;
+    if (part.ucRegIdx != 0 && (isList(state.run) || list.usCount == 0 || part.ucRegIdx != list.ucNextIdx))
         return false;
     for (unsigned i = 0; i < part.ucRegCount; ++i)
         list.channels[(part.ucRegIdx + i) % kListMax] = part.channels[i];

@@ -1,7 +1,7 @@
 // A list of channels measured in turn: which channel is being measured when, and what each gave.
 #pragma once
 
-#include "meter.h"
+#include "model/meter.h"
 #include "signal/demodulator.h"
 
 #include <cstdint>
@@ -23,9 +23,9 @@ inline bool isList(Run run)
 // What a channel asks for, as a start of a single measurement would.
 vx63::wire::StartRequest startOf(const vx63::wire::Channel& channel);
 
-// Takes a part of a registration. Index 0 begins a new list and ends the run that there is; any other must
-// follow the part before, modulo 256. False: it does not, and nothing has changed.
-bool registerPart(Meter& meter, const vx63::wire::MultiMeasRequest& part);
+// Takes a part of a registration. Index 0 begins a new list, on a tuner that is free; any other must follow
+// the part before, modulo 256. False: it does not, and nothing has changed.
+bool registerPart(State& state, const vx63::wire::MultiMeasRequest& part);
 
 // Begins to measure the registered channels: run is Run::multi, round and round, or Run::scan, once.
 void startList(Meter& meter, Run run);

@@ -1,7 +1,7 @@
 // Constellation diagrams: where a modulation's points lie, and where a demodulator sees them in noise.
 #pragma once
 
-#include "signal/modulation.h"
+#include "model/broadcast.h"
 #include "signal/random.h"
 
 #include <cstdint>

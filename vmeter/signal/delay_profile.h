@@ -1,7 +1,7 @@
 // The delay profile of an OFDM signal: its impulse response, as its pilots show it.
 #pragma once
 
-#include "scene/scene.h"
+#include "model/scene.h"
 #include "signal/random.h"
 
 #include <cstdint>

@@ -1,5 +1,6 @@
 #include "signal/demodulator.h"
-#include "signal/channel_list.h"
+#include "signal/bit_errors.h"
+#include "signal/power_supply.h"
 #include "signal/random.h"
 
 #include <algorithm>
@@ -55,25 +56,6 @@ bool canLock(const vx63::wire::StartRequest& start, const Reception& reception, 
 {
     const Signal* signal = reception.wanted;
     return signal && isWanted(start, *signal) && cnDb >= infoOf(symbolModulation(*signal)).thresholdDb;
-}
-
-void startRun(Meter& meter, Run run, const vx63::wire::StartRequest& start)
-{
-    stopRun(meter);
-    meter.state.run = run;
-    meter.state.ucSupplyCode = supplyCode(start.ucSupplyLevel, start.ucSupplyKind);
-    meter.state.demodulator.start = start;
-    meter.state.demodulator.ulSearchMs = meter.state.ulSimMs;
-    followLock(meter, observe(meter, start));
-}
-
-void stopRun(Meter& meter)
-{
-    meter.state.ucSupplyCode = supplyCodeNow(meter.state);
-    meter.state.run = Run::none;
-    meter.state.demodulator = {};
-    meter.state.constellation = {};
-    meter.state.list.usCount = 0; // the channels behind the count are never read
 }
 
 void followLock(Meter& meter, const Observation& now)

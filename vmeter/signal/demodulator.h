@@ -1,7 +1,7 @@
 // The demodulator as time goes on: tuning, lock, and the count of bit errors.
 #pragma once
 
-#include "meter.h"
+#include "model/meter.h"
 #include "signal/reception.h"
 
 #include <cstdint>
@@ -28,13 +28,6 @@ bool isUsable(const vx63::wire::StartRequest& start);
 
 // Whether what is received is a signal of the kind that was asked for, strong enough to lock to.
 bool canLock(const vx63::wire::StartRequest& start, const Reception& reception, double cnDb);
-
-// Takes the tuner for a run on one channel, in place of the one that runs, and begins to search. The start
-// must be usable.
-void startRun(Meter& meter, Run run, const vx63::wire::StartRequest& start);
-
-// Ends whatever runs on the tuner. The power supply stays as it is at that moment.
-void stopRun(Meter& meter);
 
 // Lets the demodulator lock or lose lock, as the present moment has it.
 void followLock(Meter& meter, const Observation& now);

@@ -1,7 +1,7 @@
 // Optical power behind the filter of a wavelength, and the DC voltage at an input.
 #pragma once
 
-#include "scene/scene.h"
+#include "model/scene.h"
 #include "signal/power_supply.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 // The antenna power supply: what the meter feeds into the selected input, and what it reads back.
 #pragma once
 
-#include "scene/scene.h"
+#include "model/scene.h"
 
 #include <cstdint>
 

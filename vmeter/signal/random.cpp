@@ -8,7 +8,7 @@ namespace {
 
 constexpr uint64_t kStep = 0x9E3779B97F4A7C15;
 
-// The finaliser of SplitMix64 (Steele, Lea, Flood: Fast Splittable Pseudorandom Number Generators, 2014).
+// Its finaliser by itself.
 uint64_t mix(uint64_t value)
 {
     value = (value ^ (value >> 30)) * 0xBF58476D1CE4E5B9;
@@ -18,8 +18,18 @@ uint64_t mix(uint64_t value)
 
 } // namespace
 
+uint64_t splitMix64(uint64_t value)
+{
+    return mix(value + kStep);
+}
+
+double toUniform(uint64_t bits)
+{
+    return static_cast<double>(bits >> 11) * 0x1p-53;
+}
+
 Random::Random(uint64_t seed, uint64_t ulSimMs, Purpose purpose, uint64_t ulWhat)
-    : state_(mix(mix(mix(mix(seed + kStep) ^ ulSimMs) + static_cast<uint64_t>(purpose)) ^ ulWhat))
+    : state_(mix(mix(mix(splitMix64(seed) ^ ulSimMs) + static_cast<uint64_t>(purpose)) ^ ulWhat))
 {}
 
 uint64_t Random::bits()
@@ -30,7 +40,7 @@ uint64_t Random::bits()
 
 double Random::uniform()
 {
-    return static_cast<double>(bits() >> 11) * 0x1p-53;
+    return toUniform(bits());
 }
 
 double Random::normal()

@@ -19,6 +19,13 @@ enum class Purpose : uint32_t {
     centerPoint = 9
 };
 
+// SplitMix64 (Steele, Lea, Flood: Fast Splittable Pseudorandom Number Generators, 2014): from one number the
+// next, spread over all 64 bits.
+uint64_t splitMix64(uint64_t value);
+
+// A number of 64 random bits as one from 0 inclusive to 1 exclusive.
+double toUniform(uint64_t bits);
+
 class Random {
 public:
     // ulSimMs and ulWhat (a frequency, an index) tell apart the draws of one purpose.

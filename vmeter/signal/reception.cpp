@@ -1,5 +1,4 @@
 #include "signal/reception.h"
-#include "signal/cable.h"
 #include "signal/decibel.h"
 
 #include <algorithm>

@@ -1,15 +1,12 @@
 // What stands at the tuner: levels and C/N as they follow from the scene, before any fluctuation.
 #pragma once
 
-#include "scene/scene.h"
+#include "model/scene.h"
 #include "signal/power_supply.h"
 
 #include <cstdint>
 
 namespace vmeter {
-
-inline constexpr uint32_t kTunerMinKhz = 10000;
-inline constexpr uint32_t kTunerMaxKhz = 3224000;
 
 // Thermal noise k * T * B at 290 K over a bandwidth in kHz, in dBuV at 75 ohm.
 double thermalNoiseDbuv(double bandwidthKhz);

@@ -1,6 +1,6 @@
 // The angle sensor, the optical power and the DC voltage of the virtual meter.
+#include "meter_bench.h"
 #include "signal/angle.h"
-#include "vmeter_bench.h"
 
 #include <rapidcheck/gtest.h>
 

@@ -1,6 +1,6 @@
 // Constellation points of the virtual meter, against the ideal points typed from the tables of the standards.
+#include "meter_bench.h"
 #include "signal/constellation.h"
-#include "vmeter_bench.h"
 
 #include <rapidcheck/gtest.h>
 

@@ -1,6 +1,6 @@
 // Delay profiles of the virtual meter.
+#include "meter_bench.h"
 #include "signal/delay_profile.h"
-#include "vmeter_bench.h"
 
 #include <rapidcheck/gtest.h>
 

@@ -1,5 +1,5 @@
 // What a scene tells of the meter itself: what is read, what is refused and how that is said.
-#include "scene/scene.h"
+#include "scene/load.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,6 @@
 // Fault rules: what is read, what is refused and how that is said, and which requests are hit.
-#include "faults.h"
+#include "process/fault_plan.h"
+#include "scene/fault_rules.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

@@ -1,5 +1,5 @@
 // Lists of channels in the virtual meter: registration, the time that each channel takes, results.
-#include "vmeter_bench.h"
+#include "meter_bench.h"
 
 #include <rapidcheck/gtest.h>
 

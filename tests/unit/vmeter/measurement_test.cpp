@@ -1,5 +1,5 @@
 // The measurement and device services of the virtual meter: their handlers, called as the service loop does.
-#include "vmeter_bench.h"
+#include "meter_bench.h"
 
 #include <rapidcheck/gtest.h>
 
@@ -711,6 +711,7 @@ RC_GTEST_PROP(AnyRequest, IsAnswered, ())
             break;
         }
         bench.state_.ulSimMs += *rc::gen::inRange<uint64_t>(0, 3000);
+        bench.state_.device.standby = Standby::none; // a request before may have sent it to sleep
         const Body response = bench.call(exchange.service, exchange.usCmd, request);
         if (exchange.usCmd == 0x106) {
             const auto result = bodyAs<wire::ConstaResponse>(response);

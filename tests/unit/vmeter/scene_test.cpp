@@ -1,5 +1,5 @@
 // Scene files: what is read, what is refused and how that is said.
-#include "scene/scene.h"
+#include "scene/load.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

@@ -1,5 +1,5 @@
 // The services about the meter itself, handler by handler.
-#include "support/service_bench.h"
+#include "meter_bench.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -55,7 +55,7 @@ TEST(Services, HaveTheirIdsAndCommands)
 
 TEST(Product, IsTheScenes)
 {
-    ServiceBench bench(R"(
+    Bench bench(R"(
 [product]
 model_code = "MODEL-01"
 option_info = "OP"
@@ -81,7 +81,7 @@ product_version = "abcdefghijklmnop"
 
 TEST(Failure, IsTheScenesUntilItIsSet)
 {
-    ServiceBench bench("[failure]\ncode = 0x1234\nstate = 1\ncontrol = 7\nwait = 300\ninfo = \"a1b2\"\n");
+    Bench bench("[failure]\ncode = 0x1234\nstate = 1\ncontrol = 7\nwait = 300\ninfo = \"a1b2\"\n");
     EXPECT_EQ(bench.call(kSys, 0x04),
               zeros(40, {{0, 0x34}, {1, 0x12}, {2, 1}, {3, 7}, {4, 0x2C}, {5, 0x01}, {8, 0xA1}, {9, 0xB2}}));
     EXPECT_EQ(bench.ret(kSys, 0x11, zeros(36, {{0, 0xEF}, {1, 0xBE}, {2, 0}, {4, 9}, {35, 8}})), 0);
@@ -93,7 +93,7 @@ TEST(Failure, IsTheScenesUntilItIsSet)
 
 TEST(DeviceStatus, TellsTheCondition)
 {
-    ServiceBench bench(R"(
+    Bench bench(R"(
 [device]
 battery_percent = 55
 battery_mv = 7001
@@ -106,13 +106,13 @@ usb2 = true
     EXPECT_EQ(bench.call(kDev, 0x06), (Body{3, 0, 55, 1, 2, 0, 41, 0, 0x59, 0x1B}));
     bench.ret(kMeas, 0x19, 1);
     EXPECT_EQ(bench.call(kDev, 0x06)[5], 1);
-    EXPECT_EQ(ServiceBench("[device]\nusb2 = true").call(kDev, 0x06)[0], 2);
+    EXPECT_EQ(Bench("[device]\nusb2 = true").call(kDev, 0x06)[0], 2);
 }
 
 TEST(Keys, ArePressedInSimulatedTime)
 {
     // Each request takes 100 ms; the first one is at 100.
-    ServiceBench bench(R"(
+    Bench bench(R"(
 [[key]]
 time_ms = 200
 key = 3
@@ -135,7 +135,7 @@ duration_ms = 150
 
 // ---- buzzer and display ----
 
-int buzz(ServiceBench& bench, uint8_t ucKind, uint8_t ucMode)
+int buzz(Bench& bench, uint8_t ucKind, uint8_t ucMode)
 {
     return bench.ret(kBuz, 0x09, {ucKind, ucMode, 0, 0});
 }
@@ -145,7 +145,7 @@ constexpr uint8_t kStop = 2;
 
 TEST(Buzzer, LowerSoundsWaitForHigherOnes)
 {
-    ServiceBench bench;
+    Bench bench;
     EXPECT_EQ(buzz(bench, 3, kOnce), 0); // 1000 ms from 100 on
     EXPECT_EQ(buzz(bench, 2, kOnce), 4);
     EXPECT_EQ(buzz(bench, 2, kRepeat), 4);
@@ -164,7 +164,7 @@ TEST(Buzzer, SingleSoundsLastAsLongAsTheirKindTells)
 {
     const std::pair<uint8_t, uint64_t> lasts[] = {{1, 200}, {2, 500}, {3, 1000}, {4, 2000}};
     for (const auto& [kind, ms] : lasts) {
-        ServiceBench bench;
+        Bench bench;
         bench.scene_.clockMs = 0;
         EXPECT_EQ(buzz(bench, kind, kOnce), 0);
         bench.state_.ulSimMs = ms - 1;
@@ -176,7 +176,7 @@ TEST(Buzzer, SingleSoundsLastAsLongAsTheirKindTells)
 
 TEST(Buzzer, APatternRepeatsUntilItIsStopped)
 {
-    ServiceBench bench;
+    Bench bench;
     EXPECT_EQ(buzz(bench, 2, kRepeat), 0);
     bench.state_.ulSimMs += 1'000'000;
     EXPECT_EQ(buzz(bench, 2, kRepeat), 3);
@@ -193,7 +193,7 @@ TEST(Buzzer, APatternRepeatsUntilItIsStopped)
 
 TEST(Buzzer, VolumesAreKeptByKind)
 {
-    ServiceBench bench("[device]\nvolume = 2");
+    Bench bench("[device]\nvolume = 2");
     EXPECT_EQ(bench.ret(kBuz, 0x0A, {1, 3, 0, 0}), 0);
     EXPECT_EQ(bench.ret(kBuz, 0x0A, {4, 0, 0, 0}), 0);
     const uint8_t expected[] = {2, 3, 2, 2, 0};
@@ -207,7 +207,7 @@ TEST(Buzzer, VolumesAreKeptByKind)
 
 TEST(Buzzer, RefusesOthers)
 {
-    ServiceBench bench;
+    Bench bench;
     EXPECT_EQ(buzz(bench, 5, 0), 2);
     EXPECT_EQ(buzz(bench, 0, 3), 2);
     EXPECT_EQ(bench.ret(kBuz, 0x0A, {5, 0, 0, 0}), 2);
@@ -216,7 +216,7 @@ TEST(Buzzer, RefusesOthers)
 
 TEST(Brightness, IsKept)
 {
-    ServiceBench bench;
+    Bench bench;
     for (const uint8_t brightness : std::initializer_list<uint8_t>{0, 1, 2}) {
         EXPECT_EQ(bench.ret(kSys, 0x0B, brightness), 0);
         EXPECT_EQ(bench.state_.device.ucBrightness, brightness);
@@ -227,7 +227,7 @@ TEST(Brightness, IsKept)
 
 // ---- standby ----
 
-uint8_t standbyState(ServiceBench& bench)
+uint8_t standbyState(Bench& bench)
 {
     const Body body = bench.call(kMeas, 0x18);
     EXPECT_EQ(body.size(), 8u);
@@ -245,7 +245,7 @@ TEST(StandbyMode, MeasurementsSleepUntilTheWakeUp)
         uint8_t mode, stat;
     } const ways[] = {{kSys, 0x0E, 0x0F, 0, 1}, {kMeas, 0x0E, 0x0F, 1, 2}, {kMeas, 0x1D, 0x1E, 0, 2}};
     for (const auto& way : ways) {
-        ServiceBench bench;
+        Bench bench;
         EXPECT_EQ(bench.ret(kMeas, 0x100, zeros(8, {{4, 1}})), 0);
         EXPECT_EQ(bench.ret(kMeas, 0x15, 2), 0);
         EXPECT_EQ(bench.ret(kMeas, 0x103, kStart), 0);
@@ -266,7 +266,7 @@ TEST(StandbyMode, MeasurementsSleepUntilTheWakeUp)
 
 TEST(StandbyMode, ModesBelongToTheirServices)
 {
-    ServiceBench bench;
+    Bench bench;
     for (const uint16_t usCmd : std::initializer_list<uint16_t>{0x0E, 0x0F}) {
         for (const uint8_t mode : std::initializer_list<uint8_t>{1, 2, 255})
             EXPECT_EQ(bench.ret(kSys, usCmd, mode), 2);
@@ -278,7 +278,7 @@ TEST(StandbyMode, ModesBelongToTheirServices)
 
 TEST(StandbyMode, OfTheMeterHoldsTheMeasurementPart)
 {
-    ServiceBench bench("[power]\nstandby = \"meter\"");
+    Bench bench("[power]\nstandby = \"meter\"");
     EXPECT_EQ(standbyState(bench), 1);
     EXPECT_EQ(bench.ret(kMeas, 0x0F, 1), 4);
     EXPECT_EQ(bench.ret(kMeas, 0x0E, 1), 0); // already
@@ -291,7 +291,7 @@ TEST(StandbyMode, OfTheMeterHoldsTheMeasurementPart)
 
 TEST(StandbyMode, ALowBatteryForbidsTheOrdinaryWakeUp)
 {
-    ServiceBench bench("[power]\nstandby = \"measurement\"\n[device]\nlow_battery = true");
+    Bench bench("[power]\nstandby = \"measurement\"\n[device]\nlow_battery = true");
     EXPECT_EQ(bench.ret(kMeas, 0x0F, 1), 4);
     EXPECT_EQ(bench.ret(kSys, 0x0F, 0), 4);
     EXPECT_EQ(standbyState(bench), 2);
@@ -302,7 +302,7 @@ TEST(StandbyMode, ALowBatteryForbidsTheOrdinaryWakeUp)
 
 TEST(LowBattery, TellsWhenNothingChanges)
 {
-    ServiceBench bench;
+    Bench bench;
     EXPECT_EQ(bench.ret(kMeas, 0x19, 0), 3);
     EXPECT_EQ(bench.ret(kMeas, 0x19, 1), 0);
     EXPECT_EQ(bench.ret(kMeas, 0x19, 1), 3);
@@ -312,7 +312,7 @@ TEST(LowBattery, TellsWhenNothingChanges)
 
 TEST(Calibration, KnowsTwoModes)
 {
-    ServiceBench bench;
+    Bench bench;
     EXPECT_EQ(bench.ret(kMeas, 0x16, 0), 0);
     EXPECT_EQ(bench.ret(kMeas, 0x16, 1), 0);
     EXPECT_EQ(bench.ret(kMeas, 0x16, 2), 2);
@@ -322,7 +322,7 @@ TEST(Calibration, KnowsTwoModes)
 
 TEST(DeveloperMode, IsKept)
 {
-    ServiceBench bench;
+    Bench bench;
     EXPECT_EQ(bench.ret(kSys, 0x1B, 1), 0);
     EXPECT_EQ(bench.state_.device.ucDeveloperMode, 1);
     EXPECT_EQ(bench.ret(kSys, 0x1B, 2), 2);
@@ -335,7 +335,7 @@ TEST(DeveloperMode, IsKept)
 
 TEST(Reboot, IsSilentForItsTimeAndThenAsSwitchedOn)
 {
-    ServiceBench bench("[power]\nreboot_ms = 2000");
+    Bench bench("[power]\nreboot_ms = 2000");
     bench.ret(kMeas, 0x100, zeros(8, {{4, 1}}));
     bench.ret(kMeas, 0x103, kStart);
     bench.ret(kSys, 0x0B, 2);
@@ -369,10 +369,10 @@ TEST(Reboot, IsSilentForItsTimeAndThenAsSwitchedOn)
 
 TEST(Reboot, IsAskedForAtTheSystemService)
 {
-    ServiceBench bench("[power]\nreboot_ms = 600000");
+    Bench bench("[power]\nreboot_ms = 600000");
     EXPECT_EQ(bench.ret(kSys, 0x0C), 0);
     EXPECT_EQ(reasonForSilence(bench.state_.device, steadyMs()), "the meter is rebooting");
-    ServiceBench quick("[power]\nreboot_ms = 0");
+    Bench quick("[power]\nreboot_ms = 0");
     EXPECT_EQ(quick.ret(kSys, 0x0C), 0);
     EXPECT_EQ(reasonForSilence(quick.state_.device, steadyMs()), "");
     EXPECT_EQ(quick.state_.device.ulReboots, 1u);
@@ -380,7 +380,7 @@ TEST(Reboot, IsAskedForAtTheSystemService)
 
 TEST(Shutdown, IsForGood)
 {
-    ServiceBench bench;
+    Bench bench;
     EXPECT_EQ(reasonForSilence(bench.state_.device, 0), "");
     EXPECT_EQ(bench.ret(kSys, 0x0D), 0);
     EXPECT_EQ(reasonForSilence(bench.state_.device, UINT64_MAX), "the meter is off");
@@ -402,7 +402,7 @@ Body updateRequest(std::initializer_list<std::pair<size_t, uint8_t>> changes = {
     return body;
 }
 
-std::string versionAt(ServiceBench& bench, size_t at)
+std::string versionAt(Bench& bench, size_t at)
 {
     const Body body = bench.call(kSys, 0x05);
     return std::string(body.begin() + static_cast<std::ptrdiff_t>(at),
@@ -412,7 +412,7 @@ std::string versionAt(ServiceBench& bench, size_t at)
 
 TEST(Update, TellsProgressAndThenTheEnd)
 {
-    ServiceBench bench("[update]\nsteps = 3");
+    Bench bench("[update]\nsteps = 3");
     const Body request = updateRequest();
     ASSERT_EQ(request.size(), 32u);
     for (int i = 0; i < 3; ++i)
@@ -427,7 +427,7 @@ TEST(Update, ReplacesTheVersionOfItsProgram)
 {
     const std::pair<uint8_t, size_t> places[] = {{1, 25}, {2, 41}, {3, 57}, {4, 73}, {5, 89}};
     for (const auto& [program, at] : places) {
-        ServiceBench bench("[update]\nsteps = 0");
+        Bench bench("[update]\nsteps = 0");
         EXPECT_EQ(bench.ret(kSys, 0x10, updateRequest({{4, program}})), 3);
         for (const auto& [other, place] : places)
             EXPECT_EQ(versionAt(bench, place) == "2.0", other == program) << int{program};
@@ -436,7 +436,7 @@ TEST(Update, ReplacesTheVersionOfItsProgram)
 
 TEST(Update, FailsWhereTheSceneSaysSo)
 {
-    ServiceBench bench("[update]\nsteps = 1\nfail_step = 2");
+    Bench bench("[update]\nsteps = 1\nfail_step = 2");
     EXPECT_EQ(bench.ret(kSys, 0x10, updateRequest()), 0);
     EXPECT_EQ(bench.ret(kSys, 0x10, updateRequest()), 1);
     EXPECT_EQ(versionAt(bench, 41), "1.0.0");
@@ -461,12 +461,12 @@ TEST(Update, RefusesBadRequests)
         {updateRequest({{26, 0}}), "no size"},
     };
     for (const auto& [request, note] : cases) {
-        ServiceBench bench;
+        Bench bench;
         EXPECT_EQ(bench.ret(kSys, 0x10, request), 2) << note;
         EXPECT_EQ(bench.note_, note);
         EXPECT_EQ(bench.state_.device.update.ucRunning, 0);
     }
-    ServiceBench bench;
+    Bench bench;
     Body request = updateRequest();
     ++request[28];
     EXPECT_EQ(bench.ret(kSys, 0x10, request), 2);
@@ -476,7 +476,7 @@ TEST(Update, RefusesBadRequests)
 
 TEST(Update, TakesOneAtATime)
 {
-    ServiceBench bench;
+    Bench bench;
     EXPECT_EQ(bench.ret(kSys, 0x10, updateRequest()), 0);
     EXPECT_EQ(bench.ret(kSys, 0x10, updateRequest({{4, 1}})), 4);
     EXPECT_EQ(bench.note_, "another update is under way");
@@ -489,7 +489,7 @@ TEST(Update, TakesOneAtATime)
 
 TEST(Update, NeedsABattery)
 {
-    ServiceBench bench;
+    Bench bench;
     bench.ret(kMeas, 0x19, 1);
     EXPECT_EQ(bench.ret(kSys, 0x10, updateRequest()), 4);
     EXPECT_EQ(bench.note_, "low battery");
@@ -515,7 +515,7 @@ TEST(ServiceRequests, ShortOnesAreParameterErrorsAndChangeNothing)
                        {kMeas, 0x18, 4, 8}, {kMeas, 0x19, 4, 4}, {kMeas, 0x1D, 4, 4}, {kMeas, 0x1E, 4, 4}};
     for (const auto& one : cases) {
         for (size_t size = 0; size < one.size; ++size) {
-            ServiceBench bench;
+            Bench bench;
             bench.scene_.clockMs = 0;
             const State before = bench.state_;
             EXPECT_EQ(bench.call(one.service, one.usCmd, Body(size, 1)), zeros(one.response, {{0, 2}}))
@@ -528,7 +528,7 @@ TEST(ServiceRequests, ShortOnesAreParameterErrorsAndChangeNothing)
 // Whatever a client sends, a service answers, and the meter's state stays in its bounds.
 RC_GTEST_PROP(AnyServiceRequest, IsAnswered, ())
 {
-    ServiceBench bench;
+    Bench bench;
     bench.settings_.folder = "/nonexistent";
     for (int count = *rc::gen::inRange(1, 30); count > 0; --count) {
         const Service& service = *kServices[*rc::gen::inRange<size_t>(0, 5)];

@@ -1,6 +1,7 @@
 // The settings files of the virtual meter, in folders of the test's own.
 #include "failure.h"
-#include "support/service_bench.h"
+#include "meter_bench.h"
+#include "services/settings_files.h"
 
 #include <gtest/gtest.h>
 
@@ -56,7 +57,7 @@ protected:
     }
 
     fs::path root_;
-    ServiceBench bench_;
+    Bench bench_;
 };
 
 TEST_F(SettingsFolders, AreFilledWithTheFactoryFiles)

@@ -1,5 +1,5 @@
 // The state that the service processes share, and what becomes of it when one of them dies.
-#include "shared_meter.h"
+#include "process/shared_meter.h"
 
 #include <gtest/gtest.h>
 

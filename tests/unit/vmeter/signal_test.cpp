@@ -1,7 +1,7 @@
 // The physics of the virtual meter against values worked out by hand.
-#include "signal/cable.h"
+#include "model/cable.h"
+#include "signal/bit_errors.h"
 #include "signal/decibel.h"
-#include "signal/modulation.h"
 #include "signal/power_supply.h"
 #include "signal/random.h"
 #include "signal/reception.h"

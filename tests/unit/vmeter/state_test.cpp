@@ -1,6 +1,6 @@
 // The state of the virtual meter as people and programs read it.
-#include "state_json.h"
-#include "support/service_bench.h"
+#include "meter_bench.h"
+#include "process/state_json.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -8,14 +8,14 @@
 namespace vmeter {
 namespace {
 
-std::string stateOf(const ServiceBench& bench, uint64_t nowMs = 0)
+std::string stateOf(const Bench& bench, uint64_t nowMs = 0)
 {
     return stateJson(bench.scene_, bench.state_, nowMs);
 }
 
 TEST(StateJson, TellsEverything)
 {
-    const ServiceBench bench;
+    const Bench bench;
     EXPECT_EQ(stateOf(bench),
               R"({"sim_ms":0,)"
               R"("power":{"state":"on","standby":0,"reboots":0,"low_battery":false,"developer_mode":false,)"
@@ -37,7 +37,7 @@ TEST(StateJson, TellsEverything)
 
 TEST(StateJson, TellsWhatTheCallsDid)
 {
-    ServiceBench bench("[[key]]\nkey = 2\ntime_ms = 0\nduration_ms = 10000");
+    Bench bench("[[key]]\nkey = 2\ntime_ms = 0\nduration_ms = 10000");
     bench.ret(kBuzzerService, 0x09, {3, 1, 0, 0});
     bench.ret(kMeasurementService, 0x19, 1);
     bench.ret(kMeasurementService, 0x1D);
@@ -54,7 +54,7 @@ TEST(StateJson, TellsWhatTheCallsDid)
 
 TEST(StateJson, ASoundEndsWithItsTime)
 {
-    ServiceBench bench;
+    Bench bench;
     bench.ret(kBuzzerService, 0x09, {0, 0, 0, 0});
     EXPECT_EQ(nlohmann::json::parse(stateOf(bench))["buzzer"]["sounding"], true);
     bench.state_.ulSimMs += 50;
@@ -66,7 +66,7 @@ TEST(StateJson, ASoundEndsWithItsTime)
 
 TEST(StateJson, TellsRebootAndOff)
 {
-    ServiceBench bench;
+    Bench bench;
     const auto power = [&bench](uint64_t nowMs) {
         return nlohmann::json::parse(stateOf(bench, nowMs))["power"]["state"].get<std::string>();
     };
@@ -80,7 +80,7 @@ TEST(StateJson, TellsRebootAndOff)
 
 TEST(StateJson, StaysJsonWhateverAnUpdateBrings)
 {
-    ServiceBench bench;
+    Bench bench;
     std::fill(std::begin(bench.state_.device.product.cMainPrgVer),
               std::end(bench.state_.device.product.cMainPrgVer), '\xFF');
     EXPECT_EQ(nlohmann::json::parse(stateOf(bench))["product"]["main_version"], "????????????????");

@@ -1,5 +1,5 @@
 // A line of the trace, byte for byte.
-#include "trace.h"
+#include "process/trace.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

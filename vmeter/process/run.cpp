@@ -1,0 +1,268 @@
+#include "process/run.h"
+
+#include "failure.h"
+#include "model/settings.h"
+#include "process/descriptor.h"
+#include "process/in_place.h"
+#include "process/isolation.h"
+#include "process/supervisor.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <nlohmann/json.hpp>
+#include <poll.h>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/signalfd.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace vmeter {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Makes the state folder and what belongs into it, and keeps other meters from it as long as the
+// descriptor is open in any process.
+Descriptor takeState(const fs::path& state)
+{
+    const auto check = [&](const fs::path& path, const std::error_code& error) {
+        if (error)
+            throw Failure(path, error.message(), "give a folder that you may write to with --state");
+    };
+    std::error_code error;
+    fs::create_directories(state, error);
+    check(state, error);
+    Descriptor folder(open(state.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder)
+        check(state, std::error_code(errno, std::generic_category()));
+    if (flock(folder.get(), LOCK_EX | LOCK_NB) != 0)
+        throw Failure(state, errno == EWOULDBLOCK ? "another meter is using it" : errorText(errno),
+                      "wait for its end or give another folder with --state");
+
+    fs::create_directories(state / "log", error);
+    check(state / "log", error);
+    for (const char* name : kSettingsFolders) {
+        fs::create_directories(state / name, error);
+        check(state / name, error);
+    }
+    if (access((state / "log").c_str(), W_OK | X_OK) != 0)
+        check(state / "log", std::error_code(errno, std::generic_category()));
+    return folder;
+}
+
+[[noreturn]] void become(const std::vector<std::string>& arguments)
+{
+    std::vector<char*> argv;
+    for (const std::string& argument : arguments)
+        argv.push_back(const_cast<char*>(argument.c_str()));
+    argv.push_back(nullptr);
+    execvp(argv[0], argv.data());
+    std::fprintf(stderr, "vx63-vmeter: %s: %s: see 'vx63-vmeter check'\n", argv[0], errorText(errno).c_str());
+    _exit(kExitFailure);
+}
+
+// A memory file that holds the arguments as bubblewrap reads them.
+Descriptor argumentFile(const std::vector<std::string>& arguments)
+{
+    Descriptor file(memfd_create("arguments", MFD_CLOEXEC));
+    for (const std::string& argument : arguments)
+        if (!file || write(file.get(), argument.c_str(), argument.size() + 1) < 0)
+            throw Failure("memory file", errorText(errno), "free some memory");
+    lseek(file.get(), 0, SEEK_SET);
+    return file;
+}
+
+// The meter's first process, as bubblewrap tells: when it has ended, nothing of the meter runs any more.
+class FirstProcess {
+public:
+    explicit FirstProcess(int infoFd)
+    {
+        std::string text;
+        char part[512];
+        for (std::size_t got; (got = readFully(infoFd, part, sizeof part)) > 0;)
+            text.append(part, got);
+        const auto info = nlohmann::ordered_json::parse(text, nullptr, false);
+        if (info.is_object() && info.contains("child-pid"))
+            m_process =
+                Descriptor(static_cast<int>(syscall(SYS_pidfd_open, info["child-pid"].get<pid_t>(), 0)));
+    }
+
+    void end() const
+    {
+        if (!m_process)
+            return;
+        syscall(SYS_pidfd_send_signal, m_process.get(), SIGKILL, nullptr, 0);
+        pollfd event{m_process.get(), POLLIN, 0};
+        while (poll(&event, 1, -1) < 0 && errno == EINTR) {
+        }
+    }
+
+private:
+    Descriptor m_process;
+};
+
+// SIGTERM and SIGHUP are taken from a descriptor; what the terminal sends is the command's business.
+Descriptor takeSignals(const CallerSignals& caller)
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGCHLD);
+    for (std::size_t i = 0; i < std::size(CallerSignals::kNumbers); ++i) {
+        const int number = CallerSignals::kNumbers[i];
+        if ((number == SIGTERM || number == SIGHUP) && !caller.ignored[i])
+            sigaddset(&signals, number);
+        else
+            signal(number, SIG_IGN);
+    }
+    sigprocmask(SIG_BLOCK, &signals, nullptr);
+    return Descriptor(signalfd(-1, &signals, SFD_CLOEXEC));
+}
+
+// Waits for the child and passes signals on to the command. Gives the child's status.
+int waitFor(pid_t child, const Descriptor& signals, const Descriptor& control)
+{
+    for (;;) {
+        int how = 0;
+        if (waitpid(child, &how, WNOHANG) == child)
+            return how;
+        signalfd_siginfo info;
+        if (read(signals.get(), &info, sizeof info) == sizeof info && info.ssi_signo != SIGCHLD)
+            writeByte(control.get(), static_cast<uint8_t>(info.ssi_signo));
+    }
+}
+
+} // namespace
+
+int openScene(const std::string& path)
+{
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+    if (file < 0)
+        throw Failure(path, errorText(errno), "give a file that you may read with --scene");
+    return file;
+}
+
+int openStateJson(const std::string& path)
+{
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOCTTY, 0666);
+    if (file < 0)
+        throw Failure(path, errorText(errno), "give a file that you may write to with --state-json");
+    return file;
+}
+
+int openTrace(const std::string& path)
+{
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_TRUNC | O_CLOEXEC | O_NOCTTY, 0666);
+    if (file < 0)
+        throw Failure(path, errorText(errno), "give a file that you may write to with --trace");
+    return file;
+}
+
+int run(const RunOptions& options)
+{
+    std::optional<fs::path> state;
+    Descriptor stateLock;
+    if (options.state) {
+        state = fs::absolute(*options.state);
+        stateLock = takeState(*state);
+    }
+    std::optional<Namespaces> namespaces;
+    if (!options.inPlace)
+        namespaces = tryNamespaces();
+    const Descriptor scene(options.scene ? openScene(*options.scene) : -1);
+    const Descriptor trace(options.trace ? openTrace(*options.trace) : -1);
+    const Descriptor stateJson(options.stateJson ? openStateJson(*options.stateJson) : -1);
+    std::optional<InPlace> inPlace;
+    if (options.inPlace)
+        inPlace.emplace(state);
+
+    Pipe control = makePipe();
+    Pipe begun = makePipe(); // a byte: the surroundings are made and serve has begun
+    Pipe info = makePipe();
+
+    const CallerSignals callerSignals = CallerSignals::current();
+    std::vector<std::string> inside = {ownPath(),
+                                       "serve",
+                                       "--inside",
+                                       std::to_string(control.readEnd.get()),
+                                       "--begun",
+                                       std::to_string(begun.writeEnd.get()),
+                                       "--signals=" + callerSignals.text(),
+                                       "--settings",
+                                       options.emptySettings ? "empty" : "factory"};
+    if (stateLock)
+        inside.insert(inside.end(), {"--hold", std::to_string(stateLock.get())});
+    if (trace)
+        inside.insert(inside.end(), {"--trace-fd", std::to_string(trace.get())});
+    if (stateJson)
+        inside.insert(inside.end(), {"--state-json-fd", std::to_string(stateJson.get())});
+    if (scene)
+        inside.insert(inside.end(), {"--scene", *options.scene, "--scene-fd", std::to_string(scene.get())});
+    for (const std::string& fault : options.faults)
+        inside.insert(inside.end(), {"--fault", fault});
+    inside.push_back("--");
+    inside.insert(inside.end(), options.command.begin(), options.command.end());
+
+    std::vector<std::string> outside;
+    Descriptor arguments;
+    if (namespaces) {
+        const std::vector<std::string> all = bubblewrapArguments(*namespaces, state);
+        arguments = argumentFile({all.begin() + 1, all.end()});
+        outside = {all.front(),
+                   "--args",
+                   std::to_string(arguments.get()),
+                   "--info-fd",
+                   std::to_string(info.writeEnd.get()),
+                   "--"};
+        outside.insert(outside.end(), inside.begin(), inside.end());
+    }
+
+    const Descriptor signals = takeSignals(callerSignals);
+    if (!signals)
+        throw Failure("signals", errorText(errno), "close other programs");
+    const pid_t child = fork();
+    if (child < 0)
+        throw Failure("fork", errorText(errno), "end other programs");
+    if (child == 0) {
+        // Whatever was sent to the whole process group comes in through the control pipe, too.
+        for (const int number : CallerSignals::kNumbers)
+            signal(number, SIG_IGN);
+        sigset_t none;
+        sigemptyset(&none);
+        sigprocmask(SIG_SETMASK, &none, nullptr);
+        control.writeEnd = Descriptor();
+        for (const Descriptor* handed : std::initializer_list<const Descriptor*>{
+                 &control.readEnd, &begun.writeEnd, &stateLock, &scene, &trace, &stateJson})
+            if (*handed)
+                handed->inherit();
+        info.readEnd = Descriptor();
+        if (inPlace) {
+            info.writeEnd = Descriptor();
+            inPlace->guard(inside);
+        }
+        arguments.inherit();
+        info.writeEnd.inherit();
+        become(outside);
+    }
+
+    control.readEnd = Descriptor();
+    begun.writeEnd = Descriptor();
+    info.writeEnd = Descriptor();
+    const FirstProcess first(info.readEnd.get());
+    const int how = waitFor(child, signals, control.writeEnd);
+    first.end();
+    if (inPlace)
+        inPlace->cleanUp();
+
+    uint8_t byte = 0;
+    fcntl(begun.readEnd.get(), F_SETFL, O_NONBLOCK);
+    if (readFully(begun.readEnd.get(), &byte, 1) != 1 && !WIFSIGNALED(how) &&
+        WEXITSTATUS(how) != kExitFailure)
+        throw Failure("bubblewrap", "it could not make the surroundings (see above)",
+                      "see 'vx63-vmeter check'");
+    return WIFSIGNALED(how) ? 128 + WTERMSIG(how) : WEXITSTATUS(how);
+}
+
+} // namespace vmeter

@@ -1,0 +1,133 @@
+#include "services/settings_files.h"
+
+#include "failure.h"
+#include "lsys.h"
+#include "setfile/catalogue.h"
+#include "setfile/file_kind.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace vmeter {
+namespace {
+
+namespace fs = std::filesystem;
+using vx63::kCatalogue;
+using vx63::SetFileDef;
+
+// Where a file of the catalogue lies here.
+fs::path placeOf(const Settings& settings, const SetFileDef& file)
+{
+    return settings.folder / fs::path(file.path).lexically_relative(kProgramFolder);
+}
+
+// A list without names: its records are numbered from 1.
+std::vector<uint8_t> emptyList(const SetFileDef& list)
+{
+    std::vector<uint8_t> records(std::size_t{list.rows} * list.dataSize);
+    for (uint32_t i = 0; i < list.rows; ++i)
+        records[std::size_t{i} * list.dataSize] = static_cast<uint8_t>(i + 1);
+    return records;
+}
+
+// Gives the result of lsys.
+int32_t writeFactory(const Settings& settings, uint32_t fileId)
+{
+    const SetFileDef& file = kCatalogue[fileId];
+    std::vector<uint8_t> list;
+    const auto* records = static_cast<const uint8_t*>(file.defaultData);
+    if (records == nullptr) {
+        list = emptyList(file);
+        records = list.data();
+    }
+    return lsys_writeCsvNewFmt(placeOf(settings, file).c_str(), file.version, file.header, file.rows,
+                               file.columnCount, records, file.dataSize, file.columns);
+}
+
+void emptyFolder(const fs::path& folder)
+{
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder))
+        fs::remove_all(entry.path());
+}
+
+// All files or none: a folder that holds some would count as filled the next time.
+void fillFolder(const Settings& settings, const fs::path& folder)
+{
+    for (uint32_t fileId = 0; fileId < kCatalogue.size(); ++fileId) {
+        const fs::path path = placeOf(settings, kCatalogue[fileId]);
+        if (path.parent_path() != folder || vx63::isSet(fileId))
+            continue;
+        const int32_t result = writeFactory(settings, fileId);
+        if (result >= 0)
+            continue;
+        emptyFolder(folder);
+        throw Failure(path, "it cannot be written, lsys_err=" + std::to_string(result),
+                      "free some space, or use --empty-settings");
+    }
+}
+
+ReadBack readFile(const SetFileDef& file, const fs::path& path)
+{
+    ReadBack read{path, 0, std::vector<uint8_t>(std::size_t{file.rows} * file.dataSize)};
+    read.records = lsys_readCsvNewFmt(path.c_str(), file.version, file.rows, file.columnCount,
+                                      read.content.data(), file.dataSize, file.columns);
+    return read;
+}
+
+} // namespace
+
+void fillSettings(const Settings& settings)
+{
+    for (const char* const name : kSettingsFolders) {
+        const fs::path folder = settings.folder / name;
+        std::error_code error;
+        const bool empty = fs::is_empty(folder, error);
+        if (error)
+            throw Failure(folder, error.message(), "create it as a folder");
+        if (empty)
+            fillFolder(settings, folder);
+    }
+}
+
+bool restoreSettings(const Settings& settings)
+{
+    if (!settings.own)
+        return false;
+    try {
+        for (const char* const name : kSettingsFolders)
+            emptyFolder(settings.folder / name);
+        fillSettings(settings);
+    } catch (const std::exception&) {
+        return false;
+    }
+    return true;
+}
+
+ReadBack readSettings(const Settings& settings, uint8_t fileId)
+{
+    const SetFileDef& file = kCatalogue[fileId];
+    const fs::path path = placeOf(settings, file);
+    if (!vx63::isSet(fileId))
+        return readFile(file, path);
+
+    // The notice of a set does not tell its name.
+    const fs::path folder = path.parent_path();
+    const SetFileDef& list =
+        kCatalogue[std::find_if(std::begin(vx63::settings::kSetPairs), std::end(vx63::settings::kSetPairs),
+                                [fileId](const vx63::settings::SetPair& pair) { return pair.set == fileId; })
+                       ->list];
+    ReadBack all = readFile(list, placeOf(settings, list));
+    if (all.records < 0)
+        return all;
+    all = {path, static_cast<int32_t>(file.rows), {}};
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+        if (entry->path().extension() != ".csv" || entry->path() == placeOf(settings, list))
+            continue;
+        if (ReadBack one = readFile(file, entry->path()); one.records < 0)
+            return one;
+    }
+    return all;
+}
+
+} // namespace vmeter
