@@ -142,7 +142,7 @@ Contents channelsOf(const CreateOptions& options)
                       "choose another plan");
     Contents contents{std::vector<uint8_t>(size_t{set.rows} * set.dataSize), source.records};
     for (uint32_t i = 0; i < source.records; ++i) {
-        const uint8_t* record = source.bytes.data() + i * entry.dataSize;
+        const uint8_t* record = source.bytes.data() + size_t{i} * entry.dataSize;
         SetChannel target{};
         target.NO = static_cast<uint8_t>(i + 1);
         target.ENBFLG = 1;
