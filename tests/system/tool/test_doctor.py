@@ -70,7 +70,8 @@ SEEN = {
 @pytest.mark.parametrize("service", SERVICES)
 @pytest.mark.parametrize("kind", SEEN)
 def test_fault(meter, kind, service):
-    code, error, report = diagnose(meter, f"{service}={kind}")
+    # The doctor gives way to the services: a second answer is there when it looks again.
+    code, error, report = diagnose(meter, f"{service}={kind}", doctor="nice -n 19 $VX63 doctor --json")
     expected = SEEN[kind][service]
     if expected is None:
         assert (code, error, wrong(report)) == (0, "", {})
