@@ -61,15 +61,18 @@ def test_id_is_the_sender(meter):
     assert {message["ucSrcId"] for message in meter.messages() if message["kind"] == "request"} == {3}
     assert meter.vx63("input", "0", env=environment(VX63_PROCESS_ID="5")).returncode == 0
     assert {message["ucSrcId"] for message in meter.messages() if message["kind"] == "request"} == {5}
+    assert meter.vx63("input", "0", env=environment(VX63_PROCESS_ID="")).returncode == 0  # counts as none
+    assert {message["ucSrcId"] for message in meter.messages() if message["kind"] == "request"} == {17}
     assert meter.vx63("input", "0", "--id", "4", env=environment(VX63_PROCESS_ID="5")).returncode == 0
     assert {message["ucSrcId"] for message in meter.messages() if message["kind"] == "request"} == {4}
 
 
 @pytest.mark.parametrize("value", ["0", "6", "8", "10", "12", "18", "-1", "x", "", "17 ", "0x12"])
 def test_ids_that_are_refused(value):
-    for result in (run(VX63, "status", f"--id={value}"), run(VX63, "status", env=environment(VX63_PROCESS_ID=value))):
-        if value == "" and result.args[-1] == "status":
-            continue  # an empty variable counts as none
+    results = [run(VX63, "status", f"--id={value}")]
+    if value != "":
+        results.append(run(VX63, "status", env=environment(VX63_PROCESS_ID=value)))
+    for result in results:
         assert result.returncode == 64
         assert result.stdout == ""
         assert result.stderr.startswith("vx63: wrong usage of 'vx63 status': ")

@@ -15,6 +15,7 @@ import pytest
 
 import conftest
 from conftest import BUILD, HANG, VMETER, cannot
+from lent_machine import lent_machine
 
 VX63 = BUILD / "bin" / "vx63"
 SOURCE = Path(__file__).resolve().parents[3]
@@ -44,10 +45,12 @@ def isolation():
     """Options of vx63-vmeter run: none, or --in-place where namespaces are refused."""
     checked = conftest.vmeter("check")
     if checked.returncode == 0:
-        return []
-    if os.geteuid() == 0:
-        return ["--in-place"]
-    return cannot(checked.stderr.strip())
+        yield []
+    elif os.geteuid() == 0:
+        with lent_machine():
+            yield ["--in-place"]
+    else:
+        cannot(checked.stderr.strip())
 
 
 class Meter:
