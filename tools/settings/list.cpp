@@ -67,7 +67,7 @@ Json stateJson(const vx63::settings::File& entry, const State& state)
     for (uint32_t i = 0; i < entry.columnCount; ++i) {
         const vx63::settings::Column& column = entry.columns[i];
         columns.push({{"name", column.name},
-                      {"type", column.type},
+                      {"type", uint32_t{column.type}},
                       {"width", column.width},
                       {"offset", column.offset}});
     }
