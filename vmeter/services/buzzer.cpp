@@ -13,7 +13,7 @@ namespace wire = vx63::wire;
 // How long a single sound of each kind lasts, in simulated time.
 constexpr uint32_t kSoundMs[kSoundCount] = {50, 200, 500, 1000, 2000};
 
-constexpr uint8_t kModeOnce = 0;
+// ucBuzzMode; 0: once
 constexpr uint8_t kModeRepeat = 1;
 constexpr uint8_t kModeStop = 2;
 

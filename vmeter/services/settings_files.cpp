@@ -112,10 +112,10 @@ ReadBack readSettings(const Settings& settings, uint8_t fileId)
 
     // The notice of a set does not tell its name.
     const fs::path folder = path.parent_path();
-    const SetFileDef& list =
-        kCatalogue[std::find_if(std::begin(vx63::settings::kSetPairs), std::end(vx63::settings::kSetPairs),
-                                [fileId](const vx63::settings::SetPair& pair) { return pair.set == fileId; })
-                       ->list];
+    const SetFileDef& list = kCatalogue[static_cast<uint32_t>(std::ranges::find(vx63::settings::kSetPairs,
+                                                                                static_cast<int32_t>(fileId),
+                                                                                &vx63::settings::SetPair::set)
+                                                                  ->list)];
     ReadBack all = readFile(list, placeOf(settings, list));
     if (all.records < 0)
         return all;

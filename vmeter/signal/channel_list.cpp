@@ -97,7 +97,7 @@ uint8_t currentChannel(const State& state)
 {
     const std::span ends(state.list.ulEndMs, state.list.usCount);
     const auto current = std::ranges::upper_bound(ends, progressOf(state).ulInMs);
-    return static_cast<uint8_t>(current == ends.end() ? ends.size() - 1 : current - ends.begin());
+    return static_cast<uint8_t>(current == ends.end() ? std::ssize(ends) - 1 : current - ends.begin());
 }
 
 bool isScanOver(const State& state)
