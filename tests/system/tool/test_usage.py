@@ -212,6 +212,16 @@ def test_man_page_tells_every_option_and_exit_code():
         line.split("  ")[1].strip() for line in help_of().split("Exit codes:\n")[1].split("\n\n")[0].splitlines()]
 
 
+def test_man_page_tells_every_command():
+    page = (SOURCE / "docs" / "man" / "vx63.1").read_text()
+    synopsis = page.split(".Sh SYNOPSIS")[1].split(".Sh")[0]
+    told = {name for line in re.findall(r"^\.Nm\n\.Cm (.*)$", synopsis, re.M) for name in line.split(" | ")}
+    assert told == {" ".join(words) for words in LEAVES}
+    description = page.split(".Sh DESCRIPTION")[1].split(".Sh")[0]
+    sections = {name for line in re.findall(r"^\.Ss (.*)$", description, re.M) for name in line.split(" , ")}
+    assert [words for words in LEAVES if not {words[0], " ".join(words)} & sections] == []
+
+
 def test_man_page_has_no_faults():
     result = run("man", "--warnings", "-l", SOURCE / "docs" / "man" / "vx63.1")
     assert (result.returncode, result.stderr) == (0, "")
