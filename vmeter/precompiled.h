@@ -12,4 +12,3 @@
 #include <string>
 #include <string_view>
 #include <vector>
-

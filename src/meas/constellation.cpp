@@ -50,7 +50,7 @@ int32_t vx63_stopConstaMeas(uint8_t ucDispType)
 
 // The thread's own, to spare its stack.
 static constinit thread_local wire::ConstaRequest s_reqDataConsta = {};
-static constinit thread_local Response s_rspDataConsta;
+static constinit thread_local Response s_rspDataConsta = {};
 
 static constexpr Request kConstaResult = {
     .ucDstId = PROC_ID_PMEAS, .usCmd = 0x0106, .ulTimeout = 10000, .commFailed = "subcpu"};
