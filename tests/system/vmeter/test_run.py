@@ -170,7 +170,9 @@ def test_some_mounts_refused(tmp_path, refused):
 [ "$1" = --args ] && all=$(tr '\\0' ' ' < /dev/fd/$2; )
 case " $all " in *" {refused} "*) echo refused >&2; exit 1;; esac
 exec {real} "$@"''')
-    ended = vmeter("run", "--", "sh", "-c", "echo runs", env={**os.environ, "PATH": f"{tmp_path}:/usr/bin:/bin"})
+    # Without a /proc of its own, a build that looks for leaks looks itself up under another process's number.
+    env = {**os.environ, "PATH": f"{tmp_path}:/usr/bin:/bin", "ASAN_OPTIONS": "detect_leaks=0"}
+    ended = vmeter("run", "--", "sh", "-c", "echo runs", env=env)
     assert (ended.returncode, ended.stdout, ended.stderr) == (0, "runs\n", "")
 
 
