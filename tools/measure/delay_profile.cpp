@@ -18,7 +18,6 @@
 #include <chrono>
 #include <memory>
 #include <optional>
-#include <ranges>
 #include <string>
 
 namespace tool {
@@ -97,13 +96,16 @@ void show(const Options& options, const SingleMeasResult& result, const DlyPrfRe
                             {"distance_km", distanceKm(path.delayUs)},
                             {"level_db", path.levelDb},
                             {"outside_guard", isOutside(path, guard)}});
+        Json samplesJson = Json::array();
+        for (const int8_t sample : profile.ucDlyPrfData)
+            samplesJson.push(levelOf(sample));
         Json json = readingJson(readingNow(options, result));
         json.set("guard_from_us", guard ? Json(guard->from) : Json());
         json.set("guard_to_us", guard ? Json(guard->to) : Json());
         json.set("paths", pathsJson);
         json.set("sample_us", kSampleUs);
         json.set("first_sample_us", delayOf(0));
-        json.set("samples_db", Json::arrayOf(std::views::transform(profile.ucDlyPrfData, levelOf)));
+        json.set("samples_db", samplesJson);
         print(json.line());
     } else {
         print(readingText(readingNow(options, result)) + "\n" + pathsText(paths, guard) + "\n" +
