@@ -187,7 +187,7 @@ constexpr std::array kServices = {
     Service{"Measurement service", "meas", {PROC_ID_PMEAS, 0x0017}, askMeasurement},
 };
 
-std::vector<Verdict> interrogate(OwnLog& log, bool logWorks)
+std::vector<Diagnosis> interrogate(OwnLog& log, bool logWorks)
 {
     std::array<Question, kServices.size()> questions;
     std::ranges::transform(kServices, questions.begin(), &Service::question);
@@ -211,16 +211,17 @@ std::vector<Verdict> interrogate(OwnLog& log, bool logWorks)
 
 // The queues of all services as one check, then each service.
 //   logWorks  without the log nobody knows why a call fails at once, nor whose fault it is
-void addServices(const std::vector<Verdict>& verdicts, int32_t id, bool logWorks, std::vector<Check>& checks)
+void addServices(const std::vector<Diagnosis>& diagnoses, int32_t id, bool logWorks,
+                 std::vector<Check>& checks)
 {
-    const auto isQueue = [](const Verdict& verdict) {
-        return verdict.trouble == Trouble::queue || verdict.trouble == Trouble::ownQueue ||
-               verdict.trouble == Trouble::queueFull;
+    const auto isQueue = [](const Diagnosis& diagnosis) {
+        return diagnosis.trouble == Trouble::queue || diagnosis.trouble == Trouble::ownQueue ||
+               diagnosis.trouble == Trouble::queueFull;
     };
-    const auto bad = std::ranges::find_if(verdicts, isQueue);
+    const auto bad = std::ranges::find_if(diagnoses, isQueue);
     const bool unclear = std::ranges::any_of(
-        verdicts, [](const Verdict& verdict) { return verdict.trouble == Trouble::unknown; });
-    if (bad == verdicts.end()) {
+        diagnoses, [](const Diagnosis& diagnosis) { return diagnosis.trouble == Trouble::unknown; });
+    if (bad == diagnoses.end()) {
         checks.push_back({"queues",
                           "Message queues",
                           unclear ? Health::remarkable : Health::good,
@@ -229,7 +230,7 @@ void addServices(const std::vector<Verdict>& verdicts, int32_t id, bool logWorks
                           "",
                           {}});
     } else {
-        const auto* const name = kServices[static_cast<size_t>(bad - verdicts.begin())].name;
+        const auto* const name = kServices[static_cast<size_t>(bad - diagnoses.begin())].name;
         checks.push_back({"queues",
                           "Message queues",
                           Health::wrong,
@@ -239,22 +240,22 @@ void addServices(const std::vector<Verdict>& verdicts, int32_t id, bool logWorks
                           {}});
     }
     const bool silent = std::ranges::all_of(
-        verdicts, [](const Verdict& verdict) { return verdict.trouble == Trouble::noAnswer; });
-    for (size_t i = 0; i < verdicts.size(); ++i) {
-        const Verdict& verdict = verdicts[i];
-        Check check{"services", kServices[i].name, Health::wrong, troubleWord(verdict.trouble), "", "", {}};
-        check.text = troubleText(verdict);
+        diagnoses, [](const Diagnosis& diagnosis) { return diagnosis.trouble == Trouble::noAnswer; });
+    for (size_t i = 0; i < diagnoses.size(); ++i) {
+        const Diagnosis& diagnosis = diagnoses[i];
+        Check check{"services", kServices[i].name, Health::wrong, troubleWord(diagnosis.trouble), "", "", {}};
+        check.text = troubleText(diagnosis);
         check.remedy = silent ? "no service answers: the meter is off, restarts, or is not there; without a "
                                 "meter, put 'vx63-vmeter run --' before the command"
-                              : troubleRemedy(verdict);
-        if (verdict.trouble == Trouble::unknown && !logWorks) {
+                              : troubleRemedy(diagnosis);
+        if (diagnosis.trouble == Trouble::unknown && !logWorks) {
             check.health = Health::remarkable;
             check.remedy.clear();
         }
-        if (verdict.trouble == Trouble::none || verdict.trouble == Trouble::slow) {
-            check.health = verdict.trouble == Trouble::none ? Health::good : Health::remarkable;
-            check.ms = verdict.ms;
-            check.text += format(" in %.1f ms", verdict.ms);
+        if (diagnosis.trouble == Trouble::none || diagnosis.trouble == Trouble::slow) {
+            check.health = diagnosis.trouble == Trouble::none ? Health::good : Health::remarkable;
+            check.ms = diagnosis.ms;
+            check.text += format(" in %.1f ms", diagnosis.ms);
         }
         checks.push_back(check);
     }
@@ -327,8 +328,8 @@ int examine(const Options& options)
         OwnLog log;
         const Identity identity(options.id); // the first that is logged
         const bool written = !log.messages().empty();
-        const std::vector<Verdict> verdicts = interrogate(log, written);
-        addServices(verdicts, options.id, written, checks);
+        const std::vector<Diagnosis> diagnoses = interrogate(log, written);
+        addServices(diagnoses, options.id, written, checks);
         addStandby(checks);
         checks.push_back(checkLog(written));
     }

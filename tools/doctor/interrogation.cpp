@@ -90,7 +90,7 @@ Evidence evidenceOf(const Attempt& attempt)
 } // namespace
 
 Interrogation::Interrogation(std::span<const Question> questions, Ask ask)
-    : m_questions(questions), m_ask(std::move(ask)), m_verdicts(questions.size()), m_due(questions.size())
+    : m_questions(questions), m_ask(std::move(ask)), m_diagnoses(questions.size()), m_due(questions.size())
 {}
 
 // What a service does besides answering counts only when nothing else is known of it.
@@ -99,10 +99,10 @@ void Interrogation::blame(uint8_t service, Trouble trouble, int32_t number)
     const auto found = std::ranges::find(m_questions, service, &Question::service);
     if (found == m_questions.end())
         return;
-    Verdict& verdict = m_verdicts[static_cast<size_t>(found - m_questions.begin())];
-    if (verdict.trouble == Trouble::none || verdict.trouble == Trouble::slow) {
-        verdict.trouble = trouble;
-        verdict.number = number;
+    Diagnosis& diagnosis = m_diagnoses[static_cast<size_t>(found - m_questions.begin())];
+    if (diagnosis.trouble == Trouble::none || diagnosis.trouble == Trouble::slow) {
+        diagnosis.trouble = trouble;
+        diagnosis.number = number;
     }
 }
 
@@ -114,8 +114,8 @@ void Interrogation::takeAnswer(size_t asked, uint8_t from, uint16_t code)
         if (m_due[i] == 0)
             break;
         --m_due[i];
-        if (i != asked && m_verdicts[i].trouble == Trouble::noAnswer)
-            m_verdicts[i].trouble = Trouble::lateAnswer;
+        if (i != asked && m_diagnoses[i].trouble == Trouble::noAnswer)
+            m_diagnoses[i].trouble = Trouble::lateAnswer;
         return;
     }
     blame(from, Trouble::unexpectedAnswer, code);
@@ -130,8 +130,8 @@ void Interrogation::interrogate(size_t index)
         const Attempt attempt = m_ask(question);
         const Evidence evidence = evidenceOf(attempt);
         const auto conclude = [&](Trouble trouble) {
-            Verdict& verdict = m_verdicts[index];
-            verdict.ms = verdict.ms > 0 ? verdict.ms : attempt.ms;
+            Diagnosis& diagnosis = m_diagnoses[index];
+            diagnosis.ms = diagnosis.ms > 0 ? diagnosis.ms : attempt.ms;
             blame(question.service, trouble, evidence.number);
             if (others > 0)
                 blame(question.service, Trouble::unexpectedAnswer, otherCode);
@@ -181,22 +181,22 @@ void Interrogation::interrogate(size_t index)
         blame(question.service, Trouble::unknown, 0);
 }
 
-std::vector<Verdict> Interrogation::run()
+std::vector<Diagnosis> Interrogation::run()
 {
     for (size_t i = 0; i < m_questions.size(); ++i)
         interrogate(i);
     // A service that sends too much may do so after our call has come back, but not after its next answer:
     // ask again, and at last somebody else than the last one.
-    const auto isWell = [](const Verdict& verdict) { return verdict.trouble == Trouble::none; };
+    const auto isWell = [](const Diagnosis& diagnosis) { return diagnosis.trouble == Trouble::none; };
     size_t last = 0;
     for (size_t i = 0; i < m_questions.size(); ++i) {
-        if (isWell(m_verdicts[i]))
+        if (isWell(m_diagnoses[i]))
             interrogate(last = i);
     }
-    const auto first = static_cast<size_t>(std::ranges::find_if(m_verdicts, isWell) - m_verdicts.begin());
-    if (first < m_verdicts.size() && first != last)
+    const auto first = static_cast<size_t>(std::ranges::find_if(m_diagnoses, isWell) - m_diagnoses.begin());
+    if (first < m_diagnoses.size() && first != last)
         interrogate(first);
-    return m_verdicts;
+    return m_diagnoses;
 }
 
 const char* troubleWord(Trouble trouble)
@@ -272,9 +272,9 @@ std::string queueRemedy(int lmsg_err)
 
 } // namespace
 
-std::string troubleText(const Verdict& verdict)
+std::string troubleText(const Diagnosis& diagnosis)
 {
-    switch (verdict.trouble) {
+    switch (diagnosis.trouble) {
     case Trouble::none:
         return "answers";
     case Trouble::slow:
@@ -282,27 +282,27 @@ std::string troubleText(const Verdict& verdict)
     case Trouble::queueFull:
         return "its message queue is full: nobody takes the requests";
     case Trouble::queue:
-        return "its message queue " + queueText(verdict.number);
+        return "its message queue " + queueText(diagnosis.number);
     case Trouble::ownQueue:
-        return "the message queue for its answers " + queueText(verdict.number);
+        return "the message queue for its answers " + queueText(diagnosis.number);
     case Trouble::noAnswer:
         return "does not answer in time";
     case Trouble::lateAnswer:
         return "answers after the time-out only";
     case Trouble::refused:
-        return format("refuses the request (usOptOrRet=%04X)", static_cast<unsigned>(verdict.number));
+        return format("refuses the request (usOptOrRet=%04X)", static_cast<unsigned>(diagnosis.number));
     case Trouble::failureResult:
         return "answers that it failed, or with rubbish";
     case Trouble::wrongCommand:
         return format("answers another command (0x%04X) than was asked",
-                      static_cast<unsigned>(verdict.number));
+                      static_cast<unsigned>(diagnosis.number));
     case Trouble::unexpectedAnswer:
         return format("an answer (0x%04X) came that nothing waits for: it answers twice or with a wrong "
                       "command, or an earlier call was given up",
-                      static_cast<unsigned>(verdict.number));
+                      static_cast<unsigned>(diagnosis.number));
     case Trouble::strayRequest:
         return format("sends a request (0x%04X) where an answer is due",
-                      static_cast<unsigned>(verdict.number));
+                      static_cast<unsigned>(diagnosis.number));
     case Trouble::senseless:
         return "answers with values that no meter has";
     case Trouble::emptyAnswer:
@@ -313,9 +313,9 @@ std::string troubleText(const Verdict& verdict)
     return "a call fails at once, it cannot be told why";
 }
 
-std::string troubleRemedy(const Verdict& verdict)
+std::string troubleRemedy(const Diagnosis& diagnosis)
 {
-    switch (verdict.trouble) {
+    switch (diagnosis.trouble) {
     case Trouble::none:
         return "";
     case Trouble::slow:
@@ -326,7 +326,7 @@ std::string troubleRemedy(const Verdict& verdict)
         return "see whether the service runs and is not stuck; restart the meter";
     case Trouble::queue:
     case Trouble::ownQueue:
-        return queueRemedy(verdict.number);
+        return queueRemedy(diagnosis.number);
     case Trouble::refused:
     case Trouble::wrongCommand:
         return "see whether service and library belong to the same version: 'vx63 info'";

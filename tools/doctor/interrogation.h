@@ -46,7 +46,7 @@ enum class Trouble {
     unknown           // the call fails at once, and nothing tells why
 };
 
-struct Verdict {
+struct Diagnosis {
     Trouble trouble = Trouble::none;
     int32_t number = 0;
     double ms = 0; // of the call that was answered, or that failed
@@ -54,13 +54,13 @@ struct Verdict {
 
 // Asks the questions in their order, one a service; where something comes in between, again; and those that
 // answered well a second time.
-//   verdicts  one a question
+//   diagnoses  one a question
 class Interrogation {
 public:
     using Ask = std::function<Attempt(const Question&)>;
     Interrogation(std::span<const Question> questions, Ask ask);
 
-    std::vector<Verdict> run();
+    std::vector<Diagnosis> run();
 
 private:
     void interrogate(size_t index);
@@ -69,13 +69,13 @@ private:
 
     std::span<const Question> m_questions;
     Ask m_ask;
-    std::vector<Verdict> m_verdicts;
+    std::vector<Diagnosis> m_diagnoses;
     std::vector<unsigned> m_due; // answers to our own calls that have not come yet
 };
 
 // For people, and for programs: "no-answer".
-std::string troubleText(const Verdict& verdict);
-std::string troubleRemedy(const Verdict& verdict);
+std::string troubleText(const Diagnosis& diagnosis);
+std::string troubleRemedy(const Diagnosis& diagnosis);
 const char* troubleWord(Trouble trouble);
 
 } // namespace tool

@@ -9,13 +9,13 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <regex>
 
 namespace {
 
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::MatchesRegex;
 using vx63test::kKeyLogPath;
 using vx63test::logLines;
 using vx63test::logMessages;
@@ -36,11 +36,10 @@ TEST_F(KeyLogTest, ALineHasTheSixFieldsOfTheLog)
 {
     vx63::logKeyLine(vx63::Site("vx63_getKeyStatus", 7), "pKeyStat->stat[%d]=%d", 16, -1);
     ASSERT_EQ(logLines(kKeyLogPath).size(), 1u);
-    EXPECT_TRUE(std::regex_match(
+    EXPECT_THAT(
         logLines(kKeyLogPath)[0],
-        std::regex(
-            R"(\d+\.\d{6} : unit_inside : libvx63\.cpp\(7\) vx63_getKeyStatus\(\) : pKeyStat->stat\[16\]=-1)")))
-        << logLines(kKeyLogPath)[0];
+        MatchesRegex("[0-9]+\\.[0-9]{6} : unit_inside : libvx63\\.cpp\\(7\\) vx63_getKeyStatus\\(\\) : "
+                     "pKeyStat->stat\\[16\\]=-1"));
     EXPECT_FALSE(fs::exists(vx63test::kLogPath));
 }
 

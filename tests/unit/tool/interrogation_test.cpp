@@ -47,7 +47,7 @@ const Attempt kTimeout = failed({"lmsgrcvMq() timeout error. lmsg_err=-4"}, 1000
 // Every call that is made, and what comes of it; each call must be made.
 using Script = std::deque<std::pair<uint8_t, Attempt>>;
 
-std::vector<Verdict> run(std::vector<Question> questions, Script script)
+std::vector<Diagnosis> run(std::vector<Question> questions, Script script)
 {
     Interrogation interrogation(questions, [&](const Question& question) -> Attempt {
         if (script.empty() || script.front().first != question.service) {
@@ -58,13 +58,13 @@ std::vector<Verdict> run(std::vector<Question> questions, Script script)
         script.pop_front();
         return attempt;
     });
-    std::vector<Verdict> verdicts = interrogation.run();
+    std::vector<Diagnosis> diagnoses = interrogation.run();
     EXPECT_TRUE(script.empty()) << script.size() << " questions were not asked";
-    return verdicts;
+    return diagnoses;
 }
 
 // A service of which every call comes to this.
-Verdict verdictOn(const Attempt& attempt)
+Diagnosis diagnosisOf(const Attempt& attempt)
 {
     const Question questions[] = {kDev};
     return Interrogation(questions, [&](const Question&) { return attempt; }).run()[0];
@@ -89,138 +89,139 @@ TEST(Interrogation, OneFailureEach)
         {"something else", Trouble::unknown, 0},
     };
     for (const auto& one : kCases) {
-        const Verdict verdict = verdictOn(failed({"Start.", one.message}));
-        EXPECT_EQ(verdict.trouble, one.trouble) << one.message;
-        EXPECT_EQ(verdict.number, one.number) << one.message;
+        const Diagnosis diagnosis = diagnosisOf(failed({"Start.", one.message}));
+        EXPECT_EQ(diagnosis.trouble, one.trouble) << one.message;
+        EXPECT_EQ(diagnosis.number, one.number) << one.message;
     }
 }
 
 TEST(Interrogation, Answers)
 {
-    EXPECT_EQ(verdictOn(kAnswer).trouble, Trouble::none);
-    EXPECT_EQ(verdictOn({-6, 0.2, std::nullopt}).trouble, Trouble::none); // a busy buzzer
-    EXPECT_EQ(verdictOn({-8, 0.2, std::nullopt}).trouble, Trouble::none);
-    EXPECT_EQ(verdictOn({0, 1000, std::nullopt}).trouble, Trouble::slow);
-    EXPECT_EQ(verdictOn({0, 999, std::nullopt}).trouble, Trouble::none);
-    EXPECT_EQ(verdictOn({0, 0.2, std::nullopt, Sense::none}).trouble, Trouble::senseless);
-    EXPECT_EQ(verdictOn({0, 0.2, std::nullopt, Sense::empty}).trouble, Trouble::emptyAnswer);
+    EXPECT_EQ(diagnosisOf(kAnswer).trouble, Trouble::none);
+    EXPECT_EQ(diagnosisOf({-6, 0.2, std::nullopt}).trouble, Trouble::none); // a busy buzzer
+    EXPECT_EQ(diagnosisOf({-8, 0.2, std::nullopt}).trouble, Trouble::none);
+    EXPECT_EQ(diagnosisOf({0, 1000, std::nullopt}).trouble, Trouble::slow);
+    EXPECT_EQ(diagnosisOf({0, 999, std::nullopt}).trouble, Trouble::none);
+    EXPECT_EQ(diagnosisOf({0, 0.2, std::nullopt, Sense::none}).trouble, Trouble::senseless);
+    EXPECT_EQ(diagnosisOf({0, 0.2, std::nullopt, Sense::empty}).trouble, Trouble::emptyAnswer);
 }
 
 TEST(Interrogation, WithoutTheLogOnlyTheTimeTells)
 {
-    EXPECT_EQ(verdictOn({-1, 10000, std::nullopt}).trouble, Trouble::noAnswer);
-    EXPECT_EQ(verdictOn({-1, 0.2, std::nullopt}).trouble, Trouble::unknown);
+    EXPECT_EQ(diagnosisOf({-1, 10000, std::nullopt}).trouble, Trouble::noAnswer);
+    EXPECT_EQ(diagnosisOf({-1, 0.2, std::nullopt}).trouble, Trouble::unknown);
 }
 
 TEST(Interrogation, AnswersTwice)
 {
-    const auto verdicts = run({kSys, kDev}, {{0, kAnswer},
-                                             {6, answerInstead(0, "8005")}, // the second one
-                                             {6, kAnswer},
-                                             {6, kAnswer}});
-    EXPECT_EQ(verdicts[0].trouble, Trouble::unexpectedAnswer);
-    EXPECT_EQ(verdicts[0].number, 5);
-    EXPECT_EQ(verdicts[1].trouble, Trouble::none);
+    const auto diagnoses = run({kSys, kDev}, {{0, kAnswer},
+                                              {6, answerInstead(0, "8005")}, // the second one
+                                              {6, kAnswer},
+                                              {6, kAnswer}});
+    EXPECT_EQ(diagnoses[0].trouble, Trouble::unexpectedAnswer);
+    EXPECT_EQ(diagnoses[0].number, 5);
+    EXPECT_EQ(diagnoses[1].trouble, Trouble::none);
 }
 
 TEST(Interrogation, TheLastOneAnswersTwice)
 {
-    const auto verdicts =
+    const auto diagnoses =
         run({kSys, kDev}, {{0, kAnswer}, {6, kAnswer}, {0, answerInstead(6, "8006")}, {0, kAnswer}});
-    EXPECT_EQ(verdicts[0].trouble, Trouble::none);
-    EXPECT_EQ(verdicts[1].trouble, Trouble::unexpectedAnswer);
+    EXPECT_EQ(diagnoses[0].trouble, Trouble::none);
+    EXPECT_EQ(diagnoses[1].trouble, Trouble::unexpectedAnswer);
 }
 
 TEST(Interrogation, TheSecondAnswerTakesItsTime)
 {
-    const auto verdicts = run({kSys, kDev}, {{0, kAnswer},
-                                             {6, kAnswer},
-                                             {0, kAnswer},
-                                             {6, kAnswer},
-                                             {0, answerInstead(6, "8006")},
-                                             {0, answerInstead(6, "8006")},
-                                             {0, kAnswer}});
-    EXPECT_EQ(verdicts[0].trouble, Trouble::none);
-    EXPECT_EQ(verdicts[1].trouble, Trouble::unexpectedAnswer);
+    const auto diagnoses = run({kSys, kDev}, {{0, kAnswer},
+                                              {6, kAnswer},
+                                              {0, kAnswer},
+                                              {6, kAnswer},
+                                              {0, answerInstead(6, "8006")},
+                                              {0, answerInstead(6, "8006")},
+                                              {0, kAnswer}});
+    EXPECT_EQ(diagnoses[0].trouble, Trouble::none);
+    EXPECT_EQ(diagnoses[1].trouble, Trouble::unexpectedAnswer);
 }
 
 TEST(Interrogation, AnswerThatComesTooLate)
 {
-    const auto verdicts = run({kSys, kDev, kKey}, {{0, kTimeout},
-                                                   {6, answerInstead(0, "8005")},
-                                                   {6, kAnswer},
-                                                   {8, answerInstead(6, "8006")},
-                                                   {8, kAnswer},
-                                                   {6, answerInstead(8, "8008")},
-                                                   {6, kAnswer},
-                                                   {8, answerInstead(6, "8006")},
-                                                   {8, kAnswer},
-                                                   {6, answerInstead(8, "8008")},
-                                                   {6, kAnswer}});
-    EXPECT_EQ(verdicts[0].trouble, Trouble::lateAnswer);
-    EXPECT_EQ(verdicts[1].trouble, Trouble::none);
-    EXPECT_EQ(verdicts[2].trouble, Trouble::none);
+    const auto diagnoses = run({kSys, kDev, kKey}, {{0, kTimeout},
+                                                    {6, answerInstead(0, "8005")},
+                                                    {6, kAnswer},
+                                                    {8, answerInstead(6, "8006")},
+                                                    {8, kAnswer},
+                                                    {6, answerInstead(8, "8008")},
+                                                    {6, kAnswer},
+                                                    {8, answerInstead(6, "8006")},
+                                                    {8, kAnswer},
+                                                    {6, answerInstead(8, "8008")},
+                                                    {6, kAnswer}});
+    EXPECT_EQ(diagnoses[0].trouble, Trouble::lateAnswer);
+    EXPECT_EQ(diagnoses[1].trouble, Trouble::none);
+    EXPECT_EQ(diagnoses[2].trouble, Trouble::none);
 }
 
 TEST(Interrogation, FailsTheSecondTime)
 {
-    const auto verdicts = run({kDev}, {{6, kAnswer}, {6, kTimeout}});
-    EXPECT_EQ(verdicts[0].trouble, Trouble::noAnswer);
+    const auto diagnoses = run({kDev}, {{6, kAnswer}, {6, kTimeout}});
+    EXPECT_EQ(diagnoses[0].trouble, Trouble::noAnswer);
 }
 
 TEST(Interrogation, WrongCommandEveryTime)
 {
     const Attempt wrong = answerInstead(6, "8001");
-    const auto verdicts = run({kDev}, {{6, wrong}, {6, wrong}, {6, wrong}, {6, wrong}, {6, wrong}});
-    EXPECT_EQ(verdicts[0].trouble, Trouble::wrongCommand);
-    EXPECT_EQ(verdicts[0].number, 1);
+    const auto diagnoses = run({kDev}, {{6, wrong}, {6, wrong}, {6, wrong}, {6, wrong}, {6, wrong}});
+    EXPECT_EQ(diagnoses[0].trouble, Trouble::wrongCommand);
+    EXPECT_EQ(diagnoses[0].number, 1);
 }
 
 TEST(Interrogation, WrongCommandOnce)
 {
-    const auto verdicts = run({kDev}, {{6, answerInstead(6, "8103")}, {6, kAnswer}});
-    EXPECT_EQ(verdicts[0].trouble, Trouble::unexpectedAnswer);
-    EXPECT_EQ(verdicts[0].number, 0x103);
+    const auto diagnoses = run({kDev}, {{6, answerInstead(6, "8103")}, {6, kAnswer}});
+    EXPECT_EQ(diagnoses[0].trouble, Trouble::unexpectedAnswer);
+    EXPECT_EQ(diagnoses[0].number, 0x103);
 }
 
 TEST(Interrogation, RequestIsBlamedOnItsSender)
 {
-    const auto verdicts = run({kSys, kDev}, {{0, requestInstead(6, "0001")},
-                                             {0, kAnswer},
-                                             {6, answerInstead(0, "8005")},
-                                             {6, kAnswer},
-                                             {0, answerInstead(6, "8006")},
-                                             {0, kAnswer}});
-    EXPECT_EQ(verdicts[0].trouble, Trouble::none);
-    EXPECT_EQ(verdicts[1].trouble, Trouble::strayRequest);
-    EXPECT_EQ(verdicts[1].number, 1);
+    const auto diagnoses = run({kSys, kDev}, {{0, requestInstead(6, "0001")},
+                                              {0, kAnswer},
+                                              {6, answerInstead(0, "8005")},
+                                              {6, kAnswer},
+                                              {0, answerInstead(6, "8006")},
+                                              {0, kAnswer}});
+    EXPECT_EQ(diagnoses[0].trouble, Trouble::none);
+    EXPECT_EQ(diagnoses[1].trouble, Trouble::strayRequest);
+    EXPECT_EQ(diagnoses[1].number, 1);
 }
 
 TEST(Interrogation, WhatIsDueComesOnlyOnce)
 {
-    const auto verdicts = run({kSys, kDev}, {{0, requestInstead(6, "0001")},
-                                             {0, kAnswer},
-                                             {6, answerInstead(0, "8005")}, // ours, left over
-                                             {6, answerInstead(0, "8005")}, // one too many
-                                             {6, kAnswer}});
-    EXPECT_EQ(verdicts[0].trouble, Trouble::unexpectedAnswer);
-    EXPECT_EQ(verdicts[1].trouble, Trouble::strayRequest);
+    const auto diagnoses = run({kSys, kDev}, {{0, requestInstead(6, "0001")},
+                                              {0, kAnswer},
+                                              {6, answerInstead(0, "8005")}, // ours, left over
+                                              {6, answerInstead(0, "8005")}, // one too many
+                                              {6, kAnswer}});
+    EXPECT_EQ(diagnoses[0].trouble, Trouble::unexpectedAnswer);
+    EXPECT_EQ(diagnoses[1].trouble, Trouble::strayRequest);
 }
 
 TEST(Interrogation, StrangersAreNoServices)
 {
     const Attempt strange = requestInstead(5, "0001");
-    const auto verdicts = run({kDev}, {{6, strange}, {6, strange}, {6, strange}, {6, strange}, {6, strange}});
-    EXPECT_EQ(verdicts[0].trouble, Trouble::unknown);
+    const auto diagnoses =
+        run({kDev}, {{6, strange}, {6, strange}, {6, strange}, {6, strange}, {6, strange}});
+    EXPECT_EQ(diagnoses[0].trouble, Trouble::unknown);
 }
 
 TEST(Interrogation, EveryTroubleHasItsWords)
 {
     for (int trouble = static_cast<int>(Trouble::queueFull); trouble <= static_cast<int>(Trouble::unknown);
          ++trouble) {
-        const Verdict verdict{static_cast<Trouble>(trouble), -2, 0};
-        EXPECT_NE(troubleText(verdict), "") << trouble;
-        EXPECT_NE(troubleRemedy(verdict), "") << trouble;
+        const Diagnosis diagnosis{static_cast<Trouble>(trouble), -2, 0};
+        EXPECT_NE(troubleText(diagnosis), "") << trouble;
+        EXPECT_NE(troubleRemedy(diagnosis), "") << trouble;
     }
     EXPECT_EQ(troubleText({Trouble::queue, -2, 0}), "its message queue is not permitted (lmsg_err=-2)");
     EXPECT_EQ(troubleText({Trouble::refused, 4, 0}), "refuses the request (usOptOrRet=0004)");
