@@ -48,8 +48,7 @@ int32_t vx63_buzzer(int32_t buzz, int32_t buzzMode)
     reqData.ucBuzz = static_cast<uint8_t>(buzz);
     reqData.ucBuzzMode = static_cast<uint8_t>(buzzMode);
 
-    Response response;
-    return logEnd(exchange(kBuzzer, reqData, response, judgeBuzzer));
+    return logEnd(exchange(kBuzzer, reqData, judgeBuzzer));
 }
 
 static constexpr Request kForceBuzzerVolume = {
@@ -73,8 +72,7 @@ int32_t vx63_forceBuzzerVolume(int32_t buzz, int32_t buzzVol)
     reqData.ucBuzz = static_cast<uint8_t>(buzz);
     reqData.ucBuzzVol = static_cast<uint8_t>(buzzVol);
 
-    Response response;
-    return logEnd(exchange(kForceBuzzerVolume, reqData, response, judgeVolume));
+    return logEnd(exchange(kForceBuzzerVolume, reqData, judgeVolume));
 }
 
 static constexpr Request kForceBrightness = {
@@ -92,6 +90,5 @@ int32_t vx63_forceBrightness(int32_t brightness)
     logLine({}, "brightness=%d", brightness);
     const wire::ByteRequest reqData = {.ucArg = static_cast<uint8_t>(brightness)};
 
-    Response response;
-    return logEnd(exchange(kForceBrightness, reqData, response, judgeParameter));
+    return logEnd(exchange(kForceBrightness, reqData, judgeParameter));
 }

@@ -169,6 +169,5 @@ int32_t vx63_setFailStat(uint16_t usCode, uint8_t ucStat, const uint8_t* ucAddIn
     reqData.ucStat = ucStat;
     memcpy(reqData.ucAddInfo, ucAddInfo, sizeof reqData.ucAddInfo);
 
-    Response response; // not examined
-    return exchange(kSetFailStat, reqData, response, judgeNothing);
+    return exchange(kSetFailStat, reqData, judgeNothing);
 }

@@ -12,8 +12,7 @@ static constexpr Request kReboot = {
 int32_t vx63_reboot()
 {
     logLine({}, "Start.");
-    Response response;
-    return logEnd(exchange(kReboot, wire::ByteRequest{}, response, judge));
+    return logEnd(exchange(kReboot, wire::ByteRequest{}, judge));
 }
 
 static constexpr Request kShutdown = {
@@ -22,8 +21,7 @@ static constexpr Request kShutdown = {
 int32_t vx63_shutdown()
 {
     logLine({}, "Start.");
-    Response response;
-    return logEnd(exchange(kShutdown, wire::ByteRequest{}, response, judge));
+    return logEnd(exchange(kShutdown, wire::ByteRequest{}, judge));
 }
 
 static constexpr Request kStandbySystem = {
@@ -34,9 +32,8 @@ static constexpr Request kStandbyMeas = {
 int32_t vx63_standby(uint8_t ucMode)
 {
     logLine({}, "Start. ucMode=%u", ucMode);
-    Response response;
-    return logEnd(exchange(ucMode == 0 ? kStandbySystem : kStandbyMeas, wire::ByteRequest{.ucArg = ucMode},
-                           response, judge));
+    return logEnd(
+        exchange(ucMode == 0 ? kStandbySystem : kStandbyMeas, wire::ByteRequest{.ucArg = ucMode}, judge));
 }
 
 static constexpr Request kWakeupSystem = {
@@ -47,9 +44,8 @@ static constexpr Request kWakeupMeas = {
 int32_t vx63_wakeup(uint8_t ucMode)
 {
     logLine({}, "Start. ucMode=%u", ucMode);
-    Response response;
-    return logEnd(exchange(ucMode == 0 ? kWakeupSystem : kWakeupMeas, wire::ByteRequest{.ucArg = ucMode},
-                           response, judge));
+    return logEnd(
+        exchange(ucMode == 0 ? kWakeupSystem : kWakeupMeas, wire::ByteRequest{.ucArg = ucMode}, judge));
 }
 
 // Intended: the forced ones ask the measurement service and name the system service when that fails.
@@ -59,8 +55,7 @@ static constexpr Request kForceStandby = {
 int32_t vx63_force_standby()
 {
     logLine({}, "Start.");
-    Response response;
-    return logEnd(exchange(kForceStandby, wire::ByteRequest{}, response, judge));
+    return logEnd(exchange(kForceStandby, wire::ByteRequest{}, judge));
 }
 
 static constexpr Request kForceWakeup = {
@@ -69,8 +64,7 @@ static constexpr Request kForceWakeup = {
 int32_t vx63_force_wakeup()
 {
     logLine({}, "Start.");
-    Response response;
-    return logEnd(exchange(kForceWakeup, wire::ByteRequest{}, response, judge));
+    return logEnd(exchange(kForceWakeup, wire::ByteRequest{}, judge));
 }
 
 static constexpr Request kGetStandbyStat = {
@@ -99,8 +93,7 @@ static constexpr Request kCalibration = {
 int32_t vx63_calibration(uint8_t ucMode)
 {
     logLine({}, "Start. ucMode=%u", ucMode);
-    Response response;
-    return logEnd(exchange(kCalibration, wire::ByteRequest{.ucArg = ucMode}, response, judge));
+    return logEnd(exchange(kCalibration, wire::ByteRequest{.ucArg = ucMode}, judge));
 }
 
 static constexpr Request kNtfLowBattStatChg = {
@@ -115,9 +108,7 @@ static int32_t judgeLowBatt(uint8_t ucRet, Caller caller)
 int32_t vx63_ntfLowBattStatChg(uint8_t ucLowBattStat)
 {
     logLine({}, "Start. ucLowBattStat=%u", ucLowBattStat);
-    Response response;
-    return logEnd(
-        exchange(kNtfLowBattStatChg, wire::ByteRequest{.ucArg = ucLowBattStat}, response, judgeLowBatt));
+    return logEnd(exchange(kNtfLowBattStatChg, wire::ByteRequest{.ucArg = ucLowBattStat}, judgeLowBatt));
 }
 
 static constexpr Request kInitFactoryDefault = {
@@ -126,8 +117,7 @@ static constexpr Request kInitFactoryDefault = {
 int32_t vx63_initFactoryDefault()
 {
     logLine({}, "Start.");
-    Response response;
-    return logEnd(exchange(kInitFactoryDefault, wire::ByteRequest{}, response, judge));
+    return logEnd(exchange(kInitFactoryDefault, wire::ByteRequest{}, judge));
 }
 
 static constexpr Request kSetDeveloperMode = {
@@ -136,6 +126,5 @@ static constexpr Request kSetDeveloperMode = {
 int32_t vx63_setDeveloperMode(uint8_t ucOnOff)
 {
     logLine({}, "Start. ucOnOff=%u", ucOnOff);
-    Response response;
-    return logEnd(exchange(kSetDeveloperMode, wire::ByteRequest{.ucArg = ucOnOff}, response, judge));
+    return logEnd(exchange(kSetDeveloperMode, wire::ByteRequest{.ucArg = ucOnOff}, judge));
 }

@@ -42,6 +42,12 @@ int32_t judgeMeasResult(uint8_t ucRet, Caller caller)
     return judgeMeas(ucRet, caller);
 }
 
+Response& judgedResponse()
+{
+    static constinit thread_local Response s_response = {};
+    return s_response;
+}
+
 int32_t exchangeBytes(const Request& request, const void* body, uint16_t length, Response& response,
                       Rule& rule, Caller caller)
 {

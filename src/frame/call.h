@@ -15,8 +15,8 @@ namespace vx63 {
 struct Request {
     uint8_t ucDstId;
     uint16_t usCmd;
-    uint32_t ulTimeout;     // milliseconds
-    const char* commFailed; // what the line about a failed exchange starts with
+    uint32_t ulTimeout;  // milliseconds
+    char commFailed[16]; // what the line about a failed exchange starts with
 };
 
 template <class Body>
@@ -35,6 +35,15 @@ struct Response {
         memcpy(&body, bytes, sizeof body);
         return body;
     }
+
+    // Of a body too large to be copied: one field.
+    template <class Field>
+    Field field(size_t offset) const
+    {
+        Field field;
+        memcpy(&field, bytes + offset, sizeof field);
+        return field;
+    }
 };
 
 // The rule by which a service's ucRet becomes a result; a failure is logged.
@@ -50,10 +59,19 @@ Rule judgeMeasResult; // as judgeMeas; 3 is a power-supply error
 int32_t exchangeBytes(const Request& request, const void* body, uint16_t length, Response& response,
                       Rule& rule, Caller caller);
 
+// The calling thread's, for a response that is judged and nothing else: it spares the stack.
+Response& judgedResponse();
+
 template <WireBody Body>
 int32_t exchange(const Request& request, const Body& body, Response& response, Rule& rule, Caller caller = {})
 {
     return exchangeBytes(request, &body, sizeof body, response, rule, caller);
+}
+
+template <WireBody Body>
+int32_t exchange(const Request& request, const Body& body, Rule& rule, Caller caller = {})
+{
+    return exchangeBytes(request, &body, sizeof body, judgedResponse(), rule, caller);
 }
 
 // Logs the end of an operation and returns its result. A log statement like logLine: the line is its own.

@@ -1,13 +1,13 @@
 #include "frame/log.h"
 
+#include "frame/pieces.h"
 #include "libvx63.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
 #include <fcntl.h>
-#include <sys/mman.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <time.h>
 #include <unistd.h>
@@ -26,13 +26,14 @@ constinit __thread char gLibDumpTestLog[50000] = {};
 namespace vx63 {
 namespace {
 
-constexpr char kSourceName[] = "libvx63.cpp";
 constexpr char kPath[] = "/var/log/libvx63.cpp.txt";
 constexpr char kKeyPath[] = "/var/log/libvx63_key.txt";
 constexpr off_t kSizeLimit = 0x200000;
 
-// Longer than any line but one with a set name out of all bounds.
-constexpr size_t kUsualLine = 4096;
+// Longer than any line without a text out of all bounds: a set's name, the program's.
+constexpr size_t kUsualLine = 1024;
+
+static_assert(sizeof(time_t) == 8, "time stamps and files go beyond 2038");
 
 // Other threads may be reading the buffer, so that a byte is stored only where it is not yet right: what
 // holds the path keeps holding it, without a moment in which it does not.
@@ -46,56 +47,75 @@ void refreshPath()
     }
 }
 
-// Opens a log to add one line to it, emptied if it has grown past the limit. -1: leave the line out.
-int openLog(const char* path)
+// Empties a log that has grown past the limit. Of several that find it so, one does: the others' lines, which
+// follow, stay. Who holds the lock for long, whoever it is, holds up nobody.
+[[gnu::noinline]] void startAnew(int fd)
 {
-    // Creating a missing file does not truncate it: of two threads that both find it missing, the second
-    // would wipe out the line of the first.
-    int flags = O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC;
+    for (int tries = 0; flock(fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK && tries < 1000; ++tries) {
+        const timespec pause = {.tv_sec = 0, .tv_nsec = 1'000'000};
+        nanosleep(&pause, nullptr);
+    }
     struct stat status;
-    if (stat(path, &status) == 0) {
-        if (!S_ISREG(status.st_mode)) {
-            return -1;
-        }
-        if (status.st_size > kSizeLimit) {
-            flags |= O_TRUNC;
-        }
+    if (fstat(fd, &status) == 0 && status.st_size > kSizeLimit) {
+        [[maybe_unused]] const int result = ftruncate(fd, 0);
     }
-    return open(path, flags, 0666);
+    flock(fd, LOCK_UN);
 }
 
-// Formats the line into the buffer as far as it fits; returns its whole length, the newline included,
-// or 0 if it cannot be formatted.
-[[gnu::format(printf, 5, 0)]] size_t formatLine(char* buffer, size_t size, const timespec& now,
-                                                const Site& at, const char* format, va_list arguments)
+// Opens a log to add one line to it, emptied if it has grown past the limit. -1: leave the line out.
+[[gnu::noinline]] int openLog(const char* path)
 {
-    const int head =
-        snprintf(buffer, size, "%ld.%06ld : %s : %s(%d) %s() : ", static_cast<long>(now.tv_sec),
-                 static_cast<long>(now.tv_nsec / 1000), __progname, kSourceName, at.line, at.function);
-    if (head < 0) {
-        return 0;
+    struct stat status;
+    const bool exists = stat(path, &status) == 0;
+    if (exists && !S_ISREG(status.st_mode)) {
+        return -1;
     }
-    const size_t used = static_cast<size_t>(head) < size ? static_cast<size_t>(head) : size;
-    const int message = vsnprintf(buffer + used, size - used, format, arguments);
-    if (message < 0) {
-        return 0;
+    // Neither creating nor opening truncates: of two threads that do so at once, the second would wipe out
+    // the line of the first. Nor does it wait, whatever takes the file's place meanwhile.
+    const int fd = open(path, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK, 0666);
+    if (fd >= 0 && exists && status.st_size > kSizeLimit) {
+        startAnew(fd);
     }
-    const size_t length = static_cast<size_t>(head) + static_cast<size_t>(message) + 1;
-    if (length <= size) {
-        buffer[length - 1] = '\n';
-    }
-    return length;
+    return fd;
 }
 
-void writeLine(int fd, const char* line, size_t length)
+constexpr char kHead[] = "%lld.%06ld : %s : libvx63.cpp(%d) %s() : ";
+
+// A line is one write, so that no other can come between; what a full disk cuts off is lost.
+//   false  it does not fit: nothing is written
+[[gnu::format(printf, 4, 0)]] bool writeUsualLine(int fd, const timespec& now, Site at, const char* format,
+                                                  va_list arguments)
 {
-    // One write, so that no other line can come between; what a full disk cuts off is lost.
-    [[maybe_unused]] const ssize_t written = write(fd, line, length);
+    char line[kUsualLine];
+    const int head = snprintf(line, sizeof line, kHead, static_cast<long long>(now.tv_sec),
+                              static_cast<long>(now.tv_nsec / 1000), __progname, at.line, at.function);
+    if (head < 0 || static_cast<size_t>(head) >= sizeof line) {
+        return false;
+    }
+    const size_t used = static_cast<size_t>(head);
+    const int message = vsnprintf(line + used, sizeof line - used, format, arguments);
+    if (message < 0 || static_cast<size_t>(message) >= sizeof line - used) {
+        return false;
+    }
+    const size_t length = used + static_cast<size_t>(message);
+    line[length] = '\n'; // takes the terminator's place
+    [[maybe_unused]] const ssize_t written = write(fd, line, length + 1);
+    return true;
+}
+
+[[gnu::format(printf, 4, 0)]] void writeLongLine(int fd, const timespec& now, Site at, const char* format,
+                                                 va_list arguments)
+{
+    Pieces line;
+    line.add(kHead, static_cast<long long>(now.tv_sec), static_cast<long>(now.tv_nsec / 1000), __progname,
+             at.line, at.function);
+    line.addList(format, arguments);
+    line.add("\n");
+    [[maybe_unused]] const ssize_t written = writev(fd, line.pieces(), line.count());
 }
 
 // One log statement. Whichever file the line goes to, g_cLibTestLogFilePath names the main log.
-[[gnu::format(printf, 3, 0)]] void addLine(const char* path, const Site& at, const char* format,
-                                           va_list arguments)
+[[gnu::format(printf, 3, 0)]] void addLine(const char* path, Site at, const char* format, va_list arguments)
 {
     const int callersErrno = errno;
     refreshPath();
@@ -103,23 +123,10 @@ void writeLine(int fd, const char* line, size_t length)
     if (fd >= 0) {
         timespec now = {};
         clock_gettime(CLOCK_REALTIME, &now);
-
         va_list again;
         va_copy(again, arguments);
-        char usual[kUsualLine];
-        const size_t length = formatLine(usual, sizeof usual, now, at, format, arguments);
-        if (length <= sizeof usual) {
-            writeLine(fd, usual, length);
-        } else {
-            // Room for the terminator that vsnprintf adds where the newline goes.
-            void* const room =
-                mmap(nullptr, length, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-            if (room != MAP_FAILED) {
-                char* const line = static_cast<char*>(room);
-                // No longer than the room, should a text have grown between the two.
-                writeLine(fd, line, std::min(length, formatLine(line, length, now, at, format, again)));
-                munmap(room, length);
-            }
+        if (!writeUsualLine(fd, now, at, format, arguments)) {
+            writeLongLine(fd, now, at, format, again);
         }
         va_end(again);
         close(fd);
@@ -129,7 +136,7 @@ void writeLine(int fd, const char* line, size_t length)
 
 } // namespace
 
-void logLine(const Site& at, const char* format, ...)
+void logLine(Site at, const char* format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
@@ -137,7 +144,7 @@ void logLine(const Site& at, const char* format, ...)
     va_end(arguments);
 }
 
-void logKeyLine(const Site& at, const char* format, ...)
+void logKeyLine(Site at, const char* format, ...)
 {
     va_list arguments;
     va_start(arguments, format);

@@ -24,10 +24,10 @@ struct Site {
 };
 
 // Writes one line. Never fails for the caller: a line that cannot be written is left out.
-[[gnu::format(printf, 2, 3)]] void logLine(const Site& at, const char* format, ...);
+[[gnu::format(printf, 2, 3)]] void logLine(Site at, const char* format, ...);
 
 // The same into the key log, a file of its own under the same rules.
-[[gnu::format(printf, 2, 3)]] void logKeyLine(const Site& at, const char* format, ...);
+[[gnu::format(printf, 2, 3)]] void logKeyLine(Site at, const char* format, ...);
 
 // Writes a byte buffer as a hex dump: a title line, then 16 bytes a line. Composes it in gLibDumpLog.
 void logDump(const char* label, const uint8_t* bytes, uint32_t count, Caller caller = {});

@@ -46,8 +46,7 @@ int32_t vx63_startAngleMeas(void)
     logLine({}, "Start.");
     const wire::ByteRequest reqData = {.ucArg = wire::kStart};
 
-    Response response;
-    return logEnd(exchange(kAngleMeas, reqData, response, judge));
+    return logEnd(exchange(kAngleMeas, reqData, judge));
 }
 
 int32_t vx63_stopAngleMeas(void)
@@ -55,8 +54,7 @@ int32_t vx63_stopAngleMeas(void)
     logLine({}, "Start.");
     const wire::ByteRequest reqData = {.ucArg = wire::kStop};
 
-    Response response;
-    return logEnd(exchange(kAngleMeas, reqData, response, judge));
+    return logEnd(exchange(kAngleMeas, reqData, judge));
 }
 
 static constexpr Request kStartAngleCal = {
@@ -65,8 +63,7 @@ static constexpr Request kStartAngleCal = {
 int32_t vx63_startAngleCal(void)
 {
     logLine({}, "Start.");
-    Response response;
-    return logEnd(exchange(kStartAngleCal, wire::ByteRequest{}, response, judge));
+    return logEnd(exchange(kStartAngleCal, wire::ByteRequest{}, judge));
 }
 
 static constexpr Request kGetAngleCalStat = {

@@ -32,8 +32,7 @@ int32_t vx63_startConstaMeas(uint8_t ucDispType, int32_t collectNum)
     logLine({}, "reqData.ucDispType=%u", reqData.ucDispType);
     logLine({}, "collectNum=%d", collectNum);
 
-    Response response;
-    return logEnd(exchange(kConstaMeas, reqData, response, judgeMeas));
+    return logEnd(exchange(kConstaMeas, reqData, judgeMeas));
 }
 
 int32_t vx63_stopConstaMeas(uint8_t ucDispType)
@@ -44,8 +43,7 @@ int32_t vx63_stopConstaMeas(uint8_t ucDispType)
     reqData.ucStartStop = wire::kStop;
     logLine({}, "reqData.ucDispType=%u", reqData.ucDispType);
 
-    Response response;
-    return logEnd(exchange(kConstaMeas, reqData, response, judgeMeas));
+    return logEnd(exchange(kConstaMeas, reqData, judgeMeas));
 }
 
 // The thread's own, to spare its stack.
@@ -74,12 +72,12 @@ int32_t vx63::readConstellation(uint16_t usReadCount, SingleMeasResult& result, 
     }
 
     storeValues(response.as<wire::SingleResultResponse>(), result);
-    const auto rspData = response.as<wire::ConstaResponse>();
     // Intended: the count is taken as it came, whatever was asked for, collected or carried.
-    result.CONS_NUM = rspData.CONS_NUM;
+    result.CONS_NUM = response.field<uint16_t>(offsetof(wire::ConstaResponse, CONS_NUM));
     const uint32_t points = std::min<uint32_t>(result.CONS_NUM, VX63_CONSTA_POINTS_MAX);
     const uint32_t carried = std::min(points, wire::kConstaPoints);
-    memcpy(result.points, rspData.points, carried * sizeof(ConstaPoint));
+    memcpy(result.points, response.bytes + offsetof(wire::ConstaResponse, points),
+           carried * sizeof(ConstaPoint));
     memset(result.points + carried, 0, (points - carried) * sizeof(ConstaPoint));
 
     logLine({caller},

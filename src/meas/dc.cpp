@@ -15,8 +15,7 @@ int32_t vx63_startDcMeas(void)
     wire::DcMeasRequest reqData = {};
     reqData.ucStartStop = wire::kStart;
 
-    Response response;
-    return logEnd(exchange(kDcMeas, reqData, response, judgeMeas));
+    return logEnd(exchange(kDcMeas, reqData, judgeMeas));
 }
 
 int32_t vx63_stopDcMeas(void)
@@ -25,8 +24,7 @@ int32_t vx63_stopDcMeas(void)
     wire::DcMeasRequest reqData = {};
     reqData.ucStartStop = wire::kStop;
 
-    Response response;
-    return logEnd(exchange(kDcMeas, reqData, response, judgeMeas));
+    return logEnd(exchange(kDcMeas, reqData, judgeMeas));
 }
 
 static constexpr Request kDcMeasResult = {

@@ -25,8 +25,7 @@ int32_t vx63_startDlyPrfMeas(uint8_t ucDispType, const MeasCondition* pCondition
     }
     const wire::StartRequest reqData = packStart(ucDispType, *pCondition);
 
-    Response response;
-    return logEnd(exchange(kDlyPrfMeas, reqData, response, judgeMeas));
+    return logEnd(exchange(kDlyPrfMeas, reqData, judgeMeas));
 }
 
 int32_t vx63_stopDlyPrfMeas(uint8_t ucDispType)
@@ -34,8 +33,7 @@ int32_t vx63_stopDlyPrfMeas(uint8_t ucDispType)
     logLine({}, "Start.");
     const wire::StartRequest reqData = packStop(ucDispType);
 
-    Response response;
-    return logEnd(exchange(kDlyPrfMeas, reqData, response, judgeMeas));
+    return logEnd(exchange(kDlyPrfMeas, reqData, judgeMeas));
 }
 
 static constexpr Request kDlyPrfResult = {

@@ -31,8 +31,7 @@ int32_t vx63_setMeasInput(int32_t input)
     wire::SetInputRequest reqData = {};
     reqData.ucInput = static_cast<uint8_t>(input);
 
-    Response response;
-    return logEnd(exchange(kSetMeasInput, reqData, response, judgeMeas));
+    return logEnd(exchange(kSetMeasInput, reqData, judgeMeas));
 }
 
 static constexpr Request kReqPowerSupply = {
@@ -50,8 +49,7 @@ int32_t vx63_reqPowerSupply(int32_t powerSupply)
     // Raw, unlike in a start body.
     const wire::ByteRequest reqData = {.ucArg = static_cast<uint8_t>(powerSupply)};
 
-    Response response;
-    return logEnd(exchange(kReqPowerSupply, reqData, response, judgeMeas));
+    return logEnd(exchange(kReqPowerSupply, reqData, judgeMeas));
 }
 
 static constexpr Request kGetMeasStatus = {
@@ -105,6 +103,5 @@ int32_t vx63_setPowerSupplyMultiMeasMixBand(uint8_t ucOnOff)
     logLine({}, "Start. ucOnOff=%u", ucOnOff);
     const wire::ByteRequest reqData = {.ucArg = ucOnOff};
 
-    Response response;
-    return logEnd(exchange(kSetPowerSupplyMultiMeasMixBand, reqData, response, judge));
+    return logEnd(exchange(kSetPowerSupplyMultiMeasMixBand, reqData, judge));
 }

@@ -79,8 +79,7 @@ int32_t vx63::vx63_startMultiMeasCommon(uint8_t ucDispType, const MultiMeasReg* 
             logLine({}, "split(%d/%d) %d/%u ucRegIdx=%u", part, parts, k + 1, reqData.ucRegCount, ucRegIdx);
         }
 
-        Response response;
-        const int32_t vx63_err = exchange(kMultiMeas, reqData, response, judgeMeas);
+        const int32_t vx63_err = exchange(kMultiMeas, reqData, judgeMeas);
         if (vx63_err != VX63_OK) {
             return vx63_err; // intended: the parts before stay registered
         }
@@ -102,8 +101,7 @@ int32_t vx63::stopMulti(uint8_t ucDispType, Caller caller)
     reqData.ucKind = wire::kKindStop;
     logLine({caller}, "reqData.ucDispType=%u", reqData.ucDispType);
 
-    Response response;
-    return exchange(kMultiMeas, reqData, response, judgeMeas, caller);
+    return exchange(kMultiMeas, reqData, judgeMeas, caller);
 }
 
 int32_t vx63_stopMultiMeas(uint8_t ucDispType)

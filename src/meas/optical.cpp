@@ -21,8 +21,7 @@ int32_t vx63_startOptMeas(uint32_t ulWaveLength)
     reqData.ucStartStop = wire::kStart;
     reqData.ulWaveLength = ulWaveLength;
 
-    Response response;
-    return logEnd(exchange(kOptMeas, reqData, response, judgeMeas));
+    return logEnd(exchange(kOptMeas, reqData, judgeMeas));
 }
 
 int32_t vx63_stopOptMeas(void)
@@ -31,8 +30,7 @@ int32_t vx63_stopOptMeas(void)
     wire::OptMeasRequest reqData = {};
     reqData.ucStartStop = wire::kStop;
 
-    Response response;
-    return logEnd(exchange(kOptMeas, reqData, response, judgeMeas));
+    return logEnd(exchange(kOptMeas, reqData, judgeMeas));
 }
 
 static constexpr Request kOptMeasResult = {

@@ -21,8 +21,7 @@ int32_t vx63::vx63_startSingleMeasCommon(uint8_t ucDispType, const MeasCondition
     }
     const wire::StartRequest reqData = packStart(ucDispType, *pCondition);
 
-    Response response;
-    return exchange(kSingleMeas, reqData, response, judgeMeas);
+    return exchange(kSingleMeas, reqData, judgeMeas);
 }
 
 int32_t vx63_startSingleMeas(uint8_t ucDispType, const MeasCondition* pCondition)
@@ -35,8 +34,7 @@ int32_t vx63::stopSingle(uint8_t ucDispType, Caller caller)
 {
     const wire::StartRequest reqData = packStop(ucDispType, caller);
 
-    Response response;
-    return exchange(kSingleMeas, reqData, response, judgeMeas, caller);
+    return exchange(kSingleMeas, reqData, judgeMeas, caller);
 }
 
 int32_t vx63_stopSingleMeas(uint8_t ucDispType)

@@ -10,17 +10,17 @@
 
 namespace vx63 {
 
-// A row of the catalogue.
+// A row of the catalogue. All files have one version, settings::kVersion. Of few words: what is relocated
+// when the library is loaded is memory of each process.
 struct SetFileDef {
-    const char* path;    // of a set: a format with one %s for the set's name
-    const char* version; // of the file's format
-    const char* header;  // the names of the columns, separated by commas
+    const char* path;   // of a set: a format with one %s for the set's name
+    const char* header; // the names of the columns, separated by commas
     const LsysColumn* columns;
-    uint32_t columnCount;
-    uint32_t dataSize;       // bytes of a record
-    uint32_t rows;           // records of the file; of a set or a list: at most
     const void* defaultData; // factory contents, as the records; null for sets and lists
-    uint32_t defaultSize;    // bytes of defaultData
+    uint16_t defaultSize;    // bytes of defaultData
+    uint16_t columnCount;
+    uint16_t dataSize; // bytes of a record
+    uint16_t rows;     // records of the file; of a set or a list: at most
 };
 
 // By file id.

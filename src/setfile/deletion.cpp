@@ -169,7 +169,7 @@ int32_t vx63_deleteSetFileLoggerBulk(uint32_t fileId)
 
 int32_t vx63_deleteAllSetFile(void)
 {
-    static constexpr const char* kCommands[] = {
+    static constexpr char kCommands[][40] = {
         "rm -r /usr/local/bin/sys_set/*",         //
         "rm -r /usr/local/bin/meas_set/*",        //
         "rm -r /usr/local/bin/user_set/*",        //

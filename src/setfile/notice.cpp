@@ -17,8 +17,7 @@ int32_t vx63_ntfUpdateFile(uint32_t fileId)
     }
     const wire::ByteRequest reqData = {.ucArg = static_cast<uint8_t>(fileId)};
 
-    Response response;
-    return logEnd(exchange(kNtfUpdateFile, reqData, response, judgeParameter));
+    return logEnd(exchange(kNtfUpdateFile, reqData, judgeParameter));
 }
 
 static constexpr Request kNtfUpdateFileIdx = {
@@ -35,6 +34,5 @@ int32_t vx63_ntfUpdateFileIdx(uint32_t fileId, uint32_t ulIdx)
     reqData.ucFileId = static_cast<uint8_t>(fileId);
     reqData.ulIdx = static_cast<uint8_t>(ulIdx); // intended: 300 goes out as 44
 
-    Response response;
-    return logEnd(exchange(kNtfUpdateFileIdx, reqData, response, judgeParameter));
+    return logEnd(exchange(kNtfUpdateFileIdx, reqData, judgeParameter));
 }

@@ -1,6 +1,7 @@
 // A settings file as a whole: between its CSV file and the caller's array of records.
 #include "frame/log.h"
 #include "libvx63.h"
+#include "libvx63_settings.h"
 #include "lsys.h"
 #include "setfile/catalogue.h"
 #include "setfile/file_kind.h"
@@ -51,8 +52,8 @@ int32_t vx63_readSetFile(uint32_t fileId, void* pDat, const char* pcMeasFileName
             logLine({}, "arg error. pcMeasFileName=[%s]", pcMeasFileName);
             return -1;
         }
-        iRet = lsys_readCsvNewFmt(path, def.version, def.rows, def.columnCount, static_cast<uint8_t*>(pDat),
-                                  def.dataSize, def.columns);
+        iRet = lsys_readCsvNewFmt(path, settings::kVersion, def.rows, def.columnCount,
+                                  static_cast<uint8_t*>(pDat), def.dataSize, def.columns);
     }
     logLine({}, "End. iRet=%d", iRet);
     return iRet;
@@ -78,7 +79,7 @@ int32_t vx63_writeSetFile(uint32_t fileId, const void* pDat, const char* pcMeasF
         return -1;
     }
     const uint32_t records = isSetOrList(fileId) ? ulUserLine : def.rows;
-    const int32_t iRet = lsys_writeCsvNewFmt(path, def.version, def.header, records, def.columnCount,
+    const int32_t iRet = lsys_writeCsvNewFmt(path, settings::kVersion, def.header, records, def.columnCount,
                                              static_cast<const uint8_t*>(pDat), def.dataSize, def.columns);
     sync();
     logLine({}, "End. iRet=%d", iRet);

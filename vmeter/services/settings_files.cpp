@@ -40,7 +40,7 @@ int32_t writeFactory(const Settings& settings, uint32_t fileId)
         list = emptyList(file);
         records = list.data();
     }
-    return lsys_writeCsvNewFmt(placeOf(settings, file).c_str(), file.version, file.header, file.rows,
+    return lsys_writeCsvNewFmt(placeOf(settings, file).c_str(), vx63::settings::kVersion, file.header, file.rows,
                                file.columnCount, records, file.dataSize, file.columns);
 }
 
@@ -69,7 +69,7 @@ void fillFolder(const Settings& settings, const fs::path& folder)
 ReadBack readFile(const SetFileDef& file, const fs::path& path)
 {
     ReadBack read{path, 0, std::vector<uint8_t>(std::size_t{file.rows} * file.dataSize)};
-    read.records = lsys_readCsvNewFmt(path.c_str(), file.version, file.rows, file.columnCount,
+    read.records = lsys_readCsvNewFmt(path.c_str(), vx63::settings::kVersion, file.rows, file.columnCount,
                                       read.content.data(), file.dataSize, file.columns);
     return read;
 }

@@ -86,4 +86,26 @@ TEST_F(KeyLogTest, ThePathBufferKeepsNamingTheMainLog)
     EXPECT_THAT(logMessages(), IsEmpty());
 }
 
+// Beyond the usual buffer a line is put together from its pieces.
+TEST_F(KeyLogTest, ALineOfAnyLengthIsWhole)
+{
+    const std::string name(3000, 'n');
+    vx63::logKeyLine(vx63::Site("f", 7), "%d|%d|%u|%02X|%04hX|0x%04X|%#02X|%ld|%p|%f|[%.*s]|%s|[%s] end", 0,
+                     -2147483647 - 1, 4294967295u, 10, static_cast<unsigned short>(0xABCD), 255, 1, -5L,
+                     nullptr, -2.25, 3, "abcdef", "", name.c_str());
+    EXPECT_THAT(logMessages(kKeyLogPath),
+                ElementsAre("f: 0|-2147483648|4294967295|0A|ABCD|0x00FF|0X1|-5|(nil)|-2.250000|[abc]||[" +
+                            name + "] end"));
+}
+
+TEST_F(KeyLogTest, ALineAtTheEdgeOfTheUsualBufferIsWhole)
+{
+    for (size_t length = 900; length < 1100; ++length) {
+        vx63test::removeLog();
+        const std::string name(length, 'n');
+        vx63::logKeyLine(vx63::Site("f", 7), "[%s]", name.c_str());
+        EXPECT_THAT(logMessages(kKeyLogPath), ElementsAre("f: [" + name + "]"));
+    }
+}
+
 } // namespace

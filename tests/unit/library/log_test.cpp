@@ -1,12 +1,16 @@
 #include "support/operation_test.h"
 
 #include <atomic>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <set>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/time.h>
 #include <thread>
 #include <time.h>
 #include <vector>
@@ -133,6 +137,70 @@ TEST_F(LogTest, AFileBeyond32BitsIsStartedAnew)
     fs::resize_file(kLogPath, 0x1'0000'0001); // sparse
     vx63_init(18);
     EXPECT_EQ(logLines().size(), 3u);
+}
+
+// Gives the file of that name a date in 2040.
+void dateTo2040(const char* path)
+{
+    const timespec times[2] = {{.tv_sec = 2211840000, .tv_nsec = 0}, {.tv_sec = 2211840000, .tv_nsec = 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, path, times, 0), 0);
+}
+
+TEST_F(LogTest, AFileDated2040IsStartedAnewToo)
+{
+    fillLog(2097153);
+    dateTo2040(kLogPath);
+    vx63_init(18);
+    EXPECT_EQ(logLines().size(), 3u);
+}
+
+TEST_F(LogTest, APipeDated2040IsNotOpened)
+{
+    ASSERT_EQ(mkfifo(kLogPath, 0600), 0);
+    dateTo2040(kLogPath);
+    EXPECT_EQ(vx63_init(18), -2);
+}
+
+TEST_F(LogTest, ALockThatIsNeverGivenBackHoldsUpNobody)
+{
+    fillLog(2097153);
+    const int fd = open(kLogPath, O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(fd, LOCK_EX), 0);
+    vx63_init(18);
+    close(fd);
+    EXPECT_EQ(logLines().size(), 3u);
+}
+
+// Whatever a signal interrupts, a log statement too: its handler's lines and all others stay whole.
+TEST_F(LogTest, ASignalHandlerLogs)
+{
+    static std::atomic<int> handled = 0;
+    struct sigaction action = {};
+    action.sa_handler = [](int) {
+        vx63_init(18);
+        ++handled;
+    };
+    struct sigaction before;
+    ASSERT_EQ(sigaction(SIGALRM, &action, &before), 0);
+    const itimerval often = {.it_interval = {0, 200}, .it_value = {0, 200}};
+    ASSERT_EQ(setitimer(ITIMER_REAL, &often, nullptr), 0);
+    int calls = 0;
+    for (; handled < 100; ++calls) {
+        vx63_init(19);
+    }
+    const itimerval never = {};
+    setitimer(ITIMER_REAL, &never, nullptr);
+    sigaction(SIGALRM, &before, nullptr);
+
+    int handlers = 0;
+    int others = 0;
+    for (const std::string& message : logMessages()) { // every line has the form of a line
+        handlers += message == "vx63_init: arg error. procId=18";
+        others += message == "vx63_init: arg error. procId=19";
+    }
+    EXPECT_EQ(handlers, handled);
+    EXPECT_EQ(others, calls);
+    EXPECT_EQ(logMessages().size(), 3u * static_cast<size_t>(handlers + others));
 }
 
 TEST_F(LogTest, ADirectoryAtThePathIsLeftAlone)
