@@ -4,10 +4,12 @@
 #include "libvx63.h"
 #include "support/log_file.h"
 
+#include <chrono>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <fstream>
 #include <functional>
+#include <future>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <thread>
@@ -86,10 +88,13 @@ TEST_F(RotationTest, ALineWrittenBeforeTheFileIsOpenedStays)
 
 TEST_F(RotationTest, ALineOfWhoFindsTheFileFullMeanwhileStays)
 {
-    std::thread other;
-    t_beforeTruncation = [&other] { other = std::thread([] { vx63_init(19); }); };
+    std::future<int32_t> other;
+    t_beforeTruncation = [&other] {
+        other = std::async(std::launch::async, [] { return vx63_init(19); });
+        other.wait_for(std::chrono::milliseconds(50)); // it waits for us; did it not, it would be done
+    };
     vx63_init(18);
-    other.join();
+    other.wait();
     EXPECT_THAT(logMessages(),
                 UnorderedElementsAre("vx63_init: Start.", "vx63_init: arg error. procId=19",
                                      "vx63_init: End. vx63_err=-2", "vx63_init: Start.",
