@@ -17,6 +17,7 @@ import pytest
 # Longer than anything takes; only a test that hangs meets it.
 HANG = 300
 
+SOURCE = Path(__file__).resolve().parents[2]
 BUILD = Path(os.environ.get("VX63_BUILD", "build/debug")).resolve()
 VMETER = BUILD / "bin" / "vx63-vmeter"
 EXCHANGE = BUILD / "bin" / "vmeter_exchange"

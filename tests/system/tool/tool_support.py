@@ -9,16 +9,14 @@ import struct
 import subprocess
 import termios
 import time
-from pathlib import Path
 
 import pytest
 
 import conftest
-from conftest import BUILD, HANG, VMETER, cannot
+from conftest import BUILD, HANG, SOURCE, VMETER, cannot
 from lent_machine import lent_machine
 
 VX63 = BUILD / "bin" / "vx63"
-SOURCE = Path(__file__).resolve().parents[3]
 
 
 def environment(**changes):
