@@ -40,8 +40,8 @@ int32_t writeFactory(const Settings& settings, uint32_t fileId)
         list = emptyList(file);
         records = list.data();
     }
-    return lsys_writeCsvNewFmt(placeOf(settings, file).c_str(), vx63::settings::kVersion, file.header, file.rows,
-                               file.columnCount, records, file.dataSize, file.columns);
+    return lsys_writeCsvNewFmt(placeOf(settings, file).c_str(), vx63::settings::kVersion, file.header,
+                               file.rows, file.columnCount, records, file.dataSize, file.columns);
 }
 
 void emptyFolder(const fs::path& folder)
