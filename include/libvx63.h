@@ -32,8 +32,9 @@
  * that leaves some of them out says so). A log that cannot be written never changes a result. The file is
  * started anew once it exceeds 2 MiB.
  *
- * Units. The library passes frequencies, levels and codes through as they are; what they mean is decided
- * by the service that answers.
+ * Units and codes. The library passes frequencies, levels and codes through as they are: what they mean is
+ * decided by the service that answers. Records tell units and ranges where they are known; VX63_BDSYS_*,
+ * VX63_MOD_* and the like name the codes. A code without a name here is not an error.
  */
 #ifndef LIBVX63_H
 #define LIBVX63_H
@@ -72,10 +73,87 @@ enum {
     PROC_ID_PMEAS = 12 /* measurement service: all measurements, standby, calibration, battery notices */
 };
 
-/* ---- Argument constants ---------------------------------------------------------------------------- */
+/* ---- Codes ----------------------------------------------------------------------------------------- */
 
+/* RF inputs. */
+enum { VX63_INPUT_0 = 0, VX63_INPUT_1 = 1 };
+
+/* Antenna power supplies: the voltage selects the polarisation of an LNB, the 22 kHz tone its band. */
 enum {
-    VX63_POWER_SUPPLY_OFF = 0 /* antenna power supply off; 1 to 4 select a supply */
+    VX63_POWER_SUPPLY_OFF = 0,
+    VX63_POWER_SUPPLY_11V = 1,
+    VX63_POWER_SUPPLY_15V = 2,
+    VX63_POWER_SUPPLY_11V_TONE = 3,
+    VX63_POWER_SUPPLY_15V_TONE = 4
+};
+
+/* Broadcast systems: usBdSys, bdSys, BDSYS. */
+enum {
+    VX63_BDSYS_TERRESTRIAL = 0,
+    VX63_BDSYS_SATELLITE = 1,   /* BS and CS, first generation */
+    VX63_BDSYS_SATELLITE_2 = 2, /* BS and CS, second generation */
+    VX63_BDSYS_CATV = 3,
+    VX63_BDSYS_JSAT = 4,
+    VX63_BDSYS_JSAT_2 = 5,
+    VX63_BDSYS_SKYP = 6,
+    VX63_BDSYS_CATV_2 = 9,
+    VX63_BDSYS_LEVEL = 10 /* any carrier: its level alone, without lock */
+};
+
+/* Modulations, a bit each: usMod takes one or several, or VX63_MOD_ANY; MOD gives one. */
+enum {
+    VX63_MOD_ANY = 0,
+    VX63_MOD_OFDM = 0x0001,
+    VX63_MOD_BPSK = 0x0002,
+    VX63_MOD_QPSK = 0x0008,
+    VX63_MOD_8PSK_SATELLITE = 0x0010, /* of VX63_BDSYS_SATELLITE */
+    VX63_MOD_8PSK = 0x0020,           /* of all others */
+    VX63_MOD_16APSK = 0x0040,
+    VX63_MOD_32APSK = 0x0080,
+    VX63_MOD_64QAM = 0x0400,
+    VX63_MOD_256QAM = 0x1000,
+    VX63_MOD_NONE = 0x2000 /* a carrier without modulation */
+};
+
+/* Guard intervals of an OFDM signal, as a part of its useful symbol: GI. */
+enum { VX63_GI_1_32 = 0, VX63_GI_1_16 = 1, VX63_GI_1_8 = 2, VX63_GI_1_4 = 3 };
+
+/* Bits of the stat of a measurement result. */
+enum {
+    VX63_STAT_SIGNAL = 0x0001,       /* the carrier-to-noise ratio is 0 dB or more */
+    VX63_STAT_LOCKED = 0x0002,       /* as lock says */
+    VX63_STAT_BITS = 0x0004,         /* bits were counted: BER_TOTAL is not 0 */
+    VX63_STAT_POWER_SUPPLY = 0x0008, /* the antenna power supply is on */
+    VX63_STAT_MEASURED = 0x0010      /* of a list of channels: this one has been measured */
+};
+
+/* Bits of the measurement service's ulMeasStat: what it is at. */
+enum {
+    VX63_MEAS_SINGLE = 0x01, /* a single measurement runs */
+    VX63_MEAS_LOCKED = 0x02, /* it, or the delay profile, has locked */
+    VX63_MEAS_MULTI = 0x04,  /* a multi-channel measurement runs */
+    VX63_MEAS_SCAN = 0x08,   /* a scan runs and is not over */
+    VX63_MEAS_DLYPRF = 0x10, /* a delay profile is measured */
+    VX63_MEAS_CONSTA = 0x20, /* constellation points are collected */
+    VX63_MEAS_OPT = 0x40,    /* the optical power is measured */
+    VX63_MEAS_DC = 0x80      /* the DC voltage is measured */
+};
+
+/* Bits of the measurement service's usInputStat. */
+enum {
+    VX63_INPUT_STAT_1 = 0x01,            /* VX63_INPUT_1 is selected */
+    VX63_INPUT_STAT_SUPPLY = 0x02,       /* the antenna power supply is on, */
+    VX63_INPUT_STAT_15V = 0x04,          /* at 15 V, */
+    VX63_INPUT_STAT_TONE = 0x08,         /* with the tone, */
+    VX63_INPUT_STAT_SUPPLY_FAULT = 0x10, /* reports a fault */
+    VX63_INPUT_STAT_MIXED_BANDS = 0x20   /* feeds lists of mixed bands */
+};
+
+/* State of a delay profile: its stat. */
+enum {
+    VX63_DLYPRF_NONE = 0,      /* there is nothing to lock to */
+    VX63_DLYPRF_MEASURING = 1, /* read again later */
+    VX63_DLYPRF_COMPLETE = 2
 };
 
 /*
@@ -140,33 +218,35 @@ enum {
 
 /* What to measure: passed to every measurement start. Only powerSupply is interpreted by the library. */
 typedef struct MeasCondition {
-    uint32_t ulFreq;      /* frequency to tune */
-    uint32_t ulLoFreq;    /* local-oscillator frequency, for converted satellite bands */
-    uint16_t usBdSys;     /* broadcast system code */
-    uint16_t usBand;      /* band code */
-    uint16_t usMod;       /* modulation code */
-    uint16_t usCondition; /* condition bits */
+    uint32_t ulFreq;   /* kHz: centre frequency of the channel, before a converter */
+    uint32_t ulLoFreq; /* kHz: local-oscillator frequency of the converter; 0 or 4294967295: none. The tuner
+                          receives ulFreq - ulLoFreq, 10000 to 3224000 kHz */
+    uint16_t usBdSys;  /* VX63_BDSYS_*: broadcast system */
+    uint16_t usBand;   /* band code: channels of a list with the same one share a power supply */
+    uint16_t usMod;    /* VX63_MOD_*, one or several: modulations to lock to */
+    uint16_t usCondition; /* condition bits: come back as mesCond */
     char ucStrChan[8];    /* channel name: exactly 8 bytes, not necessarily NUL-terminated */
     uint8_t ucOutputEnb;  /* output enable */
-    int32_t powerSupply;  /* antenna power supply 0 to 4; any other value is taken as VX63_POWER_SUPPLY_OFF */
+    int32_t powerSupply;  /* VX63_POWER_SUPPLY_*; any other value is taken as VX63_POWER_SUPPLY_OFF */
 } MeasCondition;
 
 /* State of the measurement service. */
 typedef struct MeasStatus {
-    uint32_t ulMeasStat;  /* measurement status bits */
-    uint16_t usInputStat; /* input status bits */
+    uint32_t ulMeasStat;  /* VX63_MEAS_*, bits */
+    uint16_t usInputStat; /* VX63_INPUT_STAT_*, bits */
 } MeasStatus;
 
 /* Readings of the antenna power supply. */
 typedef struct PowerSupplyInfo {
-    uint8_t ucPowerSupply; /* the supply that is switched on */
-    uint8_t ucVolt;        /* voltage */
-    uint16_t usAdVal;      /* raw value of the A/D converter */
-    uint32_t ulCurrentM;   /* current, in thousandths */
-    uint32_t ulElecPowerM; /* power, in thousandths */
+    uint8_t ucPowerSupply; /* VX63_POWER_SUPPLY_*: the one asked for */
+    uint8_t ucVolt;        /* V at the connector */
+    uint16_t usAdVal;      /* reading of the A/D converter, 0 to 1023: 20 V at full scale */
+    uint32_t ulCurrentM;   /* mA */
+    uint32_t ulElecPowerM; /* mW */
 } PowerSupplyInfo;
 
-/* One constellation point. (A C program that also includes <complex.h> must undefine its macro I.) */
+/* One constellation point; the ideal points have a root mean square amplitude of 64. (A C program that also
+ * includes <complex.h> must undefine its macro I.) */
 struct ConstaPoint {
     int8_t I;
     int8_t Q;
@@ -178,19 +258,19 @@ enum {
 
 /* Result of a single measurement. */
 typedef struct SingleMeasResult {
-    uint8_t lock;       /* lock state */
-    uint16_t stat;      /* measurement status */
-    uint16_t mesCond;   /* measured condition */
+    uint8_t lock;       /* 1: locked. Without lock the fields from BER_TOTAL to MOD are 0 */
+    uint16_t stat;      /* VX63_STAT_*, bits */
+    uint16_t mesCond;   /* usCondition of the start */
     uint16_t reserved;  /* never written by the library */
-    uint16_t bdSys;     /* broadcast system detected */
-    uint32_t LEVEL;     /* level */
-    uint32_t CNR;       /* carrier-to-noise ratio */
-    uint32_t BER_TOTAL; /* bits counted for the bit error rate */
-    uint32_t BER_ERR;   /* erroneous bits among them */
+    uint16_t bdSys;     /* VX63_BDSYS_*: of the signal when locked, else the one asked for */
+    uint32_t LEVEL;     /* 0.1 dBuV: level; 0 for 0 dBuV and less */
+    uint32_t CNR;       /* 0.1 dB: carrier-to-noise ratio; 0 for 0 dB and less */
+    uint32_t BER_TOTAL; /* bits counted since the last result, or since the lock */
+    uint32_t BER_ERR;   /* erroneous bits among them, before error correction */
     uint16_t TSID;      /* transport-stream id */
-    uint8_t GI;         /* guard interval */
+    uint8_t GI;         /* VX63_GI_*: guard interval */
     uint8_t LAYER;      /* hierarchical layer */
-    uint32_t MOD;       /* modulation */
+    uint32_t MOD;       /* VX63_MOD_*: modulation */
     uint16_t CONS_NUM;  /* constellation points; left as it is by a plain result read */
     struct ConstaPoint points[VX63_CONSTA_POINTS_MAX]; /* left as they are by a plain result read */
 } SingleMeasResult;
@@ -222,8 +302,9 @@ enum {
 
 /* A delay profile. */
 typedef struct DlyPrfResult {
-    uint16_t stat;                            /* 2 complete, 1 still measuring, any other: no data */
-    int8_t ucDlyPrfData[VX63_DLYPRF_SAMPLES]; /* samples in the order of their delay */
+    uint16_t stat;                            /* VX63_DLYPRF_COMPLETE, _MEASURING; any other: no data */
+    int8_t ucDlyPrfData[VX63_DLYPRF_SAMPLES]; /* 0.5 dB against the main path, -128 for -64 dB and less;
+                                                 sample n has a delay of (n - 512) * 0.1640625 us */
 } DlyPrfResult;
 
 /*
@@ -231,29 +312,29 @@ typedef struct DlyPrfResult {
  * The array is C99's flexible one, which C++ compilers know as well.
  */
 __extension__ typedef struct MultiMeasReg {
-    int16_t sRegNum;        /* number of channels that follow */
+    int16_t sRegNum;        /* number of channels that follow, 0 to 256 */
     MeasCondition single[]; /* the channels; the index of a channel here is its index in a result read */
 } MultiMeasReg;
 
 /* Result of one channel of a multi-channel measurement or a scan. */
 typedef struct MultiMeasResult {
-    uint8_t lock;       /* lock state */
-    uint16_t stat;      /* measurement status */
-    uint16_t mesCond;   /* measured condition */
+    uint8_t lock;       /* 1: locked. Without lock the fields from BER_TOTAL to MOD are 0 */
+    uint16_t stat;      /* VX63_STAT_*, bits; 0 until the channel has been measured */
+    uint16_t mesCond;   /* usCondition of the start */
     uint8_t readIdx;    /* index of the channel whose result this is */
     uint8_t currIdx;    /* index of the channel that is being measured now */
-    uint16_t bdSys;     /* broadcast system detected */
-    uint32_t LEVEL;     /* level */
-    uint32_t CNR;       /* carrier-to-noise ratio */
-    uint32_t BER_TOTAL; /* bits counted for the bit error rate */
-    uint32_t BER_ERR;   /* erroneous bits among them */
+    uint16_t bdSys;     /* VX63_BDSYS_*: of the signal when locked, else the one asked for */
+    uint32_t LEVEL;     /* 0.1 dBuV: level; 0 for 0 dBuV and less */
+    uint32_t CNR;       /* 0.1 dB: carrier-to-noise ratio; 0 for 0 dB and less */
+    uint32_t BER_TOTAL; /* bits counted since the last result, or since the lock */
+    uint32_t BER_ERR;   /* erroneous bits among them, before error correction */
     uint16_t TSID;      /* transport-stream id */
-    uint8_t GI;         /* guard interval */
+    uint8_t GI;         /* VX63_GI_*: guard interval */
     uint8_t LAYER;      /* hierarchical layer */
-    uint32_t MOD;       /* modulation */
+    uint32_t MOD;       /* VX63_MOD_*: modulation */
 } MultiMeasResult;
 
-/* A point of the angle sensor's calibration. */
+/* A point of the angle sensor's calibration: microtesla. */
 typedef struct AnglePoint {
     float x;
     float y;
@@ -262,34 +343,34 @@ typedef struct AnglePoint {
 
 /* Progress of the angle sensor's calibration. */
 typedef struct AngleCalStat {
-    int32_t lStatus; /* as the device service reports it */
+    int32_t lStatus; /* 0 never calibrated; 1, 2, 3 in that turn; 4 finished */
     AnglePoint centerPoint1;
     AnglePoint centerPoint2;
     AnglePoint centerPoint3;
 } AngleCalStat;
 
-/* Live values of the angle sensor. */
+/* Live values of the angle sensor. Axes as in aeronautics: x forward, y to the right, z down. */
 typedef struct AngleCalInfoDetail {
-    float flRoll;
-    float flPitch;
-    float flAx; /* acceleration, raw */
+    float flRoll;  /* degrees, about x */
+    float flPitch; /* degrees, about y */
+    float flAx;    /* g: acceleration, raw */
     float flAy;
     float flAz;
-    float flMx; /* magnetic field, raw */
+    float flMx; /* microtesla: magnetic field, raw */
     float flMy;
     float flMz;
-    float flAxRot; /* acceleration, rotated */
+    float flAxRot; /* g: acceleration, seen from level axes */
     float flAyRot;
     float flAzRot;
-    float flMxRot; /* magnetic field, rotated */
+    float flMxRot; /* microtesla: magnetic field, seen from level axes */
     float flMyRot;
     float flMzRot;
 } AngleCalInfoDetail;
 
 /* One row of the factory table of manual broadcast systems and modulations. */
 typedef struct MeasSetManuBdsysMod {
-    uint16_t BDSYS; /* broadcast system code */
-    uint32_t MOD;   /* modulation code */
+    uint16_t BDSYS; /* VX63_BDSYS_* */
+    uint32_t MOD;   /* VX63_MOD_*, one or several */
 } MeasSetManuBdsysMod;
 
 /* Product data. Texts are NUL-padded; one that fills its field has NO terminator. */
@@ -475,14 +556,14 @@ VX63_API int32_t vx63_ntfUpdateFileIdx(uint32_t fileId, uint32_t ulIdx);
 
 /*
  * Selects the RF input of the measurement service. 10 s.
- *   input  0 or 1
+ *   input  VX63_INPUT_*
  * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_setMeasInput(int32_t input);
 
 /*
  * Switches the antenna power supply. Answered by the measurement service; 10 s.
- *   powerSupply  0 (VX63_POWER_SUPPLY_OFF) to 4
+ *   powerSupply  VX63_POWER_SUPPLY_*, 0 to 4
  * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_reqPowerSupply(int32_t powerSupply);
@@ -671,7 +752,7 @@ VX63_API int32_t vx63_getScanResult(int32_t sIndex, MultiMeasResult* pResult);
 
 /*
  * Starts to measure the optical input power. Answered by the measurement service; 10 s.
- *   ulWaveLength  wavelength, not 0; any other value is passed on and the service judges it
+ *   ulWaveLength  nm, 800 to 1700. The library refuses 0 alone; the service judges any other value
  * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_startOptMeas(uint32_t ulWaveLength);
@@ -684,7 +765,7 @@ VX63_API int32_t vx63_stopOptMeas(void);
 
 /*
  * Reads the optical power. Answered by the measurement service; 10 s.
- *   pResult  optical power as the service scales it; may be negative
+ *   pResult  0.01 dBm: optical power
  * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_getOptMeasResult(int32_t* pResult);
@@ -705,7 +786,7 @@ VX63_API int32_t vx63_stopDcMeas(void);
 
 /*
  * Reads the DC voltage. Answered by the measurement service; 10 s.
- *   pResult  voltage as the service scales it
+ *   pResult  mV
  * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_getDcMeasResult(uint32_t* pResult);

@@ -15,31 +15,35 @@ struct Name {
     std::string_view text;
 };
 
-constexpr uint16_t kSatellite = 1;
-constexpr uint16_t kPsk8 = 16; // first satellite generation
-constexpr uint16_t kPsk8Later = 32;
-
 constexpr Name kSystems[] = {
-    {0, "terrestrial"},
-    {kSatellite, "satellite"},
-    {2, "satellite-2"},
-    {3, "catv"},
-    {4, "jsat"},
-    {5, "jsat-2"},
-    {6, "skyp"},
-    {9, "catv-2"},
-    {kSystemLevel, "level"},
+    {VX63_BDSYS_TERRESTRIAL, "terrestrial"},
+    {VX63_BDSYS_SATELLITE, "satellite"},
+    {VX63_BDSYS_SATELLITE_2, "satellite-2"},
+    {VX63_BDSYS_CATV, "catv"},
+    {VX63_BDSYS_JSAT, "jsat"},
+    {VX63_BDSYS_JSAT_2, "jsat-2"},
+    {VX63_BDSYS_SKYP, "skyp"},
+    {VX63_BDSYS_CATV_2, "catv-2"},
+    {VX63_BDSYS_LEVEL, "level"},
 };
 
 constexpr Name kModulations[] = {
-    {1, "OFDM"},    {2, "BPSK"},     {8, "QPSK"},     {kPsk8, "8PSK"},  {kPsk8Later, "8PSK"},
-    {64, "16APSK"}, {128, "32APSK"}, {1024, "64QAM"}, {4096, "256QAM"}, {8192, "none"},
+    {VX63_MOD_OFDM, "OFDM"},           {VX63_MOD_BPSK, "BPSK"},   {VX63_MOD_QPSK, "QPSK"},
+    {VX63_MOD_8PSK_SATELLITE, "8PSK"}, {VX63_MOD_8PSK, "8PSK"},   {VX63_MOD_16APSK, "16APSK"},
+    {VX63_MOD_32APSK, "32APSK"},       {VX63_MOD_64QAM, "64QAM"}, {VX63_MOD_256QAM, "256QAM"},
+    {VX63_MOD_NONE, "none"},
 };
 
-constexpr Name kGuardIntervals[] = {{0, "1/32"}, {1, "1/16"}, {2, "1/8"}, {3, "1/4"}};
+constexpr Name kGuardIntervals[] = {
+    {VX63_GI_1_32, "1/32"}, {VX63_GI_1_16, "1/16"}, {VX63_GI_1_8, "1/8"}, {VX63_GI_1_4, "1/4"}};
 
 constexpr Name kPowerSupplies[] = {
-    {VX63_POWER_SUPPLY_OFF, "off"}, {1, "11 V"}, {2, "15 V"}, {3, "11 V, tone"}, {4, "15 V, tone"}};
+    {VX63_POWER_SUPPLY_OFF, "off"},
+    {VX63_POWER_SUPPLY_11V, "11 V"},
+    {VX63_POWER_SUPPLY_15V, "15 V"},
+    {VX63_POWER_SUPPLY_11V_TONE, "11 V, tone"},
+    {VX63_POWER_SUPPLY_15V_TONE, "15 V, tone"},
+};
 
 bool sameWord(std::string_view a, std::string_view b)
 {
@@ -106,7 +110,7 @@ std::optional<std::string_view> modulationName(uint32_t code)
 std::optional<uint16_t> modulationCode(std::string_view name, uint16_t systemCode)
 {
     const auto code = codeOf(kModulations, name);
-    return code == kPsk8 && systemCode != kSatellite ? kPsk8Later : code;
+    return code == VX63_MOD_8PSK_SATELLITE && systemCode != VX63_BDSYS_SATELLITE ? VX63_MOD_8PSK : code;
 }
 
 std::string modulationNames()

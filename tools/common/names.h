@@ -13,8 +13,6 @@ namespace tool {
 std::optional<std::string_view> systemName(uint16_t code);
 std::optional<uint16_t> systemCode(std::string_view name);
 std::string systemNames(); // "terrestrial, satellite, ..."
-// Only the level of such a carrier is measured: it is never locked to.
-inline constexpr uint16_t kSystemLevel = 10;
 
 // Modulation: usMod, MOD. Nothing unless exactly one known modulation is meant.
 std::optional<std::string_view> modulationName(uint32_t code);

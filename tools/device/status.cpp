@@ -14,14 +14,6 @@ namespace tool {
 
 namespace {
 
-// Bits of ulMeasStat.
-constexpr uint32_t kMeasuring = 0x00000001;
-constexpr uint32_t kLocked = 0x00000002;
-
-// Bits of usInputStat; what the power supply feeds stands in its own readings.
-constexpr uint16_t kInput1 = 0x0001;
-constexpr uint16_t kSupplyFault = 0x0010;
-
 struct Options {
     int32_t id = kDefaultProcessId;
     bool json = false;
@@ -34,10 +26,10 @@ int showStatus(const Options& options)
     require("cannot read the measurement status", [&] { return vx63_getMeasStatus(&status); });
     const PowerSupplyInfo supply = readSupply();
     const DeviceStatus device = readDeviceStatus();
-    const bool measuring = (status.ulMeasStat & kMeasuring) != 0;
-    const bool locked = (status.ulMeasStat & kLocked) != 0;
-    const bool fault = (status.usInputStat & kSupplyFault) != 0;
-    const unsigned input = (status.usInputStat & kInput1) != 0 ? 1 : 0;
+    const bool measuring = (status.ulMeasStat & VX63_MEAS_SINGLE) != 0;
+    const bool locked = (status.ulMeasStat & VX63_MEAS_LOCKED) != 0;
+    const bool fault = (status.usInputStat & VX63_INPUT_STAT_SUPPLY_FAULT) != 0;
+    const unsigned input = (status.usInputStat & VX63_INPUT_STAT_1) != 0 ? 1 : 0;
     if (options.json) {
         const Json json = {
             {"measuring", measuring},

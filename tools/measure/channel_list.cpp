@@ -97,7 +97,7 @@ public:
             const ListChannel& current = m_channels[std::min<size_t>(result.currIdx, m_channels.size() - 1)];
             progress.show(format("%s %zu/%zu %-8s %.3f MHz", bar(done + index, all).c_str(), done + index,
                                  all, printable(current.name).c_str(), current.condition.ulFreq / 1000.0));
-            if ((result.stat & kStatMeasured) != 0)
+            if ((result.stat & VX63_STAT_MEASURED) != 0)
                 return result;
             if (Clock::now() - start > kStall)
                 throw Failure(

@@ -18,10 +18,6 @@ struct ListChannel {
 
 enum class ListKind { multi, scan };
 
-// Bits of a channel's status.
-inline constexpr uint16_t kStatSignal = 0x0001;
-inline constexpr uint16_t kStatMeasured = 0x0010;
-
 // Measures every channel once and stops. The index of a channel has 8 bits: longer lists take several runs.
 // Fewer results than channels: an interruption. Throws Failure.
 std::vector<MultiMeasResult> measureList(ListKind kind, uint8_t ucDispType,

@@ -1,6 +1,5 @@
 #include "measure/channel_plan.h"
 
-#include "common/names.h"
 #include "libvx63.h"
 #include "settings/file.h"
 
@@ -11,13 +10,6 @@
 namespace tool {
 
 namespace {
-
-constexpr uint16_t kTerrestrial = 0;
-constexpr uint16_t kSatellite = 1;
-constexpr uint16_t kSatellite2 = 2;
-constexpr uint16_t kCatv = 3;
-constexpr uint16_t kJsat2 = 5;
-constexpr uint16_t kSkyp = 6;
 
 // Bands, as the tables of thresholds and local oscillators name them.
 constexpr uint8_t kBandBs = 2;
@@ -73,22 +65,22 @@ struct Plan {
 };
 
 constexpr Plan kPlans[] = {
-    {"uhf", VX63_SET_FILE_UHF, Form::named, 1, kTerrestrial},
-    {"bs", VX63_SET_FILE_BS, Form::satellite, kBandBs, kSatellite},
-    {"cs", VX63_SET_FILE_CS, Form::satellite, kBandCs, kSatellite},
-    {"bs-cs", VX63_SET_FILE_BS_CS, Form::satellite, kBandBs, kSatellite},
-    {"catv", VX63_SET_FILE_CATV_ALL, Form::catv, 8, kCatv},
-    {"catv-low", VX63_SET_FILE_CATV_90_470MHZ, Form::catv, 8, kCatv},
-    {"catv-high", VX63_SET_FILE_CATV_470_1002MHZ, Form::catv, 8, kCatv},
-    {"skyp", VX63_SET_FILE_SKYP, Form::named, 12, kSkyp},
-    {"jsat3a", VX63_SET_FILE_JSAT3A, Form::satellite, kBandJsat3a, kJsat2},
-    {"jsat4b", VX63_SET_FILE_JSAT4B, Form::satellite, 5, kJsat2},
-    {"sccb", VX63_SET_FILE_SCCB, Form::satellite, 6, kJsat2},
-    {"sccc", VX63_SET_FILE_SCCC, Form::satellite, kBandSccc, kJsat2},
-    {"fm", VX63_SET_FILE_FM, Form::named, 14, kSystemLevel},
-    {"lte", VX63_SET_FILE_LTE, Form::wide, 13, kSystemLevel},
-    {"pilot", VX63_SET_FILE_PILOT, Form::named, 11, kSystemLevel},
-    {"up-stream", VX63_SET_FILE_CATV_UP_STREAM, Form::named, 15, kSystemLevel},
+    {"uhf", VX63_SET_FILE_UHF, Form::named, 1, VX63_BDSYS_TERRESTRIAL},
+    {"bs", VX63_SET_FILE_BS, Form::satellite, kBandBs, VX63_BDSYS_SATELLITE},
+    {"cs", VX63_SET_FILE_CS, Form::satellite, kBandCs, VX63_BDSYS_SATELLITE},
+    {"bs-cs", VX63_SET_FILE_BS_CS, Form::satellite, kBandBs, VX63_BDSYS_SATELLITE},
+    {"catv", VX63_SET_FILE_CATV_ALL, Form::catv, 8, VX63_BDSYS_CATV},
+    {"catv-low", VX63_SET_FILE_CATV_90_470MHZ, Form::catv, 8, VX63_BDSYS_CATV},
+    {"catv-high", VX63_SET_FILE_CATV_470_1002MHZ, Form::catv, 8, VX63_BDSYS_CATV},
+    {"skyp", VX63_SET_FILE_SKYP, Form::named, 12, VX63_BDSYS_SKYP},
+    {"jsat3a", VX63_SET_FILE_JSAT3A, Form::satellite, kBandJsat3a, VX63_BDSYS_JSAT_2},
+    {"jsat4b", VX63_SET_FILE_JSAT4B, Form::satellite, 5, VX63_BDSYS_JSAT_2},
+    {"sccb", VX63_SET_FILE_SCCB, Form::satellite, 6, VX63_BDSYS_JSAT_2},
+    {"sccc", VX63_SET_FILE_SCCC, Form::satellite, kBandSccc, VX63_BDSYS_JSAT_2},
+    {"fm", VX63_SET_FILE_FM, Form::named, 14, VX63_BDSYS_LEVEL},
+    {"lte", VX63_SET_FILE_LTE, Form::wide, 13, VX63_BDSYS_LEVEL},
+    {"pilot", VX63_SET_FILE_PILOT, Form::named, 11, VX63_BDSYS_LEVEL},
+    {"up-stream", VX63_SET_FILE_CATV_UP_STREAM, Form::named, 15, VX63_BDSYS_LEVEL},
 };
 
 class Satellites {
@@ -156,8 +148,9 @@ public:
             const bool isCs = m_plan.band == kBandBs && std::string_view(record.CH_NO, 2) == "ND";
             const uint8_t band = isCs ? kBandCs : m_plan.band;
             // The second group of the BS and CS plans is that of the second generation.
-            const uint16_t system =
-                m_plan.system == kSatellite && record.WAVE == 1 ? kSatellite2 : m_plan.system;
+            const uint16_t system = m_plan.system == VX63_BDSYS_SATELLITE && record.WAVE == 1
+                                        ? VX63_BDSYS_SATELLITE_2
+                                        : m_plan.system;
             add(record.CH_NO, record.CENT_FREQ, system, band, satellites.localOscillator(band, record.WAVE),
                 satellites.supply(band, record.WAVE));
             ++m_group;
@@ -167,10 +160,10 @@ public:
     void addCatv()
     {
         for (const auto& record : recordsOrFactory<CatvRecord>(m_plan.fileId)) {
-            if (m_changes.usBdSys != kTerrestrial)
-                add(record.CH_NO, record.QAM_CENT_FREQ, kCatv, m_plan.band);
-            if (!m_changes.usBdSys || m_changes.usBdSys == kTerrestrial)
-                add(record.CH_NO, record.OFDM_CENT_FREQ, kTerrestrial, m_plan.band);
+            if (m_changes.usBdSys != VX63_BDSYS_TERRESTRIAL)
+                add(record.CH_NO, record.QAM_CENT_FREQ, VX63_BDSYS_CATV, m_plan.band);
+            if (!m_changes.usBdSys || m_changes.usBdSys == VX63_BDSYS_TERRESTRIAL)
+                add(record.CH_NO, record.OFDM_CENT_FREQ, VX63_BDSYS_TERRESTRIAL, m_plan.band);
             ++m_group;
         }
     }

@@ -27,9 +27,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr uint16_t kComplete = 2;
 constexpr double kSymbolUs = 1008; // useful part of a symbol
-constexpr uint32_t kOfdm = 1;
 constexpr milliseconds kPollTime{100};
 
 struct Options : ChannelOptions {
@@ -49,21 +47,21 @@ std::unique_ptr<DlyPrfResult> readProfile(const Options& options, Progress& prog
     for (;;) {
         require("cannot read the delay profile", [&] { return vx63_getDlyPrfResult(profile.get()); });
         const auto now = Clock::now();
-        if (profile->stat == kComplete || now >= deadline || interruption() != 0)
+        if (profile->stat == VX63_DLYPRF_COMPLETE || now >= deadline || interruption() != 0)
             break;
         progress.show(format("Measuring the delay profile: %.1f s",
                              std::chrono::duration<double>(now - start).count()));
         waitFor(std::min(kPollTime, std::chrono::ceil<milliseconds>(deadline - now)));
     }
     running.stop();
-    return profile->stat == kComplete ? std::move(profile) : nullptr;
+    return profile->stat == VX63_DLYPRF_COMPLETE ? std::move(profile) : nullptr;
 }
 
 // Begins with the first path: what comes within it does not disturb.
 std::optional<GuardInterval> guardOf(const SingleMeasResult& result, const std::vector<Path>& paths)
 {
     const auto name = guardIntervalName(result.GI);
-    if (!name || result.MOD != kOfdm || paths.empty())
+    if (!name || result.MOD != VX63_MOD_OFDM || paths.empty())
         return std::nullopt;
     const double length = kSymbolUs * (1 << result.GI) / 32;
     return GuardInterval{paths.front().delayUs, paths.front().delayUs + length, std::string(*name)};

@@ -1,6 +1,5 @@
 #include "measure/judgement.h"
 
-#include "common/names.h"
 #include "measure/channel_list.h"
 #include "settings/file.h"
 
@@ -79,7 +78,7 @@ Judgement judge(const std::vector<Threshold>& thresholds, const MeasCondition& c
                 const MultiMeasResult& result)
 {
     const Threshold* threshold = thresholdOf(thresholds, condition, result);
-    if (threshold == nullptr || (result.stat & kStatSignal) == 0)
+    if (threshold == nullptr || (result.stat & VX63_STAT_SIGNAL) == 0)
         return {};
     Judgement judgement;
     judgement.level = judgeLevel(*threshold, result.LEVEL);
@@ -88,7 +87,7 @@ Judgement judge(const std::vector<Threshold>& thresholds, const MeasCondition& c
         judgement.ber = judgeErrors(*threshold, result);
     }
     judgement.whole = std::max({judgement.level, judgement.cnr, judgement.ber});
-    if (result.lock == 0 && condition.usBdSys != kSystemLevel)
+    if (result.lock == 0 && condition.usBdSys != VX63_BDSYS_LEVEL)
         judgement.whole = Verdict::fail;
     return judgement;
 }

@@ -29,7 +29,7 @@ struct Measured {
 
 bool hasSignal(const MultiMeasResult& result)
 {
-    return (result.stat & kStatSignal) != 0;
+    return (result.stat & VX63_STAT_SIGNAL) != 0;
 }
 
 Reading readingOf(const Measured& measured)
@@ -103,7 +103,7 @@ std::string tableOf(ListKind kind, const std::vector<Measured>& list)
         if (kind == ListKind::scan && !hasSignal(result))
             continue;
         const bool locked = result.lock != 0;
-        const bool needsLock = measured.channel.condition.usBdSys != kSystemLevel;
+        const bool needsLock = measured.channel.condition.usBdSys != VX63_BDSYS_LEVEL;
         const auto modulation = modulationName(result.MOD);
         text += format("%-8s %12u %6s %6s %9s %-4s %-7s %s\n", printable(measured.channel.name).c_str(),
                        measured.channel.condition.ulFreq, tenths(result.LEVEL).c_str(),

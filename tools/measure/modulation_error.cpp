@@ -96,22 +96,22 @@ IdealPoints carriersOf(std::span<const ConstaPoint> points, double cnDb)
 std::optional<IdealPoints> idealPoints(uint32_t MOD, std::span<const ConstaPoint> points, double cnDb)
 {
     switch (MOD) {
-    case 1:
+    case VX63_MOD_OFDM:
         return carriersOf(points, cnDb);
-    case 2:
+    case VX63_MOD_BPSK:
         return IdealPoints{"BPSK", {{-kAmplitude, 0}, {kAmplitude, 0}}};
-    case 8:
+    case VX63_MOD_QPSK:
         return IdealPoints{"QPSK", square(2)};
-    case 16:
-    case 32:
+    case VX63_MOD_8PSK_SATELLITE:
+    case VX63_MOD_8PSK:
         return IdealPoints{"8PSK", rings({{8, 0, 1}})};
-    case 64:
+    case VX63_MOD_16APSK:
         return IdealPoints{"16APSK", rings({{4, 45, 1}, {12, 15, 2.85}})};
-    case 128:
+    case VX63_MOD_32APSK:
         return IdealPoints{"32APSK", rings({{4, 45, 1}, {12, 15, 2.84}, {16, 0, 5.27}})};
-    case 1024:
+    case VX63_MOD_64QAM:
         return IdealPoints{"64QAM", square(8)};
-    case 4096:
+    case VX63_MOD_256QAM:
         return IdealPoints{"256QAM", square(16)};
     default:
         return std::nullopt;

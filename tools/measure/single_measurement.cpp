@@ -2,7 +2,6 @@
 
 #include "common/exchange.h"
 #include "common/interrupt.h"
-#include "common/names.h"
 #include "common/text.h"
 
 #include <algorithm>
@@ -53,7 +52,7 @@ SingleMeasResult SingleMeasurement::readLocked(Progress& progress)
 
 bool needsLock(const ChannelOptions& options)
 {
-    return options.condition.usBdSys != kSystemLevel;
+    return options.condition.usBdSys != VX63_BDSYS_LEVEL;
 }
 
 Reading readingNow(const ChannelOptions& options, const SingleMeasResult& result)
