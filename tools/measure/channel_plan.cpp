@@ -148,9 +148,9 @@ public:
             const bool isCs = m_plan.band == kBandBs && std::string_view(record.CH_NO, 2) == "ND";
             const uint8_t band = isCs ? kBandCs : m_plan.band;
             // The second group of the BS and CS plans is that of the second generation.
-            const uint16_t system = m_plan.system == VX63_BDSYS_SATELLITE && record.WAVE == 1
-                                        ? VX63_BDSYS_SATELLITE_2
-                                        : m_plan.system;
+            uint16_t system = m_plan.system;
+            if (system == VX63_BDSYS_SATELLITE && record.WAVE == 1)
+                system = VX63_BDSYS_SATELLITE_2;
             add(record.CH_NO, record.CENT_FREQ, system, band, satellites.localOscillator(band, record.WAVE),
                 satellites.supply(band, record.WAVE));
             ++m_group;
