@@ -336,6 +336,17 @@ TEST_F(Lmsg, LeavesAWiderModeAndAnotherDepthAlone)
     EXPECT_EQ(text("first"), other.receive());
 }
 
+TEST_F(Lmsg, TakesAQueueDated2040)
+{
+    const OtherSide other(id, O_CREAT);
+    const timespec date = {.tv_sec = 2211840000, .tv_nsec = 0}; // 2 February 2040
+    const timespec times[2] = {date, date};
+    ASSERT_EQ(0, futimens(other.descriptor(), times));
+    EXPECT_EQ(LMSG_OK, send(id, text("message")));
+    ASSERT_EQ(0, futimens(other.descriptor(), times));
+    EXPECT_EQ((Received{LMSG_OK, text("message")}), receive(id));
+}
+
 TEST_F(Lmsg, OpensOnceAndKeeps)
 {
     ASSERT_EQ(LMSG_OK, send(id, text("message")));

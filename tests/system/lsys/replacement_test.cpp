@@ -80,6 +80,17 @@ TEST_F(ReplacementTest, AnOldFileKeepsModeAndOwner)
     umask(mask);
 }
 
+TEST_F(ReplacementTest, AFileDated2040IsReadAndReplaced)
+{
+    putText(path(), kOldText);
+    const timespec date = {.tv_sec = 2211840000, .tv_nsec = 0}; // 2 February 2040
+    const timespec times[2] = {date, date};
+    ASSERT_EQ(utimensat(AT_FDCWD, path().c_str(), times, 0), 0);
+    EXPECT_EQ(read(path(), kPlan, 3).records, kOld);
+    EXPECT_EQ(write(path(), kPlan, kNew), LSYS_OK);
+    EXPECT_EQ(read(path(), kPlan, 5).records, kNew);
+}
+
 TEST_F(ReplacementTest, LinksStayAndTheFileBehindThemIsReplaced)
 {
     std::filesystem::create_directories(path("real/deep"));
