@@ -20,7 +20,7 @@ _REMEDIES = {
 class Error(Exception):
     """An operation of the library has failed. `operation` is its name, `code` its result."""
 
-    name: str = "an unknown result"
+    name: str = ""
     code: int = 0
     _classes: ClassVar[dict[int, type[Error]]] = {}
 
@@ -34,9 +34,11 @@ class Error(Exception):
             Error._classes[cls.code] = cls
 
     def __str__(self) -> str:
+        if self.name not in _REMEDIES:
+            return f"{self.operation}: an unknown result ({self.code}): install library and module of one version"
         meaning = (type(self).__doc__ or "").rstrip(".")
-        remedy = _REMEDIES.get(self.name, "install library and module of one version")
-        return f"{self.operation}: {self.name} ({self.code}): {meaning[:1].lower()}{meaning[1:]}: {remedy}"
+        return (f"{self.operation}: {self.name} ({self.code}): {meaning[:1].lower()}{meaning[1:]}: "
+                f"{_REMEDIES[self.name]}")
 
 
 class SetFileError(Error):

@@ -1400,7 +1400,7 @@ def vx63_getOptMeasResult() -> int:
     """
     pResult = (c_int32 * 1)()
     checked("vx63_getOptMeasResult", pResult)
-    return int(pResult[0])
+    return pResult[0]
 
 
 def vx63_startDcMeas() -> None:
@@ -1425,7 +1425,7 @@ def vx63_getDcMeasResult() -> int:
     """
     pResult = (c_uint32 * 1)()
     checked("vx63_getDcMeasResult", pResult)
-    return int(pResult[0])
+    return pResult[0]
 
 
 def vx63_startAngleMeas() -> None:
@@ -1576,7 +1576,7 @@ def vx63_getStandbyStat() -> int:
     """
     pStandbyStat = (c_uint32 * 1)()
     checked("vx63_getStandbyStat", pStandbyStat)
-    return int(pStandbyStat[0])
+    return pStandbyStat[0]
 
 
 def vx63_calibration(ucMode: int) -> None:

@@ -35,8 +35,12 @@ def test_every_result_code_is_an_exception():
                                          vx63.PriorityError)}
     assert set(classes) == set(codes.values())
     for name, code in codes.items():
-        text = str(classes[code]("vx63_x", code))
-        assert re.fullmatch(rf"vx63_x: {name} \({code}\): .{{20,}}: .{{20,}}", text), text
+        error = vx63._errors.error_of("vx63_x", code)
+        assert type(error) is classes[code]
+        assert re.fullmatch(rf"vx63_x: {name} \({code}\): .{{20,}}: .{{20,}}", str(error)), str(error)
+        assert "of one version" not in str(error)
+    assert str(vx63._errors.error_of("vx63_x", -3)) == (
+        "vx63_x: an unknown result (-3): install library and module of one version")
 
 
 def fields(cls):
