@@ -30,7 +30,76 @@ PROC_ID_PKEY: Final = 8  # key service: key states
 PROC_ID_PBUZ: Final = 10  # buzzer service
 PROC_ID_PMEAS: Final = 12  # measurement service: all measurements, standby, calibration, battery notices
 
-VX63_POWER_SUPPLY_OFF: Final = 0  # antenna power supply off; 1 to 4 select a supply
+# RF inputs.
+VX63_INPUT_0: Final = 0
+VX63_INPUT_1: Final = 1
+
+# Antenna power supplies: the voltage selects the polarisation of an LNB, the 22 kHz tone its band.
+VX63_POWER_SUPPLY_OFF: Final = 0
+VX63_POWER_SUPPLY_11V: Final = 1
+VX63_POWER_SUPPLY_15V: Final = 2
+VX63_POWER_SUPPLY_11V_TONE: Final = 3
+VX63_POWER_SUPPLY_15V_TONE: Final = 4
+
+# Broadcast systems: usBdSys, bdSys, BDSYS.
+VX63_BDSYS_TERRESTRIAL: Final = 0
+VX63_BDSYS_SATELLITE: Final = 1  # BS and CS, first generation
+VX63_BDSYS_SATELLITE_2: Final = 2  # BS and CS, second generation
+VX63_BDSYS_CATV: Final = 3
+VX63_BDSYS_JSAT: Final = 4
+VX63_BDSYS_JSAT_2: Final = 5
+VX63_BDSYS_SKYP: Final = 6
+VX63_BDSYS_CATV_2: Final = 9
+VX63_BDSYS_LEVEL: Final = 10  # any carrier: its level alone, without lock
+
+# Modulations, a bit each: usMod takes one or several, or VX63_MOD_ANY; MOD gives one.
+VX63_MOD_ANY: Final = 0
+VX63_MOD_OFDM: Final = 1
+VX63_MOD_BPSK: Final = 2
+VX63_MOD_QPSK: Final = 8
+VX63_MOD_8PSK_SATELLITE: Final = 16  # of VX63_BDSYS_SATELLITE
+VX63_MOD_8PSK: Final = 32  # of all others
+VX63_MOD_16APSK: Final = 64
+VX63_MOD_32APSK: Final = 128
+VX63_MOD_64QAM: Final = 1024
+VX63_MOD_256QAM: Final = 4096
+VX63_MOD_NONE: Final = 8192  # a carrier without modulation
+
+# Guard intervals of an OFDM signal, as a part of its useful symbol: GI.
+VX63_GI_1_32: Final = 0
+VX63_GI_1_16: Final = 1
+VX63_GI_1_8: Final = 2
+VX63_GI_1_4: Final = 3
+
+# Bits of the stat of a measurement result.
+VX63_STAT_SIGNAL: Final = 1  # the carrier-to-noise ratio is 0 dB or more
+VX63_STAT_LOCKED: Final = 2  # as lock says
+VX63_STAT_BITS: Final = 4  # bits were counted: BER_TOTAL is not 0
+VX63_STAT_POWER_SUPPLY: Final = 8  # the antenna power supply is on
+VX63_STAT_MEASURED: Final = 16  # of a list of channels: this one has been measured
+
+# Bits of the measurement service's ulMeasStat: what it is at.
+VX63_MEAS_SINGLE: Final = 1  # a single measurement runs
+VX63_MEAS_LOCKED: Final = 2  # it, or the delay profile, has locked
+VX63_MEAS_MULTI: Final = 4  # a multi-channel measurement runs
+VX63_MEAS_SCAN: Final = 8  # a scan runs and is not over
+VX63_MEAS_DLYPRF: Final = 16  # a delay profile is measured
+VX63_MEAS_CONSTA: Final = 32  # constellation points are collected
+VX63_MEAS_OPT: Final = 64  # the optical power is measured
+VX63_MEAS_DC: Final = 128  # the DC voltage is measured
+
+# Bits of the measurement service's usInputStat.
+VX63_INPUT_STAT_1: Final = 1  # VX63_INPUT_1 is selected
+VX63_INPUT_STAT_SUPPLY: Final = 2  # the antenna power supply is on,
+VX63_INPUT_STAT_15V: Final = 4  # at 15 V,
+VX63_INPUT_STAT_TONE: Final = 8  # with the tone,
+VX63_INPUT_STAT_SUPPLY_FAULT: Final = 16  # reports a fault
+VX63_INPUT_STAT_MIXED_BANDS: Final = 32  # feeds lists of mixed bands
+
+# State of a delay profile: its stat.
+VX63_DLYPRF_NONE: Final = 0  # there is nothing to lock to
+VX63_DLYPRF_MEASURING: Final = 1  # read again later
+VX63_DLYPRF_COMPLETE: Final = 2
 
 # The settings files, all under /usr/local/bin/: records x bytes of a record, then the file. The %s of a
 # setting set stands for the set's name. For sets and lists the records are the most that they hold.
@@ -131,15 +200,15 @@ class PriorityError(Error):
 
 class MeasCondition(Record):
     """What to measure: passed to every measurement start. Only powerSupply is interpreted by the library."""
-    ulFreq: int  # frequency to tune
-    ulLoFreq: int  # local-oscillator frequency, for converted satellite bands
-    usBdSys: int  # broadcast system code
-    usBand: int  # band code
-    usMod: int  # modulation code
-    usCondition: int  # condition bits
+    ulFreq: int  # kHz: centre frequency of the channel, before a converter
+    ulLoFreq: int  # kHz: local-oscillator frequency of the converter; 0 or 4294967295: none. The tuner receives ulFreq - ulLoFreq, 10000 to 3224000 kHz
+    usBdSys: int  # VX63_BDSYS_*: broadcast system
+    usBand: int  # band code: channels of a list with the same one share a power supply
+    usMod: int  # VX63_MOD_*, one or several: modulations to lock to
+    usCondition: int  # condition bits: come back as mesCond
     ucStrChan: bytes  # channel name: exactly 8 bytes, not necessarily NUL-terminated
     ucOutputEnb: int  # output enable
-    powerSupply: int  # antenna power supply 0 to 4; any other value is taken as VX63_POWER_SUPPLY_OFF
+    powerSupply: int  # VX63_POWER_SUPPLY_*; any other value is taken as VX63_POWER_SUPPLY_OFF
 
     _fields_ = [
         ("ulFreq", c_uint32),
@@ -156,8 +225,8 @@ class MeasCondition(Record):
 
 class MeasStatus(Record):
     """State of the measurement service."""
-    ulMeasStat: int  # measurement status bits
-    usInputStat: int  # input status bits
+    ulMeasStat: int  # VX63_MEAS_*, bits
+    usInputStat: int  # VX63_INPUT_STAT_*, bits
 
     _fields_ = [
         ("ulMeasStat", c_uint32),
@@ -167,11 +236,11 @@ class MeasStatus(Record):
 
 class PowerSupplyInfo(Record):
     """Readings of the antenna power supply."""
-    ucPowerSupply: int  # the supply that is switched on
-    ucVolt: int  # voltage
-    usAdVal: int  # raw value of the A/D converter
-    ulCurrentM: int  # current, in thousandths
-    ulElecPowerM: int  # power, in thousandths
+    ucPowerSupply: int  # VX63_POWER_SUPPLY_*: the one asked for
+    ucVolt: int  # V at the connector
+    usAdVal: int  # reading of the A/D converter, 0 to 1023: 20 V at full scale
+    ulCurrentM: int  # mA
+    ulElecPowerM: int  # mW
 
     _fields_ = [
         ("ucPowerSupply", c_uint8),
@@ -183,7 +252,9 @@ class PowerSupplyInfo(Record):
 
 
 class ConstaPoint(Record):
-    """One constellation point. (A C program that also includes <complex.h> must undefine its macro I.)"""
+    """One constellation point; the ideal points have a root mean square amplitude of 64. (A C program that also
+    includes <complex.h> must undefine its macro I.)
+    """
     I: int
     Q: int
 
@@ -195,19 +266,19 @@ class ConstaPoint(Record):
 
 class SingleMeasResult(Record):
     """Result of a single measurement."""
-    lock: int  # lock state
-    stat: int  # measurement status
-    mesCond: int  # measured condition
+    lock: int  # 1: locked. Without lock the fields from BER_TOTAL to MOD are 0
+    stat: int  # VX63_STAT_*, bits
+    mesCond: int  # usCondition of the start
     reserved: int  # never written by the library
-    bdSys: int  # broadcast system detected
-    LEVEL: int  # level
-    CNR: int  # carrier-to-noise ratio
-    BER_TOTAL: int  # bits counted for the bit error rate
-    BER_ERR: int  # erroneous bits among them
+    bdSys: int  # VX63_BDSYS_*: of the signal when locked, else the one asked for
+    LEVEL: int  # 0.1 dBuV: level; 0 for 0 dBuV and less
+    CNR: int  # 0.1 dB: carrier-to-noise ratio; 0 for 0 dB and less
+    BER_TOTAL: int  # bits counted since the last result, or since the lock
+    BER_ERR: int  # erroneous bits among them, before error correction
     TSID: int  # transport-stream id
-    GI: int  # guard interval
+    GI: int  # VX63_GI_*: guard interval
     LAYER: int  # hierarchical layer
-    MOD: int  # modulation
+    MOD: int  # VX63_MOD_*: modulation
     CONS_NUM: int  # constellation points; left as it is by a plain result read
     points: Array[ConstaPoint]  # left as they are by a plain result read
 
@@ -273,8 +344,8 @@ class SetListEntry(Record):
 
 class DlyPrfResult(Record):
     """A delay profile."""
-    stat: int  # 2 complete, 1 still measuring, any other: no data
-    ucDlyPrfData: Array[c_int8]  # samples in the order of their delay
+    stat: int  # VX63_DLYPRF_COMPLETE, _MEASURING; any other: no data
+    ucDlyPrfData: Array[c_int8]  # 0.5 dB against the main path, -128 for -64 dB and less; sample n has a delay of (n - 512) * 0.1640625 us
 
     _fields_ = [
         ("stat", c_uint16),
@@ -286,7 +357,7 @@ class MultiMeasReg(FlexibleRecord):
     """Channels to measure or to scan: one block of sizeof(MultiMeasReg) + sRegNum * sizeof(MeasCondition) bytes.
     The array is C99's flexible one, which C++ compilers know as well.
     """
-    sRegNum: int  # number of channels that follow
+    sRegNum: int  # number of channels that follow, 0 to 256
     single: Array[MeasCondition]  # the channels; the index of a channel here is its index in a result read
 
     _fields_ = [
@@ -298,20 +369,20 @@ class MultiMeasReg(FlexibleRecord):
 
 class MultiMeasResult(Record):
     """Result of one channel of a multi-channel measurement or a scan."""
-    lock: int  # lock state
-    stat: int  # measurement status
-    mesCond: int  # measured condition
+    lock: int  # 1: locked. Without lock the fields from BER_TOTAL to MOD are 0
+    stat: int  # VX63_STAT_*, bits; 0 until the channel has been measured
+    mesCond: int  # usCondition of the start
     readIdx: int  # index of the channel whose result this is
     currIdx: int  # index of the channel that is being measured now
-    bdSys: int  # broadcast system detected
-    LEVEL: int  # level
-    CNR: int  # carrier-to-noise ratio
-    BER_TOTAL: int  # bits counted for the bit error rate
-    BER_ERR: int  # erroneous bits among them
+    bdSys: int  # VX63_BDSYS_*: of the signal when locked, else the one asked for
+    LEVEL: int  # 0.1 dBuV: level; 0 for 0 dBuV and less
+    CNR: int  # 0.1 dB: carrier-to-noise ratio; 0 for 0 dB and less
+    BER_TOTAL: int  # bits counted since the last result, or since the lock
+    BER_ERR: int  # erroneous bits among them, before error correction
     TSID: int  # transport-stream id
-    GI: int  # guard interval
+    GI: int  # VX63_GI_*: guard interval
     LAYER: int  # hierarchical layer
-    MOD: int  # modulation
+    MOD: int  # VX63_MOD_*: modulation
 
     _fields_ = [
         ("lock", c_uint8),
@@ -332,7 +403,7 @@ class MultiMeasResult(Record):
 
 
 class AnglePoint(Record):
-    """A point of the angle sensor's calibration."""
+    """A point of the angle sensor's calibration: microtesla."""
     x: float
     y: float
     z: float
@@ -346,7 +417,7 @@ class AnglePoint(Record):
 
 class AngleCalStat(Record):
     """Progress of the angle sensor's calibration."""
-    lStatus: int  # as the device service reports it
+    lStatus: int  # 0 never calibrated; 1, 2, 3 in that turn; 4 finished
     centerPoint1: AnglePoint
     centerPoint2: AnglePoint
     centerPoint3: AnglePoint
@@ -360,19 +431,19 @@ class AngleCalStat(Record):
 
 
 class AngleCalInfoDetail(Record):
-    """Live values of the angle sensor."""
-    flRoll: float
-    flPitch: float
-    flAx: float  # acceleration, raw
+    """Live values of the angle sensor. Axes as in aeronautics: x forward, y to the right, z down."""
+    flRoll: float  # degrees, about x
+    flPitch: float  # degrees, about y
+    flAx: float  # g: acceleration, raw
     flAy: float
     flAz: float
-    flMx: float  # magnetic field, raw
+    flMx: float  # microtesla: magnetic field, raw
     flMy: float
     flMz: float
-    flAxRot: float  # acceleration, rotated
+    flAxRot: float  # g: acceleration, seen from level axes
     flAyRot: float
     flAzRot: float
-    flMxRot: float  # magnetic field, rotated
+    flMxRot: float  # microtesla: magnetic field, seen from level axes
     flMyRot: float
     flMzRot: float
 
@@ -396,8 +467,8 @@ class AngleCalInfoDetail(Record):
 
 class MeasSetManuBdsysMod(Record):
     """One row of the factory table of manual broadcast systems and modulations."""
-    BDSYS: int  # broadcast system code
-    MOD: int  # modulation code
+    BDSYS: int  # VX63_BDSYS_*
+    MOD: int  # VX63_MOD_*, one or several
 
     _fields_ = [
         ("BDSYS", c_uint16),
@@ -1156,7 +1227,7 @@ def vx63_ntfUpdateFileIdx(fileId: int, ulIdx: int) -> None:
 
 def vx63_setMeasInput(input: int) -> None:
     """Selects the RF input of the measurement service. 10 s.
-      input  0 or 1
+      input  VX63_INPUT_*
     Raises ArgError, CommError.
     """
     checked("vx63_setMeasInput", number(c_int32, "input", input))
@@ -1164,7 +1235,7 @@ def vx63_setMeasInput(input: int) -> None:
 
 def vx63_reqPowerSupply(powerSupply: int) -> None:
     """Switches the antenna power supply. Answered by the measurement service; 10 s.
-      powerSupply  0 (VX63_POWER_SUPPLY_OFF) to 4
+      powerSupply  VX63_POWER_SUPPLY_*, 0 to 4
     Raises ArgError, CommError.
     """
     checked("vx63_reqPowerSupply", number(c_int32, "powerSupply", powerSupply))
@@ -1379,7 +1450,7 @@ def vx63_getScanResult(sIndex: int, pResult: MultiMeasResult | None = None) -> M
 
 def vx63_startOptMeas(ulWaveLength: int) -> None:
     """Starts to measure the optical input power. Answered by the measurement service; 10 s.
-      ulWaveLength  wavelength, not 0; any other value is passed on and the service judges it
+      ulWaveLength  nm, 800 to 1700. The library refuses 0 alone; the service judges any other value
     Raises ArgError, CommError.
     """
     checked("vx63_startOptMeas", number(c_uint32, "ulWaveLength", ulWaveLength))
@@ -1394,7 +1465,7 @@ def vx63_stopOptMeas() -> None:
 
 def vx63_getOptMeasResult() -> int:
     """Reads the optical power. Answered by the measurement service; 10 s.
-      pResult  optical power as the service scales it; may be negative
+      pResult  0.01 dBm: optical power
     Raises ArgError, CommError.
     Returns what pResult receives in C.
     """
@@ -1419,7 +1490,7 @@ def vx63_stopDcMeas() -> None:
 
 def vx63_getDcMeasResult() -> int:
     """Reads the DC voltage. Answered by the measurement service; 10 s.
-      pResult  voltage as the service scales it
+      pResult  mV
     Raises ArgError, CommError.
     Returns what pResult receives in C.
     """
@@ -1680,7 +1751,59 @@ __all__ = [
     "PROC_ID_PKEY",
     "PROC_ID_PBUZ",
     "PROC_ID_PMEAS",
+    "VX63_INPUT_0",
+    "VX63_INPUT_1",
     "VX63_POWER_SUPPLY_OFF",
+    "VX63_POWER_SUPPLY_11V",
+    "VX63_POWER_SUPPLY_15V",
+    "VX63_POWER_SUPPLY_11V_TONE",
+    "VX63_POWER_SUPPLY_15V_TONE",
+    "VX63_BDSYS_TERRESTRIAL",
+    "VX63_BDSYS_SATELLITE",
+    "VX63_BDSYS_SATELLITE_2",
+    "VX63_BDSYS_CATV",
+    "VX63_BDSYS_JSAT",
+    "VX63_BDSYS_JSAT_2",
+    "VX63_BDSYS_SKYP",
+    "VX63_BDSYS_CATV_2",
+    "VX63_BDSYS_LEVEL",
+    "VX63_MOD_ANY",
+    "VX63_MOD_OFDM",
+    "VX63_MOD_BPSK",
+    "VX63_MOD_QPSK",
+    "VX63_MOD_8PSK_SATELLITE",
+    "VX63_MOD_8PSK",
+    "VX63_MOD_16APSK",
+    "VX63_MOD_32APSK",
+    "VX63_MOD_64QAM",
+    "VX63_MOD_256QAM",
+    "VX63_MOD_NONE",
+    "VX63_GI_1_32",
+    "VX63_GI_1_16",
+    "VX63_GI_1_8",
+    "VX63_GI_1_4",
+    "VX63_STAT_SIGNAL",
+    "VX63_STAT_LOCKED",
+    "VX63_STAT_BITS",
+    "VX63_STAT_POWER_SUPPLY",
+    "VX63_STAT_MEASURED",
+    "VX63_MEAS_SINGLE",
+    "VX63_MEAS_LOCKED",
+    "VX63_MEAS_MULTI",
+    "VX63_MEAS_SCAN",
+    "VX63_MEAS_DLYPRF",
+    "VX63_MEAS_CONSTA",
+    "VX63_MEAS_OPT",
+    "VX63_MEAS_DC",
+    "VX63_INPUT_STAT_1",
+    "VX63_INPUT_STAT_SUPPLY",
+    "VX63_INPUT_STAT_15V",
+    "VX63_INPUT_STAT_TONE",
+    "VX63_INPUT_STAT_SUPPLY_FAULT",
+    "VX63_INPUT_STAT_MIXED_BANDS",
+    "VX63_DLYPRF_NONE",
+    "VX63_DLYPRF_MEASURING",
+    "VX63_DLYPRF_COMPLETE",
     "VX63_SET_FILE_POWOFF",
     "VX63_SET_FILE_VOLUME",
     "VX63_SET_FILE_BRIGHTNESS",

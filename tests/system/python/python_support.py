@@ -1,6 +1,7 @@
 """The module vx63 of the source tree over the programs of the build tree."""
 
 import os
+import re
 import subprocess
 import sys
 from pathlib import Path
@@ -14,6 +15,10 @@ from lent_machine import lent_machine
 SOURCE = Path(__file__).resolve().parents[3]
 PYTHON = SOURCE / "python"
 INTERPRETER = "/usr/bin/python3"
+
+# What libvx63.so exports.
+EXPORTED = re.findall(r"^\s+(\w+);", (SOURCE / "packaging" / "libvx63.map").read_text(), re.MULTILINE)
+VARIABLES = {"gLibDumpLog", "gLibDumpTestLog", "g_cLibTestLogFilePath", "g_lLibLogLevel", "g_measSetManuBdsysModDef"}
 
 sys.path.insert(0, str(PYTHON))
 os.environ["PYTHONPATH"] = str(PYTHON)

@@ -5,12 +5,9 @@ import re
 import subprocess
 
 from conftest import HANG, run
-from python_support import INTERPRETER, PYTHON, SOURCE, machine  # noqa: F401
+from python_support import EXPORTED, INTERPRETER, PYTHON, SOURCE, VARIABLES, machine  # noqa: F401
 
 import vx63
-
-EXPORTED = re.findall(r"^\s+(\w+);", (SOURCE / "packaging" / "libvx63.map").read_text(), re.MULTILINE)
-VARIABLES = {"gLibDumpLog", "gLibDumpTestLog", "g_cLibTestLogFilePath", "g_lLibLogLevel", "g_measSetManuBdsysModDef"}
 
 
 def test_written_part_is_up_to_date(tmp_path):

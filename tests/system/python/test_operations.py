@@ -3,8 +3,7 @@
 import struct
 
 import pytest
-from python_support import machine  # noqa: F401
-from test_interface import EXPORTED, VARIABLES
+from python_support import EXPORTED, VARIABLES, machine  # noqa: F401
 
 import vx63
 
