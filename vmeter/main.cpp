@@ -1,4 +1,5 @@
 // vx63-vmeter: a virtual meter, five service processes over one simulated scene.
+#include "cli/declaration.h"
 #include "failure.h"
 #include "lmsg.h"
 #include "process/descriptor.h"
@@ -178,6 +179,13 @@ std::string descriptorError(const std::string& text)
     return open ? "" : text + " is no open descriptor";
 }
 
+// `rest` is not CLI11's to parse.
+void takesCommand(CLI::App& command, cli::Extras& extras, const char* rest)
+{
+    command.formatter(std::make_shared<CommandFormatter>(rest));
+    extras.rest[&command] = rest;
+}
+
 void addMeterOptions(CLI::App& command, Options& options)
 {
     command.add_option("--scene", options.scene, "scene file; none: the scene that is built in")
@@ -215,6 +223,7 @@ int runMain(int argc, char** argv)
 
     CLI::App app("A virtual meter: the five service processes of the meter over one simulated scene.",
                  "vx63-vmeter");
+    cli::Extras extras;
     app.require_subcommand(0, 1);
     app.footer("Example:\n"
                "  vx63-vmeter run --trace messages.json -- vx63 measure single --freq 557143\n\n"
@@ -223,7 +232,7 @@ int runMain(int argc, char** argv)
 
     CLI::App& runCommand = *app.add_subcommand(
         "run", "run a command with a meter of its own: private queues, log and settings folders");
-    runCommand.formatter(std::make_shared<CommandFormatter>("-- COMMAND..."));
+    takesCommand(runCommand, extras, "-- COMMAND...");
     addMeterOptions(runCommand, options);
     runCommand.add_option("--state", options.state, "keep log and settings folders in DIR")->type_name("DIR");
     runCommand.add_flag("--in-place", options.inPlace,
@@ -236,7 +245,7 @@ int runMain(int argc, char** argv)
                       "  vx63-vmeter run --fault meas/0x104:2=late,300 -- ./my-application");
 
     CLI::App& serveCommand = *app.add_subcommand("serve", "run the services on the queues that are here");
-    serveCommand.formatter(std::make_shared<CommandFormatter>("[-- COMMAND...]"));
+    takesCommand(serveCommand, extras, "[-- COMMAND...]");
     addMeterOptions(serveCommand, options);
     serveCommand
         .add_option("--ready-fd", options.readyFd,
@@ -266,6 +275,11 @@ int runMain(int argc, char** argv)
 
     CLI::App& checkCommand = *app.add_subcommand("check", "tell whether 'run' can have namespaces here");
     checkCommand.add_flag("--inside", options.probe)->group("");
+
+    if (const auto text = cli::answer(app, extras, {argv + 1, argv + argc})) {
+        std::fputs(text->c_str(), stdout);
+        return 0;
+    }
 
     try {
         std::reverse(arguments.begin(), arguments.end()); // as CLI11 wants them

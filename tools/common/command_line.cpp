@@ -84,6 +84,20 @@ Option& Option::environment(const std::string& variable)
     return *this;
 }
 
+Option& Option::offers(const std::string& words)
+{
+    std::vector<std::string> list;
+    for (const std::string& word : CLI::detail::split(words, ','))
+        list.push_back(CLI::detail::trim_copy(word));
+    return offers([list](const cli::Given&) { return list; });
+}
+
+Option& Option::offers(cli::Words words)
+{
+    m_extras->words[m_option] = std::move(words);
+    return *this;
+}
+
 bool Option::given() const
 {
     return m_option->count() > 0;
@@ -93,7 +107,7 @@ CommandLine CommandLine::add(const char* name, const char* description, const ch
 {
     CLI::App* app = m_app->add_subcommand(name, description)->group("Commands");
     app->footer(std::string("Example: ") + example);
-    return {*app, *m_chosen};
+    return {*app, *m_program};
 }
 
 CommandLine CommandLine::addGroup(const char* name, const char* description, const char* example)
@@ -110,13 +124,13 @@ void CommandLine::notes(const char* text)
 
 Option CommandLine::flag(const std::string& name, bool& target, const std::string& description)
 {
-    return Option(*m_app->add_flag(name, target, description));
+    return option(*m_app->add_flag(name, target, description));
 }
 
 Option CommandLine::text(const std::string& name, std::string& target, const std::string& type,
                          const std::string& description)
 {
-    return Option(*m_app->add_option(name, target, description)->type_name(type));
+    return option(*m_app->add_option(name, target, description)->type_name(type));
 }
 
 Option CommandLine::seconds(const std::string& name, int64_t& targetMs, const std::string& description,
@@ -130,21 +144,22 @@ Option CommandLine::seconds(const std::string& name, int64_t& targetMs, const st
 Option CommandLine::value(const std::string& name, const std::string& type, const std::string& description,
                           std::function<void(const std::string&)> take)
 {
-    return Option(
+    return option(
         *m_app->add_option_function<std::string>(name, std::move(take), description)->type_name(type));
 }
 
 Option CommandLine::choice(const std::string& name, const std::string& type, const std::string& description,
                            std::initializer_list<const char*> words, std::function<void(size_t)> take)
 {
+    const std::vector<std::string> list(words.begin(), words.end());
     return value(name, type, description,
-                 [name, list = std::vector<std::string>(words.begin(), words.end()),
-                  take = std::move(take)](const std::string& text) {
+                 [name, list, take = std::move(take)](const std::string& text) {
                      const auto word = std::find(list.begin(), list.end(), text);
                      if (word == list.end())
                          throw WrongUsage(name, noneOf(text, list));
                      take(static_cast<size_t>(word - list.begin()));
-                 });
+                 })
+        .offers([list](const cli::Given&) { return list; });
 }
 
 void CommandLine::check(std::function<void()> check)
@@ -154,10 +169,10 @@ void CommandLine::check(std::function<void()> check)
 
 void CommandLine::finish(Command work)
 {
-    m_app->callback([check = m_check, work = std::move(work), chosen = m_chosen] {
+    m_app->callback([check = m_check, work = std::move(work), program = m_program] {
         if (check)
             check();
-        *chosen = work;
+        program->chosen = work;
     });
 }
 
@@ -170,7 +185,8 @@ void CommandLine::addId(int32_t& id)
 {
     value("--id", "N", "Own process id, 0 to 17 but none of the services' 0, 6, 8, 10, 12 [17]",
           [&id](const std::string& text) { id = processIdIn("--id", text); })
-        .environment("VX63_PROCESS_ID");
+        .environment("VX63_PROCESS_ID")
+        .offers("1, 2, 3, 4, 5, 7, 9, 11, 13, 14, 15, 16, 17");
 }
 
 Command readCommandLine(int argc, char** argv, const char* description, const char* footer,
@@ -184,9 +200,11 @@ Command readCommandLine(int argc, char** argv, const char* description, const ch
     app.footer(footer);
     app.require_subcommand(1);
 
-    Command chosen;
-    CommandLine line(app, chosen);
+    CommandLine::Program program;
+    CommandLine line(app, program);
     declare(line);
+    if (const auto text = cli::answer(app, program.extras, {argv + 1, argv + argc}))
+        return printing(*text);
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
@@ -199,7 +217,7 @@ Command readCommandLine(int argc, char** argv, const char* description, const ch
     } catch (const WrongUsage& error) {
         throw wrongUsage(app, error.what());
     }
-    return chosen;
+    return program.chosen;
 }
 
 } // namespace tool

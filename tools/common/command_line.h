@@ -2,6 +2,7 @@
 // this header alone, since whatever includes it takes ten times as long to compile.
 #pragma once
 
+#include "cli/declaration.h"
 #include "common/numbers.h"
 
 #include <cstdint>
@@ -11,11 +12,6 @@
 #include <string>
 #include <type_traits>
 
-namespace CLI {
-class App;
-class Option;
-} // namespace CLI
-
 namespace tool {
 
 // What a command does. Returns the exit code; throws Failure or BrokenPipe.
@@ -24,19 +20,23 @@ using Command = std::function<int()>;
 // An option or a positional argument that has been declared.
 class Option {
 public:
-    explicit Option(CLI::Option& option) : m_option(&option) {}
+    Option(CLI::Option& option, cli::Extras& extras) : m_option(&option), m_extras(&extras) {}
     Option& required();
     Option& needs(const Option& other);
     Option& excludes(const Option& other);
     Option& environment(const std::string& variable); // holds the value where the option is not given
-    bool given() const;                               // for CommandLine::check
+    Option& offers(const std::string& words);         // what completes the value: "uhf, bs, cs"
+    Option& offers(cli::Words words);
+    bool given() const; // for CommandLine::check
 
 private:
     CLI::Option* m_option;
+    cli::Extras* m_extras;
 };
 
 // The command line of one command. Names: "--json", or "FILE" for a positional argument. Types are what the
-// help shows for the value; descriptions end with the value that holds without the option: "[0]".
+// help shows for the value, and tell completion what to offer: see cli/declaration.h. Descriptions end with
+// the value that holds without the option: "[0]".
 class CommandLine {
 public:
     // Declares a command below this one: `work` is called with its options when it is the one that was given.
@@ -93,17 +93,23 @@ public:
     void check(std::function<void()> check);
 
 private:
-    CommandLine(CLI::App& app, Command& chosen) : m_app(&app), m_chosen(&chosen) {}
+    struct Program { // what all command lines of a program share
+        Command chosen;
+        cli::Extras extras;
+    };
+
+    CommandLine(CLI::App& app, Program& program) : m_app(&app), m_program(&program) {}
     CommandLine add(const char* name, const char* description, const char* example);
     void addYes(bool& yes);
     void addId(int32_t& id);
     void finish(Command work);
+    Option option(CLI::Option& option) { return {option, m_program->extras}; }
 
     friend Command readCommandLine(int argc, char** argv, const char* description, const char* footer,
                                    void (*declare)(CommandLine&));
 
     CLI::App* m_app;
-    Command* m_chosen;
+    Program* m_program;
     std::function<void()> m_check;
 };
 

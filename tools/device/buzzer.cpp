@@ -43,7 +43,8 @@ void addBuzzer(CommandLine& program)
             line.value("SOUND", "SOUND",
                        soundNames() + ", or 0 to 4: the later ones go before the earlier ones",
                        [&options](const std::string& text) { options.sound = soundIn("SOUND", text); })
-                .required();
+                .required()
+                .offers(soundNames());
             const Option repeat = line.flag("--repeat", options.repeat, "Repeat it until it is stopped");
             line.flag("--stop", options.stop, "Stop what sounds, unless it goes before SOUND")
                 .excludes(repeat);

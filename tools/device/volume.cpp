@@ -44,7 +44,8 @@ void addVolume(CommandLine& program)
                            options.first = all ? 0 : soundIn("SOUND", text);
                            options.last = all ? kSoundCount - 1 : options.first;
                        })
-                .required();
+                .required()
+                .offers("all, " + soundNames());
             line.number("VOLUME", options.volume, "0..3", "0 silent to 3", 0, kLoudest).required();
         });
 }

@@ -43,10 +43,12 @@ void addChannelOptions(CommandLine& line, ChannelOptions& options)
     line.number("--lo", condition.ulLoFreq, "KHZ",
                 "Local-oscillator frequency of a converter, in kHz [0: none]", 0, UINT32_MAX);
     line.value("--system", "SYSTEM", "Broadcast system: " + systemNames() + ", or its code [terrestrial]",
-               [&condition](const std::string& text) { condition.usBdSys = systemIn("--system", text); });
+               [&condition](const std::string& text) { condition.usBdSys = systemIn("--system", text); })
+        .offers(systemNames());
     line.number("--band", condition.usBand, "N", "Band code [0]", 0, UINT16_MAX);
     line.text("--mod", options.modulation, "MOD",
-              "Modulation: " + modulationNames() + ", or its code [0: whatever the system has]");
+              "Modulation: " + modulationNames() + ", or its code [0: whatever the system has]")
+        .offers(modulationNames());
     line.number("--condition", condition.usCondition, "BITS", "Condition bits, e.g. 0x0001 [0]", 0,
                 UINT16_MAX);
     line.value("--channel", "NAME", "Channel name, up to 8 bytes", [&condition](const std::string& text) {

@@ -59,7 +59,7 @@ public:
         : m_path(path), m_place(format("[%zu]", index)), m_object(object)
     {
         if (!object.is_object())
-            refuse(path, m_place + ": must be an object", "see vx63(1), CONDITIONS");
+            refuse(path, m_place + ": must be an object", "see vx63-measure(1), CONDITIONS");
         for (const auto& [key, value] : object.items())
             if (std::ranges::find(kKeys, key) == std::end(kKeys))
                 fail(key, "is no key");
@@ -112,7 +112,7 @@ public:
 
     [[noreturn]] void fail(const std::string& key, const std::string& why) const
     {
-        refuse(m_path, m_place + "." + key + ": " + why, "see vx63(1), CONDITIONS");
+        refuse(m_path, m_place + "." + key + ": " + why, "see vx63-measure(1), CONDITIONS");
     }
 
 private:
@@ -158,10 +158,11 @@ std::vector<ListChannel> readConditions(const std::string& path)
     try {
         list = json::parse(contents);
     } catch (const json::parse_error& error) {
-        refuse(path, format("byte %zu is not what JSON has there", error.byte), "see vx63(1), CONDITIONS");
+        refuse(path, format("byte %zu is not what JSON has there", error.byte),
+               "see vx63-measure(1), CONDITIONS");
     }
     if (!list.is_array() || list.empty())
-        refuse(path, "must be an array of at least one channel", "see vx63(1), CONDITIONS");
+        refuse(path, "must be an array of at least one channel", "see vx63-measure(1), CONDITIONS");
     std::vector<ListChannel> channels;
     for (size_t i = 0; i < list.size(); ++i)
         channels.push_back(readChannel(path, i, list[i]));

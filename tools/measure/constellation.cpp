@@ -148,7 +148,8 @@ void addConstellation(CommandLine& measure)
                                                   "--points",
                                                   format("'%s' is none of 1000, 2000, 4000", text.c_str()));
                                           options.points = static_cast<uint16_t>(*number);
-                                      });
+                                      })
+                               .offers("1000, 2000, 4000");
                            Picture::addOption(line, options.plot);
                            addChannelOptions(line, options);
                            line.flag("--json", options.json, "Print a JSON object");

@@ -210,14 +210,18 @@ std::vector<Option> addListOptions(CommandLine& line, ListOptions& options)
                            throw WrongUsage("--plan",
                                             format("'%s' is none of %s", text.c_str(), planNames().c_str()));
                        options.plan = text;
-                   }),
+                   })
+            .offers(planNames()),
         line.number("--lo", options.changes.ulLoFreq, "KHZ",
                     "Local-oscillator frequency, in kHz [that of the settings]", 0, UINT32_MAX),
         line.value(
-            "--system", "SYSTEM", "Broadcast system: " + systemNames() + ", or its code [that of the plan]",
-            [&options](const std::string& text) { options.changes.usBdSys = systemIn("--system", text); }),
+                "--system", "SYSTEM",
+                "Broadcast system: " + systemNames() + ", or its code [that of the plan]",
+                [&options](const std::string& text) { options.changes.usBdSys = systemIn("--system", text); })
+            .offers(systemNames()),
         line.text("--mod", options.modulation, "MOD",
-                  "Modulation: " + modulationNames() + ", or its code [0: whatever the system has]"),
+                  "Modulation: " + modulationNames() + ", or its code [0: whatever the system has]")
+            .offers(modulationNames()),
         line.number("--supply", options.changes.powerSupply, "0..4",
                     "Antenna power supply: 0 off, 1 11 V, 2 15 V, 3 11 V and tone, 4 15 V and tone [that of "
                     "the plan]",

@@ -21,7 +21,7 @@ void addMulti(CommandLine& measure)
                        [](CommandLine& line, ListOptions& options) {
                            const auto ofPlan = addListOptions(line, options);
                            Option file = line.text("--conditions", options.conditions, "FILE",
-                                                   "Channels in a JSON file, see vx63(1)");
+                                                   "Channels in a JSON file, see vx63-measure(1)");
                            for (const Option& option : ofPlan)
                                file.excludes(option);
                            line.check([&options] {

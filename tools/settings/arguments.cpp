@@ -11,9 +11,26 @@ void addRecordArgument(CommandLine& line, uint32_t& record)
     line.number("RECORD", record, "N", "Record, from 0", 0, UINT32_MAX).required();
 }
 
+namespace {
+
+// The columns of the file that stands before.
+std::vector<std::string> columnsOfGiven(const cli::Given& given)
+{
+    std::vector<std::string> names;
+    try {
+        const vx63::settings::File& file = entryOf(fileNamed("FILE", given.arguments.at(0)));
+        for (uint32_t i = 0; i < file.columnCount; ++i)
+            names.emplace_back(file.columns[i].name);
+    } catch (const WrongUsage&) { // there is no such file
+    }
+    return names;
+}
+
+} // namespace
+
 void addColumnArgument(CommandLine& line, std::string& name)
 {
-    line.text("COLUMN", name, "NAME", "Name of the column").required();
+    line.text("COLUMN", name, "NAME", "Name of the column").required().offers(columnsOfGiven);
 }
 
 const vx63::settings::Column* requireColumn(const FileRef& file, const std::string& name)

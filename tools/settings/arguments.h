@@ -12,8 +12,10 @@ namespace tool {
 template <class File>
 Option addFileArgument(CommandLine& line, File& file)
 {
-    return line.value("FILE", "FILE", "Id or name of the file, see 'vx63 settings list'",
-                      [&file](const std::string& text) { file = fileNamed("FILE", text); });
+    return line
+        .value("FILE", "FILE", "Id or name of the file, see 'vx63 settings list'",
+               [&file](const std::string& text) { file = fileNamed("FILE", text); })
+        .offers([](const cli::Given&) { return fileNames(); });
 }
 
 void addRecordArgument(CommandLine& line, uint32_t& record);

@@ -164,6 +164,19 @@ FileRef fileNamed(const std::string& option, const std::string& text)
                     (near.empty() ? ", which 'vx63 settings list' tells" : "; there are " + joined(near)));
 }
 
+std::vector<std::string> fileNames()
+{
+    std::vector<std::string> names;
+    for (const vx63::settings::File& file : vx63::settings::kFiles) {
+        if (kindOf(file.fileId) != FileKind::set)
+            names.push_back(nameOf({file.fileId, ""}));
+        else
+            for (const std::string& set : setFilesOf(file.fileId))
+                names.push_back(nameOf({file.fileId, set}));
+    }
+    return names;
+}
+
 std::optional<std::string> setNameFault(std::string_view name)
 {
     if (name.empty())

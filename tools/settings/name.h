@@ -40,6 +40,9 @@ std::string pathOf(const FileRef& file);
 // WrongUsage that tells the candidates.
 FileRef fileNamed(const std::string& option, const std::string& text);
 
+// Every name that fileNamed takes, of setting sets those that have a file; by file id.
+std::vector<std::string> fileNames();
+
 // Why a setting set cannot be called so; nothing where it can.
 std::optional<std::string> setNameFault(std::string_view name);
 

@@ -200,14 +200,39 @@ void checkSetName(const std::string& argument, const std::string& name)
         throw WrongUsage(argument, "'" + name + "' is no name of a set: " + *why);
 }
 
-void addName(CommandLine& line, const std::string& argument, std::string& name)
+Option addName(CommandLine& line, const std::string& argument, std::string& name)
 {
-    line.value(argument, "NAME", "Name of the set, 1 to 12 characters",
+    return line
+        .value(argument, "NAME", "Name of the set, 1 to 12 characters",
                [&name, argument](const std::string& text) {
                    checkSetName(argument, text);
                    name = text;
                })
         .required();
+}
+
+// The sets of the folder that is given.
+std::vector<std::string> setsOfGiven(const cli::Given& given)
+{
+    const auto has = [&](const char* flag) { return std::ranges::count(given.options, flag) > 0; };
+    return setFilesOf(FolderOptions{has("--usb1"), has("--usb2"), has("--logger")}.set());
+}
+
+// And all others as FOLDER/NAME.
+std::vector<std::string> sourcesOfGiven(const cli::Given& given)
+{
+    std::vector<std::string> names = setsOfGiven(given);
+    for (const vx63::settings::SetPair& pair : vx63::settings::kSetPairs)
+        for (const std::string& set : setFilesOf(static_cast<uint32_t>(pair.set)))
+            names.push_back(nameOf({static_cast<uint32_t>(pair.set), set}));
+    return names;
+}
+
+std::vector<std::string> plans(const cli::Given&)
+{
+    std::vector<std::string> names = fileNames();
+    std::erase_if(names, [](const std::string& name) { return !name.starts_with("ch_set/"); });
+    return names;
 }
 
 void addFolderOptions(CommandLine& line, FolderOptions& options)
@@ -226,7 +251,7 @@ void addListOptions(CommandLine& line, ListOptions& options)
 void addShowOptions(CommandLine& line, ShowOptions& options)
 {
     addFolderOptions(line, options);
-    addName(line, "NAME", options.name);
+    addName(line, "NAME", options.name).offers(setsOfGiven);
     const Option json = line.flag("--json", options.json, "Print a JSON object a channel");
     line.flag("--csv", options.csv, "Print the text of the file").excludes(json);
 }
@@ -237,7 +262,8 @@ void addCreateOptions(CommandLine& line, CreateOptions& options)
     addName(line, "NAME", options.name);
     line.value("--from", "PLAN", "Channel plan, such as ch_set/uhf",
                [&options](const std::string& text) { options.plan = fileNamed("--from", text); })
-        .required();
+        .required()
+        .offers(plans);
     line.number("--band", options.ucBand, "N", "Band code of every channel [0]", 0, UINT8_MAX);
     line.number("--spec", options.ucSpec, "N", "Specification code of every channel [0]", 0, UINT8_MAX);
     line.number("--mod", options.ulModulation, "BITS", "Modulation bits of every channel [0]", 0, UINT32_MAX);
@@ -255,14 +281,15 @@ void addCopyOptions(CommandLine& line, CopyOptions& options)
                                         "'" + text + "' is no set; 'vx63 sets create' makes one of a plan");
                    options.source = text;
                })
-        .required();
+        .required()
+        .offers(sourcesOfGiven);
     addName(line, "NEW", options.name);
 }
 
 void addDeleteOptions(CommandLine& line, DeleteOptions& options)
 {
     addFolderOptions(line, options);
-    addName(line, "NAME", options.name);
+    addName(line, "NAME", options.name).offers(setsOfGiven);
 }
 
 void addClearOptions(CommandLine& line, ClearOptions& options)

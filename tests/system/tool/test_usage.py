@@ -1,4 +1,4 @@
-"""The command line, its help, man page and completion."""
+"""The command line and its help."""
 
 import os
 import re
@@ -6,7 +6,7 @@ import subprocess
 
 import pytest
 
-from tool_support import SOURCE, VX63, run
+from tool_support import VX63, run
 
 DEVICE_COMMANDS = ["info", "doctor", "keys", "failure", "power", "update", "factory-reset", "developer-mode",
                    "calibrate", "battery", "buzzer", "volume", "brightness"]
@@ -15,6 +15,7 @@ DEVICE_LEAVES = [["info"], ["doctor"], ["keys"], ["failure", "show"], ["failure"
                  ["factory-reset"], ["developer-mode"], ["calibrate"], ["battery"], ["buzzer"], ["volume"],
                  ["brightness"]]
 COMMANDS = ["measure", "scan", "angle", "input", "power-supply", "status", *DEVICE_COMMANDS, "log", "settings", "sets"]
+GROUPS = [["measure"], ["angle"], ["failure"], ["power"], ["settings"], ["sets"]]
 LEAVES = [["measure", "single"], ["measure", "constellation"], ["measure", "delay-profile"], ["measure", "multi"],
           ["measure", "optical"], ["measure", "dc"], ["measure", "angle"], ["scan"], ["angle", "calibrate"],
           ["input"], ["power-supply"], ["status"], *DEVICE_LEAVES, ["log"],
@@ -171,7 +172,7 @@ def test_help_lists_commands_and_exit_codes():
                                                "74", "75", "77", "129,"]
 
 
-@pytest.mark.parametrize("words", [[], ["measure"], ["failure"], ["power"], ["settings"], ["sets"], *LEAVES])
+@pytest.mark.parametrize("words", [[], *GROUPS, *LEAVES])
 def test_help_has_an_example_that_is_right(words):
     example = re.search(r"^Example: (vx63 .*)$", help_of(*words), re.M).group(1)
     # With --help behind it, everything before is checked but nothing is done.
@@ -201,64 +202,3 @@ def test_closed_output():
 
 def test_everything_closed():
     assert run("sh", "-c", f"'{VX63}' --version <&- >&- 2>&-").returncode == 74
-
-
-def test_man_page_tells_every_option_and_exit_code():
-    page = (SOURCE / "docs" / "man" / "vx63.1").read_text().replace("\\-", "-").replace(" Fl -", " Fl -")
-    told = {"-" + option for option in re.findall(r"Fl (-[a-z0-9-]+)", page)}
-    assert told == set().union(*(options_of(*words) for words in [[], *LEAVES]))
-    status = page.split(".Sh EXIT STATUS")[1].split(".Sh")[0]
-    assert re.findall(r"^\.It (.*)$", status, re.M) == [
-        line.split("  ")[1].strip() for line in help_of().split("Exit codes:\n")[1].split("\n\n")[0].splitlines()]
-
-
-def test_man_page_tells_every_command():
-    page = (SOURCE / "docs" / "man" / "vx63.1").read_text()
-    synopsis = page.split(".Sh SYNOPSIS")[1].split(".Sh")[0]
-    told = {name for line in re.findall(r"^\.Nm\n\.Cm (.*)$", synopsis, re.M) for name in line.split(" | ")}
-    assert told == {" ".join(words) for words in LEAVES}
-    description = page.split(".Sh DESCRIPTION")[1].split(".Sh")[0]
-    sections = {name for line in re.findall(r"^\.Ss (.*)$", description, re.M) for name in line.split(" , ")}
-    assert [words for words in LEAVES if not {words[0], " ".join(words)} & sections] == []
-
-
-def test_man_page_has_no_faults():
-    result = run("man", "--warnings", "-l", SOURCE / "docs" / "man" / "vx63.1")
-    assert (result.returncode, result.stderr) == (0, "")
-
-
-def completed(*words):
-    """What bash offers for the last word."""
-    script = f"""
-        source '{SOURCE / "tools" / "completion" / "vx63.bash"}'
-        COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
-        _vx63
-        printf '%s\\n' "${{COMPREPLY[@]}}"
-    """
-    result = run("bash", "-uc", script, "bash", "vx63", *words, cwd="/proc/self/fdinfo")
-    assert (result.returncode, result.stderr) == (0, "")
-    return set(result.stdout.split())
-
-
-def test_completion_offers_what_help_lists():
-    assert completed("") == set(COMMANDS) | options_of()
-    assert completed("measure", "") == set(listed(help_of("measure"), "Commands")) | {"--help"}
-    for words in (["measure"], ["failure"], ["power"], ["settings"], ["sets"]):
-        assert completed(*words, "") == set(listed(help_of(*words), "Commands")) | {"--help"}
-    for words in LEAVES:
-        assert completed(*words, "--") == options_of(*words)
-
-
-def test_completion_of_values():
-    text = help_of("measure", "single")
-    for option, heading in [("--system", "Broadcast system"), ("--mod", "Modulation")]:
-        names = re.search(heading + r": (.*), or its code", text).group(1).split(", ")
-        assert completed("measure", "single", option, "") == set(names)
-    assert completed("measure", "single", "--freq", "") == set()
-    assert completed("power-supply", "o") == {"off"}
-    assert completed("sta") == {"status"}
-    assert completed("settings", "show", "sys") == {"sys_set/powoff", "sys_set/volume", "sys_set/brightness"}
-    assert completed("sets", "create", "A", "--from", "ch_set/j") == {
-        "ch_set/jsat3a", "ch_set/jsat4b", "ch_set/jsat3a_antenna", "ch_set/jsat4b_antenna"}
-    for process_id in completed("status", "--id", ""):
-        assert 0 <= int(process_id) <= 17 and process_id not in {"0", "6", "8", "10", "12"}
