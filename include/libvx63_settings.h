@@ -30,14 +30,15 @@ enum ColumnType : uint32_t {
 
 // A column of a file; the field of a record that it fills.
 struct Column {
-    std::string_view name;
-    ColumnType type;
-    uint32_t width;  // bytes
-    uint32_t offset; // in the record
+    std::string_view name; // as in the header line of the file
+    ColumnType type;       // what it holds
+    uint32_t width;        // bytes
+    uint32_t offset;       // in the record
 };
 
 // ---- The columns ----
 
+// The columns of a file, in the order in which they stand in it.
 inline constexpr Column kPowOffColumns[] = {
     {"POWER_OFF_SEL1", kUnsigned, 1, 0}, //
     {"POWER_OFF_SEL2", kUnsigned, 1, 1}, //
@@ -308,14 +309,15 @@ inline constexpr Column kUpStreamDefColumns[] = {
 
 // What is known of a file.
 struct File {
-    uint32_t fileId;  // VX63_SET_FILE_*
-    const char* path; // of a set: a format with one %s for the set's name
-    uint32_t columnCount;
+    uint32_t fileId;       // VX63_SET_FILE_*
+    const char* path;      // of a set: a format with one %s for the set's name
+    uint32_t columnCount;  // columns of the file
     uint32_t dataSize;     // bytes of a record
     uint32_t rows;         // records of the file; of a set or a list: at most
     uint32_t defaultSize;  // bytes of the factory contents; 0 for sets and lists, which have none
     const Column* columns; // in the order in which they stand in the file
 
+    // A row of kFiles.
     template <uint32_t kColumnCount>
     constexpr File(uint32_t id, const char* pathOfFile, uint32_t sizeOfRecord, uint32_t records,
                    uint32_t sizeOfDefault, const Column (&columnsOfFile)[kColumnCount])
@@ -422,8 +424,8 @@ inline constexpr File kFiles[] = {
 
 // A set and the list of its folder.
 struct SetPair {
-    int32_t set;
-    int32_t list;
+    int32_t set;  // file id
+    int32_t list; // file id
 };
 inline constexpr SetPair kSetPairs[] = {
     {VX63_SET_FILE_USER_SET, VX63_SET_FILE_USER_LIST},               //
