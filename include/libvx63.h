@@ -248,8 +248,8 @@ typedef struct PowerSupplyInfo {
 /* One constellation point; the ideal points have a root mean square amplitude of 64. (A C program that also
  * includes <complex.h> must undefine its macro I.) */
 struct ConstaPoint {
-    int8_t I;
-    int8_t Q;
+    int8_t I; /* in phase */
+    int8_t Q; /* in quadrature */
 };
 
 enum {
@@ -336,15 +336,15 @@ typedef struct MultiMeasResult {
 
 /* A point of the angle sensor's calibration: microtesla. */
 typedef struct AnglePoint {
-    float x;
+    float x; /* microtesla */
     float y;
     float z;
 } AnglePoint;
 
 /* Progress of the angle sensor's calibration. */
 typedef struct AngleCalStat {
-    int32_t lStatus; /* 0 never calibrated; 1, 2, 3 in that turn; 4 finished */
-    AnglePoint centerPoint1;
+    int32_t lStatus;         /* 0 never calibrated; 1, 2, 3 in that turn; 4 finished */
+    AnglePoint centerPoint1; /* of the first, the second and the third turn */
     AnglePoint centerPoint2;
     AnglePoint centerPoint3;
 } AngleCalStat;

@@ -255,8 +255,8 @@ class ConstaPoint(Record):
     """One constellation point; the ideal points have a root mean square amplitude of 64. (A C program that also
     includes <complex.h> must undefine its macro I.)
     """
-    I: int
-    Q: int
+    I: int  # in phase
+    Q: int  # in quadrature
 
     _fields_ = [
         ("I", c_int8),
@@ -404,7 +404,7 @@ class MultiMeasResult(Record):
 
 class AnglePoint(Record):
     """A point of the angle sensor's calibration: microtesla."""
-    x: float
+    x: float  # microtesla
     y: float
     z: float
 
@@ -418,7 +418,7 @@ class AnglePoint(Record):
 class AngleCalStat(Record):
     """Progress of the angle sensor's calibration."""
     lStatus: int  # 0 never calibrated; 1, 2, 3 in that turn; 4 finished
-    centerPoint1: AnglePoint
+    centerPoint1: AnglePoint  # of the first, the second and the third turn
     centerPoint2: AnglePoint
     centerPoint3: AnglePoint
 
