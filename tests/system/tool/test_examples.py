@@ -152,9 +152,18 @@ def test_file_of_conditions_as_shown(meter, viewer):
 
 
 @pytest.mark.parametrize("script", [script for script in scripts() if not reason_not_to_run(script)])
-def test_example(outcomes, script):
+def test_example(outcomes, request, script):
+    if re.search("unshare|vx63-vmeter check", script):
+        request.getfixturevalue("namespaces")
     code, shown = outcomes[script].result()
     assert code == (130 if LONG.search(script) else EXIT_CODES.get(script, 0)), shown
+
+
+def test_fault_rules_as_shown(desk):
+    rules = re.findall(r"^--fault \S+", (SOURCE / "docs" / "virtual-meter.md").read_text(), re.M)
+    assert len(rules) == 3
+    for rule in rules:
+        assert desk.run(f"vx63-vmeter run {rule} -- true") == (0, "")
 
 
 def alike(line):
