@@ -12,9 +12,7 @@ import time
 
 import pytest
 
-import conftest
-from conftest import BUILD, HANG, SOURCE, VMETER, cannot
-from lent_machine import lent_machine
+from conftest import BUILD, HANG, SOURCE, VMETER, isolation  # noqa: F401 (fixture)
 
 VX63 = BUILD / "bin" / "vx63"
 
@@ -36,19 +34,6 @@ def run(*command, **options):
                "stderr": subprocess.PIPE} | options
     return subprocess.run([str(word) for word in command], text=True, timeout=HANG,
                           preexec_fn=default_signals, check=False, **options)
-
-
-@pytest.fixture(scope="session")
-def isolation():
-    """Options of vx63-vmeter run: none, or --in-place where namespaces are refused."""
-    checked = conftest.vmeter("check")
-    if checked.returncode == 0:
-        yield []
-    elif os.geteuid() == 0:
-        with lent_machine():
-            yield ["--in-place"]
-    else:
-        cannot(checked.stderr.strip())
 
 
 class Meter:

@@ -1,0 +1,197 @@
+"""`cmake --install`: what each component has, and that applications are built with it and run."""
+
+import os
+import re
+import shutil
+from pathlib import Path
+
+import pytest
+
+from conftest import BUILD, run
+from installed import LIBDIR, SOURCE, assert_run_paths_are_relative, cache, done, elf_files, files, run_path
+
+
+@pytest.fixture(scope="module")
+def prefix(tmp_path_factory):
+    """Everything, below a prefix that the build knows nothing of."""
+    where = tmp_path_factory.mktemp("prefix")
+    done("cmake", "--install", BUILD, "--prefix", where)
+    return where
+
+
+@pytest.fixture
+def meter(prefix, isolation):
+    """What to put before a command to run it in an installed virtual meter."""
+    return lambda *options: [prefix / "bin" / "vx63-vmeter", "run", *isolation, *options, "--"]
+
+
+def component(name, where):
+    done("cmake", "--install", BUILD, "--prefix", where, "--component", name)
+    return files(where)
+
+
+# ---- components ----
+
+
+def test_library(tmp_path):
+    assert component("library", tmp_path) == [f"{LIBDIR}/libvx63.so.1", f"{LIBDIR}/libvx63.so.1.0.0"]
+
+
+def test_development(tmp_path):
+    assert component("development", tmp_path) == sorted([
+        "include/libvx63.h",
+        "include/libvx63_settings.h",
+        f"{LIBDIR}/cmake/vx63/vx63-config-version.cmake",
+        f"{LIBDIR}/cmake/vx63/vx63-config.cmake",
+        f"{LIBDIR}/libvx63.so",
+        f"{LIBDIR}/pkgconfig/libvx63.pc",
+        "share/doc/libvx63-dev/examples/c/CMakeLists.txt",
+        "share/doc/libvx63-dev/examples/c/Makefile",
+        "share/doc/libvx63-dev/examples/c/measure.c",
+        "share/doc/libvx63-dev/examples/cpp/CMakeLists.txt",
+        "share/doc/libvx63-dev/examples/cpp/measure.cpp",
+    ])
+
+
+def test_tools(tmp_path):
+    assert component("tools", tmp_path) == [
+        "bin/vx63",
+        "share/bash-completion/completions/vx63",
+        "share/man/man1/vx63.1",
+    ]
+
+
+def test_vmeter(tmp_path):
+    assert component("vmeter", tmp_path) == sorted([
+        "bin/vx63-vmeter",
+        "include/lmsg.h",
+        "include/lsys.h",
+        f"{LIBDIR}/liblmsg.so",
+        f"{LIBDIR}/liblsys.so",
+        "share/man/man1/vx63-vmeter.1",
+        "share/vx63-vmeter/scenes/default.toml",
+    ])
+
+
+def test_no_file_without_component(prefix, tmp_path):
+    """A file of no component would be in no package."""
+    for name in "library", "development", "tools", "vmeter", "python":
+        component(name, tmp_path)
+    assert files(prefix) == files(tmp_path)
+
+
+def test_library_alone(tmp_path):
+    """VX63_LIBRARY_ONLY needs nothing but a compiler, and installs nothing but the library."""
+    toolchain = [f"-DCMAKE_TOOLCHAIN_FILE={cache('CMAKE_TOOLCHAIN_FILE')}"] if cache("CMAKE_TOOLCHAIN_FILE") else []
+    done("cmake", "-S", SOURCE, "-B", tmp_path / "build", "-G", "Ninja", "-DVX63_LIBRARY_ONLY=ON",
+         "-DCMAKE_DISABLE_FIND_PACKAGE_PkgConfig=ON", *toolchain)
+    done("cmake", "--build", tmp_path / "build", "-j2")
+    done("cmake", "--install", tmp_path / "build", "--prefix", tmp_path / "prefix")
+    component("library", tmp_path / "parts")
+    assert files(tmp_path / "prefix") == component("development", tmp_path / "parts")
+
+
+# ---- run paths ----
+
+
+def test_run_paths(prefix):
+    assert_run_paths_are_relative(elf_files(BUILD / "bin", BUILD / "lib", prefix))
+    libraries = os.path.relpath(prefix / LIBDIR, prefix / "bin")
+    for program in "vx63", "vx63-vmeter":
+        assert f"$ORIGIN/{libraries}" in run_path(prefix / "bin" / program)
+    assert run_path(prefix / LIBDIR / "libvx63.so.1") == ["$ORIGIN"]
+
+
+def test_programs_find_their_libraries(prefix, meter):
+    said = done(*meter(), prefix / "bin" / "vx63", "measure", "single", "--freq", "557143")
+    assert re.search(r"^Lock +yes$", said, re.MULTILINE)
+
+
+# ---- applications ----
+
+
+# As the build was, for an application that belongs to the same machine.
+COMPILER = [f"CC={cache('CMAKE_C_COMPILER')}" + (f" --sysroot={cache('VX63_SYSROOT')}" if cache("VX63_SYSROOT") else ""),
+            f"CFLAGS={cache('CMAKE_C_FLAGS')}"]
+
+
+def by_make(where, prefix):
+    pkg_config = f"PKG_CONFIG_PATH={prefix / LIBDIR / 'pkgconfig'}"
+    done("env", pkg_config, "make", "-C", where, *COMPILER, f"LDFLAGS=-Wl,-rpath,{prefix / LIBDIR}")
+    return where / "measure"
+
+
+def by_cmake(where, prefix):
+    kept = [f"-D{name}={cache(name)}" for name in ("CMAKE_TOOLCHAIN_FILE", "CMAKE_C_COMPILER", "CMAKE_CXX_COMPILER")
+            if cache(name)]
+    done("cmake", "-S", where, "-B", where / "build", "-G", "Ninja", f"-DCMAKE_PREFIX_PATH={prefix}",
+         f"-DCMAKE_FIND_ROOT_PATH={prefix}", *kept)
+    done("cmake", "--build", where / "build")
+    return where / "build" / "measure"
+
+
+@pytest.fixture(scope="module")
+def programs(prefix, tmp_path_factory):
+    """The installed examples, built."""
+    where = tmp_path_factory.mktemp("examples")
+    shutil.copytree(prefix / "share/doc/libvx63-dev/examples", where, dirs_exist_ok=True)
+    shutil.copytree(where / "c", where / "c-cmake")
+    return {"make": by_make(where / "c", prefix), "c": by_cmake(where / "c-cmake", prefix),
+            "cpp": by_cmake(where / "cpp", prefix)}
+
+
+MEASURED = re.compile(r"""Frequency       557143 kHz
+Level           (\d+\.\d) dBuV
+C/N             (\d+\.\d) dB
+Bit error rate  (?:< )?\d\.\de-\d\d
+MER             (\d+\.\d) dB
+""")
+
+
+@pytest.mark.parametrize("how", ["make", "c", "cpp"])
+def test_example_measures(programs, how, prefix, meter):
+    said = done(*meter(), programs[how])
+    level, ratio, error_ratio = map(float, MEASURED.fullmatch(said).groups())
+    assert 60 < level < 67 and 30 < ratio < 37 and abs(error_ratio - ratio) < 2, said
+
+
+@pytest.mark.parametrize("how", ["c", "cpp"])
+@pytest.mark.parametrize("fault, what", [
+    ("meas/single-start=ret,2", "cannot start the measurement: an argument is out of range: "),
+    ("meas/single-result=ret,3", "cannot read the result: a fault of the antenna power supply: "),
+    ("meas/constellation-start=refuse", "cannot collect constellation points: no answer, or none that can be used: "),
+    ("meas/single-start:2=refuse", "cannot stop the measurement: no answer, or none that can be used: "),
+])
+def test_example_says_what_failed(programs, how, meter, fault, what):
+    ended = run(*meter("--fault", fault), programs[how])
+    assert ended.stderr.startswith(f"measure: {what}"), ended
+    if "cannot stop" not in what or how == "c":
+        assert ended.returncode == 1
+
+
+def test_no_platform_where_it_is_linked(tmp_path):
+    """A meter's own is nowhere near the linker; a name that the application calls must still be there."""
+    component("library", tmp_path)
+    component("development", tmp_path)
+    where = tmp_path / "share/doc/libvx63-dev/examples/c"
+    assert by_make(where, tmp_path).exists()
+    assert by_cmake(where, tmp_path).exists()
+
+    source = (where / "measure.c").read_text()
+    (where / "measure.c").write_text(source.replace("vx63_init(", "vx63_begin("))
+    for build in by_make, by_cmake:
+        with pytest.raises(AssertionError, match="undefined reference to `vx63_begin'"):
+            build(where, tmp_path)
+
+
+def test_readme_example(prefix, tmp_path, meter):
+    (tmp_path / "measure.c").write_text(re.search(r"^```c\n(.*?)^```", (SOURCE / "README.md").read_text(),
+                                                  re.MULTILINE | re.DOTALL).group(1))
+    shutil.copy(SOURCE / "examples/c/Makefile", tmp_path)
+    assert re.fullmatch(r"6\d\.\d dBuV, C/N 3\d\.\d dB\n", done(*meter(), by_make(tmp_path, prefix)))
+
+
+def test_example_without_signal(programs, meter):
+    ended = run(*meter(), programs["c"], "600000")
+    assert ended.returncode == 1
+    assert ended.stderr.startswith("measure: no lock within 5 s: level ")
