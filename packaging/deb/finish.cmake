@@ -1,0 +1,30 @@
+# What Debian's policy wants in a package beyond what `cmake --install` puts down. CPack runs this over the staged files.
+function(compress file)
+    execute_process(COMMAND gzip --best --no-name ${file} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
+    string(TOUPPER ${component} upper)
+    set(package ${CPACK_DEBIAN_${upper}_PACKAGE_NAME})
+    set(root ${CPACK_TEMPORARY_DIRECTORY}/${component})
+
+    set(documents ${root}/usr/share/doc/${package})
+    file(COPY ${CPACK_VX63_DEB}/copyright ${CPACK_VX63_DEB}/changelog DESTINATION ${documents}
+        FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+    compress(${documents}/changelog)
+    file(GLOB_RECURSE pages ${root}/usr/share/man/*)
+    foreach(page IN LISTS pages)
+        compress(${page})
+    endforeach()
+
+    set(overrides ${CPACK_VX63_DEB}/${package}.lintian-overrides)
+    if(EXISTS ${overrides})
+        file(MAKE_DIRECTORY ${root}/usr/share/lintian/overrides)
+        file(COPY_FILE ${overrides} ${root}/usr/share/lintian/overrides/${package})
+    endif()
+
+    if(CPACK_VX63_SHLIBS) # where dpkg-shlibdeps looks first; CPack removes it
+        file(MAKE_DIRECTORY ${root}/debian)
+        file(COPY_FILE ${CPACK_VX63_SHLIBS} ${root}/debian/shlibs.local)
+    endif()
+endforeach()
