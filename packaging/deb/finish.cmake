@@ -23,7 +23,8 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
         file(COPY_FILE ${overrides} ${root}/usr/share/lintian/overrides/${package})
     endif()
 
-    if(CPACK_VX63_SHLIBS) # where dpkg-shlibdeps looks first; CPack removes it
+    # Where dpkg-shlibdeps looks first; CPack removes it where it calls that.
+    if(CPACK_VX63_SHLIBS AND component MATCHES "^(library|tools|vmeter)$")
         file(MAKE_DIRECTORY ${root}/debian)
         file(COPY_FILE ${CPACK_VX63_SHLIBS} ${root}/debian/shlibs.local)
     endif()

@@ -169,6 +169,16 @@ def test_example_says_what_failed(programs, how, meter, fault, what):
         assert ended.returncode == 1
 
 
+def test_versions(prefix, tmp_path):
+    assert done("env", f"PKG_CONFIG_PATH={prefix / LIBDIR / 'pkgconfig'}", "pkg-config", "--modversion",
+                "libvx63") == "1.0.0\n"
+    for wanted, fits in ("1", True), ("1.0", True), ("1.1", False), ("2", False):
+        (tmp_path / "CMakeLists.txt").write_text("cmake_minimum_required(VERSION 3.13)\nproject(wants NONE)\n"
+                                                 f"find_package(vx63 {wanted} REQUIRED)\n")
+        ended = run("cmake", "-S", tmp_path, "-B", tmp_path / wanted, f"-Dvx63_DIR={prefix / LIBDIR}/cmake/vx63")
+        assert (ended.returncode == 0) == fits, f"{wanted}: {ended.stderr}"
+
+
 def test_no_platform_where_it_is_linked(tmp_path):
     """A meter's own is nowhere near the linker; a name that the application calls must still be there."""
     component("library", tmp_path)
