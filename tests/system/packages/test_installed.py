@@ -110,22 +110,25 @@ def test_programs_find_their_libraries(prefix, meter):
 # ---- applications ----
 
 
-# As the build was, for an application that belongs to the same machine.
-COMPILER = [f"CC={cache('CMAKE_C_COMPILER')}" + (f" --sysroot={cache('VX63_SYSROOT')}" if cache("VX63_SYSROOT") else ""),
-            f"CFLAGS={cache('CMAKE_C_FLAGS')}"]
+# What the build itself was compiled with, for applications of the same machine.
+C_COMPILER = re.search(r'set\(CMAKE_C_COMPILER "(.*)"\)',
+                       next(BUILD.glob("CMakeFiles/*/CMakeCCompiler.cmake")).read_text()).group(1)
+SYSROOT = cache("VX63_SYSROOT")
 
 
 def by_make(where, prefix):
     pkg_config = f"PKG_CONFIG_PATH={prefix / LIBDIR / 'pkgconfig'}"
-    done("env", pkg_config, "make", "-C", where, *COMPILER, f"LDFLAGS=-Wl,-rpath,{prefix / LIBDIR}")
+    done("env", pkg_config, "make", "-C", where, f"CC={C_COMPILER}" + (f" --sysroot={SYSROOT}" if SYSROOT else ""),
+         f"CFLAGS={cache('CMAKE_C_FLAGS')}", f"LDFLAGS=-Wl,-rpath,{prefix / LIBDIR}")
     return where / "measure"
 
 
 def by_cmake(where, prefix):
-    kept = [f"-D{name}={cache(name)}" for name in ("CMAKE_TOOLCHAIN_FILE", "CMAKE_C_COMPILER", "CMAKE_CXX_COMPILER")
-            if cache(name)]
-    done("cmake", "-S", where, "-B", where / "build", "-G", "Ninja", f"-DCMAKE_PREFIX_PATH={prefix}",
-         f"-DCMAKE_FIND_ROOT_PATH={prefix}", *kept)
+    toolchain = cache("CMAKE_TOOLCHAIN_FILE")  # which looks for packages in its sysroot alone
+    found = ([f"-DCMAKE_TOOLCHAIN_FILE={toolchain}", f"-Dvx63_DIR={prefix / LIBDIR}/cmake/vx63"] if toolchain else
+             [f"-DCMAKE_PREFIX_PATH={prefix}"])
+    compilers = [f"-D{name}={cache(name)}" for name in ("CMAKE_C_COMPILER", "CMAKE_CXX_COMPILER") if cache(name)]
+    done("cmake", "-S", where, "-B", where / "build", "-G", "Ninja", *found, *compilers)
     done("cmake", "--build", where / "build")
     return where / "build" / "measure"
 
