@@ -119,7 +119,8 @@ static int measure(SingleMeasResult* result)
 
 int main(int argc, char** argv)
 {
-    MeasCondition condition = {0}; /* terrestrial, any modulation, no power for the antenna */
+    MeasCondition condition = {
+        .usBdSys = VX63_BDSYS_TERRESTRIAL, .usMod = VX63_MOD_ANY, .powerSupply = VX63_POWER_SUPPLY_OFF};
     SingleMeasResult result;
 
     condition.ulFreq = argc > 1 ? (uint32_t)strtoul(argv[1], NULL, 10) : 557143; /* kHz */

@@ -113,8 +113,11 @@ double modulationErrorRatio(const ConstaPoint* points, int count)
 void measure(uint32_t frequencyKhz)
 {
     require("take a process id", vx63_init(kProcessId));
-    MeasCondition condition{}; // terrestrial, any modulation, no power for the antenna
+    MeasCondition condition{};
     condition.ulFreq = frequencyKhz;
+    condition.usBdSys = VX63_BDSYS_TERRESTRIAL;
+    condition.usMod = VX63_MOD_ANY;
+    condition.powerSupply = VX63_POWER_SUPPLY_OFF;
     Measurement measurement(condition);
     std::printf("Frequency       %u kHz\n", unsigned{frequencyKhz});
 

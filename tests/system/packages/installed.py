@@ -6,8 +6,6 @@ from pathlib import Path
 
 from conftest import BUILD, run
 
-SOURCE = Path(__file__).resolve().parents[3]
-
 
 def cache(name):
     """An entry of the build's CMakeCache.txt; empty when there is none."""

@@ -8,8 +8,8 @@ import shutil
 
 import pytest
 
-from conftest import BUILD, cannot
-from installed import LIBDIR, SOURCE, assert_run_paths_are_relative, cache, done, elf_files, files
+from conftest import BUILD, SOURCE, cannot
+from installed import LIBDIR, assert_run_paths_are_relative, cache, done, elf_files, files
 
 ARCHITECTURE = "armhf" if cache("CMAKE_TOOLCHAIN_FILE") else done("dpkg", "--print-architecture").strip()
 PACKAGES = ["libvx63-1", "libvx63-dev", "vx63-tools", "vx63-vmeter"]

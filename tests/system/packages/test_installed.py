@@ -7,8 +7,8 @@ from pathlib import Path
 
 import pytest
 
-from conftest import BUILD, run
-from installed import LIBDIR, SOURCE, assert_run_paths_are_relative, cache, done, elf_files, files, run_path
+from conftest import BUILD, SOURCE, run
+from installed import LIBDIR, assert_run_paths_are_relative, cache, done, elf_files, files, run_path
 
 
 @pytest.fixture(scope="module")
