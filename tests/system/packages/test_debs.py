@@ -12,7 +12,7 @@ from conftest import BUILD, SOURCE, cannot
 from installed import LIBDIR, assert_run_paths_are_relative, cache, done, elf_files, files
 
 ARCHITECTURE = "armhf" if cache("CMAKE_TOOLCHAIN_FILE") else done("dpkg", "--print-architecture").strip()
-PACKAGES = ["libvx63-1", "libvx63-dev", "vx63-tools", "vx63-vmeter"]
+PACKAGES = ["libvx63-1", "libvx63-dev", "vx63-tools", "vx63-vmeter", "python3-vx63"]
 BINARIES = ["libvx63-1", "vx63-tools", "vx63-vmeter"]
 
 
@@ -61,10 +61,9 @@ def documents(package):
 
 
 def test_packages(debs):
-    assert {name for name in debs if not name.startswith("python3-")} == \
-        {*PACKAGES, *(f"{name}-dbgsym" for name in BINARIES)}
+    assert set(debs) == {*PACKAGES, *(f"{name}-dbgsym" for name in BINARIES)}
     for name, deb in debs.items():
-        architecture = "all" if name.startswith("python3-") else ARCHITECTURE
+        architecture = "all" if name == "python3-vx63" else ARCHITECTURE
         assert deb.name == f"{name}_1.0.0_{architecture}.deb"
         assert field(deb, "Architecture") == architecture
 
@@ -94,12 +93,20 @@ def test_vmeter(debs, tmp_path):
         *documents("vx63-vmeter")])
 
 
+def test_python(debs, tmp_path):
+    found = content(debs["python3-vx63"], tmp_path)
+    assert {"usr/lib/python3/dist-packages/vx63/__init__.py", "usr/lib/python3/dist-packages/vx63/py.typed",
+            "usr/lib/python3/dist-packages/vx63-1.0.0.dist-info/METADATA",
+            "usr/share/doc/python3-vx63/examples/poll.py", *documents("python3-vx63")} <= set(found)
+    assert not [name for name in found if "__pycache__" in name]
+
+
 # ---- what they need ----
 
 
 def test_a_meter_gets_no_platform(debs):
     """A meter has its own: what is installed there must not bring a PC's."""
-    for name in "libvx63-1", "vx63-tools":
+    for name in "libvx63-1", "vx63-tools", "python3-vx63":
         assert "vx63-vmeter" in needs(debs[name], "Suggests")
         for strong in "Depends", "Pre-Depends", "Recommends":
             assert "vx63-vmeter" not in needs(debs[name], strong)
@@ -111,6 +118,7 @@ def test_dependencies(debs):
         "libvx63-dev": {"libvx63-1"},
         "vx63-tools": {"libvx63-1", "libc6", "libcairo2", "libgcc-s1", "libstdc++6"},
         "vx63-vmeter": {"bubblewrap", "libc6", "libgcc-s1", "libstdc++6"},
+        "python3-vx63": {"python3", "libvx63-1"},
     }
     assert field(debs["libvx63-dev"], "Depends") == "libvx63-1 (= 1.0.0)"
     assert "libvx63-1 (>= 1.0.0)" in field(debs["vx63-tools"], "Depends")
@@ -126,6 +134,7 @@ def test_control_files(debs, tmp_path):
     assert control(debs["libvx63-dev"], tmp_path / "2") == both
     assert control(debs["vx63-tools"], tmp_path / "3") == both
     assert control(debs["vx63-vmeter"], tmp_path / "4") == ["control", "md5sums", "preinst", "triggers"]
+    assert control(debs["python3-vx63"], tmp_path / "5") == [*both, "postinst", "prerm"]
 
 
 # ---- what is in them ----
