@@ -42,9 +42,14 @@ def vmeter(*arguments, **options):
 def pytest_collection_modifyitems(config, items):
     """Where programs are emulated there is one user (tests/emulated); what others may do, the native tests show."""
     if "QEMU_LD_PREFIX" in os.environ:
-        others = [item for item in items if "public_bin" in item.fixturenames]
-        items[:] = [item for item in items if item not in others]
-        config.hook.pytest_deselected(items=others)
+        left_out = [item for item in items if {"public_bin", "native"} & set(item.fixturenames)]
+        items[:] = [item for item in items if item not in left_out]
+        config.hook.pytest_deselected(items=left_out)
+
+
+@pytest.fixture
+def native():
+    """For a test of what the emulator cannot do."""
 
 
 def cannot(why):

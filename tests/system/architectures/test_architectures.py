@@ -84,7 +84,7 @@ def scene(tmp_path_factory):
 
 
 @pytest.fixture(scope="module")
-def native(scene, tmp_path_factory):
+def wanted(scene, tmp_path_factory):
     happened = story(NATIVE, NATIVE, scene, tmp_path_factory.mktemp("native"))
     failed = [(what, came["result"]) for what, came in happened if "result" in came and came["result"] < 0]
     assert failed == [("call vx63_readSetFile", -2)] * 6  # each set, before it is written
@@ -93,12 +93,12 @@ def native(scene, tmp_path_factory):
 
 @pytest.mark.parametrize("client, services", [(BUILD, BUILD), (BUILD, NATIVE), (NATIVE, BUILD)],
                          ids=["all", "client", "services"])
-def test_the_same_happens(client, services, native, scene, tmp_path):
+def test_the_same_happens(client, services, wanted, scene, tmp_path):
     happened = story(client, services, scene, tmp_path)
-    for here, there in zip(happened, native):
+    for here, there in zip(happened, wanted):
         if here != there:
             pytest.fail(f"{here} instead of {there}", pytrace=False)
-    assert len(happened) == len(native)
+    assert len(happened) == len(wanted)
 
 
 def test_no_operation_is_forgotten():
