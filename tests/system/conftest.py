@@ -1,6 +1,7 @@
 """What the system tests share: the built programs, run as a person runs them.
 
-VX63_BUILD names the build folder, VX63_SERVICES_BUILD that of the virtual meter where it is another one. Nothing here sleeps: a test waits for a line, a process or a descriptor.
+VX63_BUILD names the build folder, VX63_SERVICES_BUILD that of the virtual meter where it is another one. Nothing here
+sleeps: a test waits for a line, a process or a descriptor.
 """
 
 import json
