@@ -1,6 +1,7 @@
 """What the system tests share: the built programs, run as a person runs them.
 
-VX63_BUILD names the build folder. Nothing here sleeps: a test waits for a line, a process or a descriptor.
+VX63_BUILD names the build folder, VX63_SERVICES_BUILD that of the virtual meter where it is another one. Nothing here
+sleeps: a test waits for a line, a process or a descriptor.
 """
 
 import json
@@ -21,7 +22,7 @@ HANG = 300
 
 SOURCE = Path(__file__).resolve().parents[2]
 BUILD = Path(os.environ.get("VX63_BUILD", "build/debug")).resolve()
-VMETER = BUILD / "bin" / "vx63-vmeter"
+VMETER = Path(os.environ.get("VX63_SERVICES_BUILD", BUILD)).resolve() / "bin" / "vx63-vmeter"
 EXCHANGE = BUILD / "bin" / "vmeter_exchange"
 
 SYS, DEV, KEY, BUZ, MEAS = 0, 6, 8, 10, 12
@@ -37,6 +38,19 @@ def run(*command, **options):
 
 def vmeter(*arguments, **options):
     return run(VMETER, *arguments, **options)
+
+
+def pytest_collection_modifyitems(config, items):
+    """Where programs are emulated there is one user (tests/emulated); what others may do, the native tests show."""
+    if "QEMU_LD_PREFIX" in os.environ:
+        left_out = [item for item in items if {"public_bin", "native"} & set(item.fixturenames)]
+        items[:] = [item for item in items if item not in left_out]
+        config.hook.pytest_deselected(items=left_out)
+
+
+@pytest.fixture
+def native():
+    """For a test of what the emulator cannot do."""
 
 
 def cannot(why):

@@ -76,7 +76,9 @@ void show(const Options& options, const Constellation& constellation)
     const SingleMeasResult& result = constellation.result;
     const Reading reading = readingNow(options, result);
     const auto ideal = idealPoints(result.MOD, constellation.points, result.CNR / 10.0);
-    const auto mer = ideal ? modulationErrorRatio(constellation.points, *ideal) : std::nullopt;
+    std::optional<double> mer;
+    if (ideal)
+        mer = modulationErrorRatio(constellation.points, *ideal);
     const std::string merText = mer ? format("%.1f dB", *mer) : "-";
     if (options.json) {
         Json json = readingJson(reading);

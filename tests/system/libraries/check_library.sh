@@ -32,7 +32,8 @@ $expected"
 
 imported=$(nm -D --undefined-only "$library" | awk '{ print $2 }' | sed 's/@.*//')
 for name in malloc calloc realloc free _Znwm _Znam _Znwj _Znaj pthread_mutex_lock __cxa_guard_acquire \
-    mmap mmap64 fopen mq_timedsend mq_timedreceive gettimeofday time; do
+    mmap mmap64 fopen mq_timedsend mq_timedreceive gettimeofday time \
+    __mq_timedsend_time64 __mq_timedreceive_time64 __gettimeofday64 __time64; do
     if echo "$imported" | grep -q -x "$name"; then fail "calls $name"; fi
 done
 exit $failed

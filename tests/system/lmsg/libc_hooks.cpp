@@ -16,6 +16,15 @@ constexpr time_t kDay = 86400;
 
 std::atomic<unsigned> s_realtimeLooks{0};
 
+// The system calls that know the time as this program does.
+#ifdef SYS_ppoll_time64 // a 32-bit machine
+constexpr long kPpoll = SYS_ppoll_time64;
+constexpr long kClockGettime = SYS_clock_gettime64;
+#else
+constexpr long kPpoll = SYS_ppoll;
+constexpr long kClockGettime = SYS_clock_gettime;
+#endif
+
 } // namespace
 
 void hooks::reset()
@@ -63,7 +72,7 @@ int ppoll(pollfd* queues, nfds_t count, const timespec* time, const sigset_t* ma
     constexpr size_t kMaskSize = 8;
     const bool timed = time != nullptr && wait == hooks::Wait::Real;
     timespec rest = timed ? *time : timespec{}; // the kernel writes into it
-    return static_cast<int>(syscall(SYS_ppoll, queues, count, timed ? &rest : nullptr, mask, kMaskSize));
+    return static_cast<int>(syscall(kPpoll, queues, count, timed ? &rest : nullptr, mask, kMaskSize));
 }
 
 int dup3(int from, int to, int flags)
@@ -78,7 +87,7 @@ int dup3(int from, int to, int flags)
 
 int clock_gettime(clockid_t clock, timespec* time)
 {
-    const int result = static_cast<int>(syscall(SYS_clock_gettime, clock, time));
+    const int result = static_cast<int>(syscall(kClockGettime, clock, time));
     if (clock == CLOCK_MONOTONIC && hooks::s_frozen) {
         time->tv_sec = static_cast<time_t>(hooks::s_passedNs / kNsPerSecond);
         time->tv_nsec = static_cast<long>(hooks::s_passedNs % kNsPerSecond);

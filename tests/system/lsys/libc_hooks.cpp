@@ -41,20 +41,23 @@ void hooks::reset()
     s_onSpawn = nullptr;
 }
 
-// The names that 64-bit file sizes give them on 32-bit machines.
+// What they are called on a 32-bit machine with 64-bit times and file sizes; in a declaration the headers see
+// to it.
 #if __SIZEOF_POINTER__ == 4
-#define openat openat64
-#define fstat fstat64
-#define fstatat fstatat64
+constexpr char kOpenat[] = "openat64";
+constexpr char kFstat[] = "__fstat64_time64";
+constexpr char kFstatat[] = "__fstatat64_time64";
+#else
+constexpr char kOpenat[] = "openat";
+constexpr char kFstat[] = "fstat";
+constexpr char kFstatat[] = "fstatat";
 #endif
-#define TEXT_OF(name) #name
-#define NAME(name) TEXT_OF(name)
 
 extern "C" {
 
 int openat(int folder, const char* path, int flags, ...)
 {
-    static const auto passed = real(&openat, NAME(openat));
+    static const auto passed = real(&openat, kOpenat);
     if (fails("openat"))
         return -1;
     va_list arguments;
@@ -66,13 +69,13 @@ int openat(int folder, const char* path, int flags, ...)
 
 int fstat(int file, struct stat* status) noexcept
 {
-    static const auto passed = real(&fstat, NAME(fstat));
+    static const auto passed = real(&fstat, kFstat);
     return fails("fstat") ? -1 : passed(file, status);
 }
 
 int fstatat(int folder, const char* path, struct stat* status, int flags) noexcept
 {
-    static const auto passed = real(&fstatat, NAME(fstatat));
+    static const auto passed = real(&fstatat, kFstatat);
     return fails("fstatat") ? -1 : passed(folder, path, status, flags);
 }
 

@@ -4,12 +4,14 @@
 //   call NAME       the operation of that name, with arguments that    -> see call()
 //                   a meter accepts and a record full of kFill
 //   call NAME over N   the same, and the Nth wait for an answer is over at once
+//   file ID         the settings file of the calls behind it           -> {"result": 0}
 //   await ID        waits until a message lies in the queue of ID      -> {"result": 0}
 //   drain ID        takes all messages out of that queue               -> {"messages": HOW MANY}
 //
 // It stands between the library and its queues: what was sent and received is told as well, and a time-out
 // costs no time.
 #include "libvx63.h"
+#include "libvx63_settings.h"
 #include "lmsg.h"
 
 #include <algorithm>
@@ -30,6 +32,7 @@
 #include <vector>
 
 using nlohmann::json;
+using vx63::settings::kFiles;
 
 namespace {
 
@@ -138,6 +141,36 @@ std::array<uint8_t, 32> updateRequest()
 const std::array<uint8_t, 32> kUpdate = updateRequest();
 const uint8_t kAddInfo[32] = {1, 2, 3};
 
+uint32_t s_fileId = 0;
+constexpr char kSet[] = "AUTUMN";      // a set's name
+constexpr uint32_t kSetRecords = 2;    // of a set or a list
+constexpr size_t kLargestFile = 12012; // bytes of its records
+
+bool isSetOrList()
+{
+    return kFiles[s_fileId].defaultSize == 0;
+}
+
+uint32_t lastRecord()
+{
+    return (isSetOrList() ? kSetRecords : kFiles[s_fileId].rows) - 1;
+}
+
+// Records of the file in which no two neighbours are the same; texts are texts.
+std::vector<uint8_t> contents()
+{
+    const vx63::settings::File& file = kFiles[s_fileId];
+    std::vector<uint8_t> records(size_t{file.rows} * file.dataSize);
+    for (size_t i = 0; i < records.size(); ++i)
+        records[i] = static_cast<uint8_t>(37 * i + 11);
+    for (uint32_t row = 0; row < file.rows; ++row)
+        for (uint32_t i = 0; i < file.columnCount; ++i)
+            if (const vx63::settings::Column& column = file.columns[i]; column.type == vx63::settings::kText)
+                std::snprintf(reinterpret_cast<char*>(&records[row * file.dataSize + column.offset]),
+                              column.width, "N%u", static_cast<unsigned>(row));
+    return records;
+}
+
 struct Operation {
     size_t size; // of its record
     int32_t (*call)(void* record);
@@ -155,6 +188,13 @@ template <class Record, int32_t (*kFunction)(Record*)>
 Operation getter()
 {
     return {sizeof(Record), [](void* record) { return kFunction(static_cast<Record*>(record)); }};
+}
+
+// One whose only argument is the settings file.
+template <auto kFunction>
+Operation ofFile()
+{
+    return {0, [](void*) { return kFunction(s_fileId); }};
 }
 
 const std::map<std::string, Operation> kOperations = {
@@ -228,6 +268,33 @@ const std::map<std::string, Operation> kOperations = {
     {"vx63_buzzer", plain<vx63_buzzer, 0, 0>()},
     {"vx63_forceBuzzerVolume", plain<vx63_forceBuzzerVolume, 1, 1>()},
     {"vx63_forceBrightness", plain<vx63_forceBrightness, 1>()},
+
+    {"vx63_init", plain<vx63_init, 17>()},
+    {"vx63_setMultiMeasChannel", plain<vx63_setMultiMeasChannel>()},
+    {"vx63_isFileIdUserSet", ofFile<vx63_isFileIdUserSet>()},
+    {"vx63_isFileIdUserSetFlist", ofFile<vx63_isFileIdUserSetFlist>()},
+    {"vx63_isFileIdLoggerSet", ofFile<vx63_isFileIdLoggerSet>()},
+    {"vx63_isFileIdLoggerSetFlist", ofFile<vx63_isFileIdLoggerSetFlist>()},
+    {"vx63_readSetFile",
+     {kLargestFile, [](void* records) { return vx63_readSetFile(s_fileId, records, kSet, 0); }}},
+    {"vx63_readSetFile(default)",
+     {kLargestFile, [](void* records) { return vx63_readSetFile(s_fileId, records, kSet, 1); }}},
+    {"vx63_writeSetFile",
+     {0, [](void*) { return vx63_writeSetFile(s_fileId, contents().data(), kSet, kSetRecords); }}},
+    {"vx63_readSetFileIdx",
+     {kLargestFile,
+      [](void* records) { return vx63_readSetFileIdx(s_fileId, records, lastRecord(), kSet, 0); }}},
+    {"vx63_writeSetFileIdx",
+     {0, [](void*) { return vx63_writeSetFileIdx(s_fileId, contents().data(), lastRecord(), kSet); }}},
+    {"vx63_deleteSetFileUser", plain<vx63_deleteSetFileUser, kSet>()},
+    {"vx63_deleteSetFileUserUsb1", plain<vx63_deleteSetFileUserUsb1, kSet>()},
+    {"vx63_deleteSetFileUserUsb2", plain<vx63_deleteSetFileUserUsb2, kSet>()},
+    {"vx63_deleteSetFileLogger", plain<vx63_deleteSetFileLogger, kSet>()},
+    {"vx63_deleteSetFileLoggerUsb1", plain<vx63_deleteSetFileLoggerUsb1, kSet>()},
+    {"vx63_deleteSetFileLoggerUsb2", plain<vx63_deleteSetFileLoggerUsb2, kSet>()},
+    {"vx63_deleteSetFileUserBulk", ofFile<vx63_deleteSetFileUserBulk>()},
+    {"vx63_deleteSetFileLoggerBulk", ofFile<vx63_deleteSetFileLoggerBulk>()},
+    {"vx63_deleteAllSetFile", plain<vx63_deleteAllSetFile>()},
 };
 
 // ---- orders ----
@@ -311,7 +378,10 @@ int main()
                 drain(static_cast<unsigned>(id)); // from now on there is a queue, as if it had been waited on
             } else if (what == "await")
                 answer = await(static_cast<unsigned>(id));
-            else if (what == "drain")
+            else if (what == "file") {
+                s_fileId = static_cast<uint32_t>(id);
+                answer = {{"result", 0}};
+            } else if (what == "drain")
                 answer = drain(static_cast<unsigned>(id));
             else
                 return 64;

@@ -85,7 +85,7 @@ def test_exit_status(room, script, status):
     assert room.left() == EMPTY
 
 
-def test_what_the_command_left_running_is_ended(room):
+def test_what_the_command_left_running_is_ended(room, native):  # the emulator adopts no orphans
     _, pid = room.do(f"{IN_PLACE} -- sh -c 'setsid sleep 100000 > /dev/null 2>&1 & echo $!'")
     assert room.do(f"kill -0 {pid}")[0] != 0
 

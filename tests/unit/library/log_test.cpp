@@ -54,7 +54,7 @@ TEST_F(LogTest, ALineHasItsSixFields)
     long seconds = 0;
     long microseconds = 0;
     ASSERT_EQ(std::sscanf(line.c_str(), "%ld.%ld", &seconds, &microseconds), 2);
-    const long time = seconds * 1000000 + microseconds;
+    const int64_t time = int64_t{seconds} * 1000000 + microseconds;
     EXPECT_GE(time, before.tv_sec * 1000000 + before.tv_nsec / 1000);
     EXPECT_LE(time, after.tv_sec * 1000000 + after.tv_nsec / 1000);
     EXPECT_GT(vx63test::logSourceLines()[1], 0);
