@@ -8,7 +8,7 @@
  *
  * Calls. Every function is one synchronous call on the caller's thread: check the arguments, send one
  * request to one service, wait for its response, return a result code. The library starts no threads,
- * takes no locks, allocates no memory and prints nothing. It never throws.
+ * allocates no memory and prints nothing; it takes no lock but that of a full log. It never throws.
  *
  * Results. Every function returns one of the VX63_* result codes: 0 for success, negative for failure.
  * VX63_ERR_ARG is found before anything is sent, unless the service itself refuses a parameter. The
@@ -30,7 +30,7 @@
  *
  * Log. Every call writes lines to /var/log/libvx63.cpp.txt: its start, its errors and its end (a function
  * that leaves some of them out says so). A log that cannot be written never changes a result. The file is
- * started anew once it exceeds 2 MiB.
+ * started anew once it exceeds 2 MiB, under a file lock that is waited for for 0.1 s at most.
  *
  * Units and codes. The library passes frequencies, levels and codes through as they are: what they mean is
  * decided by the service that answers. Records tell units and ranges where they are known; VX63_BDSYS_*,
@@ -89,15 +89,15 @@ enum {
 
 /* Broadcast systems: usBdSys, bdSys, BDSYS. */
 enum {
-    VX63_BDSYS_TERRESTRIAL = 0,
+    VX63_BDSYS_TERRESTRIAL = 0, /* OFDM in 6 MHz, on cable too */
     VX63_BDSYS_SATELLITE = 1,   /* BS and CS, first generation */
     VX63_BDSYS_SATELLITE_2 = 2, /* BS and CS, second generation */
-    VX63_BDSYS_CATV = 3,
-    VX63_BDSYS_JSAT = 4,
-    VX63_BDSYS_JSAT_2 = 5,
-    VX63_BDSYS_SKYP = 6,
-    VX63_BDSYS_CATV_2 = 9,
-    VX63_BDSYS_LEVEL = 10 /* any carrier: its level alone, without lock */
+    VX63_BDSYS_CATV = 3,        /* cable: QAM in 6 MHz */
+    VX63_BDSYS_JSAT = 4,        /* QPSK */
+    VX63_BDSYS_JSAT_2 = 5,      /* QPSK to 32APSK */
+    VX63_BDSYS_SKYP = 6,        /* cable: 256QAM */
+    VX63_BDSYS_CATV_2 = 9,      /* cable: a variant of VX63_BDSYS_CATV */
+    VX63_BDSYS_LEVEL = 10       /* any carrier: its level alone, without lock */
 };
 
 /* Modulations, a bit each: usMod takes one or several, or VX63_MOD_ANY; MOD gives one. */
@@ -222,7 +222,8 @@ typedef struct MeasCondition {
     uint32_t ulLoFreq; /* kHz: local-oscillator frequency of the converter; 0 or 4294967295: none. The tuner
                           receives ulFreq - ulLoFreq, 10000 to 3224000 kHz */
     uint16_t usBdSys;  /* VX63_BDSYS_*: broadcast system */
-    uint16_t usBand;   /* band code: channels of a list with the same one share a power supply */
+    uint16_t usBand;   /* band code. A list with more than one feeds no LNB unless
+                             vx63_setPowerSupplyMultiMeasMixBand() was asked to */
     uint16_t usMod;    /* VX63_MOD_*, one or several: modulations to lock to */
     uint16_t usCondition; /* condition bits: come back as mesCond */
     char ucStrChan[8];    /* channel name: exactly 8 bytes, not necessarily NUL-terminated */
@@ -283,7 +284,7 @@ typedef struct SetChannel {
     uint8_t SPEC;         /* specification code */
     char CH[8];           /* channel name, NUL-terminated: at most 7 characters */
     uint32_t CENTER_FREQ; /* centre frequency in kHz */
-    uint32_t MOD;         /* modulation bit mask */
+    uint32_t MOD;         /* VX63_MOD_*, one or several */
     uint32_t LOCAL_FREQ;  /* local-oscillator frequency in kHz; 4294967295 where there is none */
     uint8_t GETDATA_FLG;  /* flag: get data */
     uint8_t DC_OUT;       /* DC output */
@@ -312,7 +313,7 @@ typedef struct DlyPrfResult {
  * The array is C99's flexible one, which C++ compilers know as well.
  */
 __extension__ typedef struct MultiMeasReg {
-    int16_t sRegNum;        /* number of channels that follow, 0 to 256 */
+    int16_t sRegNum; /* number of channels that follow, 1 to 256; 0 is sent, and the service refuses it */
     MeasCondition single[]; /* the channels; the index of a channel here is its index in a result read */
 } MultiMeasReg;
 
@@ -401,21 +402,21 @@ enum {
 
 /* Key states. */
 typedef struct KeyStatus {
-    int32_t stat[VX63_KEYS]; /* 0 to 255 for each key */
+    int32_t stat[VX63_KEYS]; /* of each key: 1 pressed, 0 not */
 } KeyStatus;
 
 /*
- * Device status. What the values mean is decided by the device service: each field is named by the place
- * of its value in the service's report, and they do not stand in that order.
+ * Device status. Each field is named by the place of its value in the service's report; they do not stand in
+ * that order.
  */
 typedef struct DeviceStatus {
-    uint16_t usStat0; /* the 16 bits at byte 0 */
-    uint8_t ucStat2;  /* byte 2 */
-    uint8_t ucStat6;  /* byte 6 */
-    uint32_t ulStat3; /* byte 3: 0 to 255 */
-    uint32_t ulStat4; /* byte 4: 0 to 255 */
-    uint32_t ulStat5; /* byte 5: 0 to 255 */
-    uint16_t usStat8; /* the 16 bits at byte 8 */
+    uint16_t usStat0; /* bits: 0x01 a memory is in USB slot 1, 0x02 in slot 2 */
+    uint8_t ucStat2;  /* %: charge of the battery */
+    uint8_t ucStat6;  /* degrees Celsius: temperature inside */
+    uint32_t ulStat3; /* fed by: 0 the battery, 1 from outside */
+    uint32_t ulStat4; /* charger: 0 off, 1 charging, 2 the battery is full */
+    uint32_t ulStat5; /* battery: 0 good, 1 low */
+    uint16_t usStat8; /* mV: voltage of the battery */
 } DeviceStatus;
 
 /* ---- Exported data --------------------------------------------------------------------------------- */
@@ -916,14 +917,14 @@ VX63_API int32_t vx63_getStandbyStat(uint32_t* pStandbyStat);
 
 /*
  * Calibrates the meter. Answered by the measurement service; 5 s.
- *   ucMode  what to calibrate
+ *   ucMode  0 all, 1 the level alone
  * Returns VX63_OK, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_calibration(uint8_t ucMode);
 
 /*
  * Tells the measurement service that the low-battery state has changed. 5 s.
- *   ucLowBattStat  the new state
+ *   ucLowBattStat  0 good, 1 low
  * Returns VX63_OK, VX63_ERR_ARG (the service refused), VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_ntfLowBattStatChg(uint8_t ucLowBattStat);
@@ -936,7 +937,7 @@ VX63_API int32_t vx63_initFactoryDefault(void);
 
 /*
  * Switches the developer mode. Answered by the system service; 5 s.
- *   ucOnOff  on or off
+ *   ucOnOff  0 off, 1 on
  * Returns VX63_OK, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_setDeveloperMode(uint8_t ucOnOff);
@@ -956,16 +957,16 @@ VX63_API int32_t vx63_prgUpdate(const void* pUpdateReq);
 
 /*
  * Sounds the buzzer. Answered by the buzzer service; 10 s.
- *   buzz      kind of sound, 0 to 4
- *   buzzMode  0 to 2
- * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_REPEAT, VX63_ERR_PRIORITY, VX63_ERR_COMM.
+ *   buzz      kind of sound, which is its priority too: 0 key click, 1 confirmation, 2 warning, 3 error, 4
+ * alarm buzzMode  0 once, 1 again and again, 2 stop Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_REPEAT,
+ * VX63_ERR_PRIORITY, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_buzzer(int32_t buzz, int32_t buzzMode);
 
 /*
  * Forces the volume of the buzzer. Answered by the buzzer service; 10 s.
  *   buzz     kind of sound, 0 to 4
- *   buzzVol  0 to 3
+ *   buzzVol  0 (silent) to 3
  * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_REPEAT, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_forceBuzzerVolume(int32_t buzz, int32_t buzzVol);

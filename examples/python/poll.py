@@ -14,8 +14,12 @@ frequency, times = int(sys.argv[1]), int(sys.argv[2]) if len(sys.argv) > 2 else 
 vx63.vx63_init(17)  # a process id that nobody else has
 vx63.vx63_startSingleMeas(0, vx63.MeasCondition(ulFreq=frequency))
 try:
-    for count in range(times):
-        time.sleep(count and 1)
+    for _ in range(50):  # the meter needs a moment to lock
+        if vx63.vx63_getSingleMeasResult(0).lock:
+            break
+        time.sleep(0.1)
+    for _ in range(times):
+        time.sleep(1)
         result = vx63.vx63_getSingleMeasResult(0)
         print(f"{frequency} kHz  {result.LEVEL / 10:.1f} dBuV  C/N {result.CNR / 10:.1f} dB  "
               f"{result.BER_ERR} errors in {result.BER_TOTAL} bits{'' if result.lock else '  no lock'}", flush=True)

@@ -42,14 +42,14 @@ VX63_POWER_SUPPLY_11V_TONE: Final = 3
 VX63_POWER_SUPPLY_15V_TONE: Final = 4
 
 # Broadcast systems: usBdSys, bdSys, BDSYS.
-VX63_BDSYS_TERRESTRIAL: Final = 0
+VX63_BDSYS_TERRESTRIAL: Final = 0  # OFDM in 6 MHz, on cable too
 VX63_BDSYS_SATELLITE: Final = 1  # BS and CS, first generation
 VX63_BDSYS_SATELLITE_2: Final = 2  # BS and CS, second generation
-VX63_BDSYS_CATV: Final = 3
-VX63_BDSYS_JSAT: Final = 4
-VX63_BDSYS_JSAT_2: Final = 5
-VX63_BDSYS_SKYP: Final = 6
-VX63_BDSYS_CATV_2: Final = 9
+VX63_BDSYS_CATV: Final = 3  # cable: QAM in 6 MHz
+VX63_BDSYS_JSAT: Final = 4  # QPSK
+VX63_BDSYS_JSAT_2: Final = 5  # QPSK to 32APSK
+VX63_BDSYS_SKYP: Final = 6  # cable: 256QAM
+VX63_BDSYS_CATV_2: Final = 9  # cable: a variant of VX63_BDSYS_CATV
 VX63_BDSYS_LEVEL: Final = 10  # any carrier: its level alone, without lock
 
 # Modulations, a bit each: usMod takes one or several, or VX63_MOD_ANY; MOD gives one.
@@ -203,7 +203,7 @@ class MeasCondition(Record):
     ulFreq: int  # kHz: centre frequency of the channel, before a converter
     ulLoFreq: int  # kHz: local-oscillator frequency of the converter; 0 or 4294967295: none. The tuner receives ulFreq - ulLoFreq, 10000 to 3224000 kHz
     usBdSys: int  # VX63_BDSYS_*: broadcast system
-    usBand: int  # band code: channels of a list with the same one share a power supply
+    usBand: int  # band code. A list with more than one feeds no LNB unless vx63_setPowerSupplyMultiMeasMixBand() was asked to
     usMod: int  # VX63_MOD_*, one or several: modulations to lock to
     usCondition: int  # condition bits: come back as mesCond
     ucStrChan: bytes  # channel name: exactly 8 bytes, not necessarily NUL-terminated
@@ -310,7 +310,7 @@ class SetChannel(Record):
     SPEC: int  # specification code
     CH: bytes  # channel name, NUL-terminated: at most 7 characters
     CENTER_FREQ: int  # centre frequency in kHz
-    MOD: int  # modulation bit mask
+    MOD: int  # VX63_MOD_*, one or several
     LOCAL_FREQ: int  # local-oscillator frequency in kHz; 4294967295 where there is none
     GETDATA_FLG: int  # flag: get data
     DC_OUT: int  # DC output
@@ -357,7 +357,7 @@ class MultiMeasReg(FlexibleRecord):
     """Channels to measure or to scan: one block of sizeof(MultiMeasReg) + sRegNum * sizeof(MeasCondition) bytes.
     The array is C99's flexible one, which C++ compilers know as well.
     """
-    sRegNum: int  # number of channels that follow, 0 to 256
+    sRegNum: int  # number of channels that follow, 1 to 256; 0 is sent, and the service refuses it
     single: Array[MeasCondition]  # the channels; the index of a channel here is its index in a result read
 
     _fields_ = [
@@ -520,7 +520,7 @@ class FailInfo(Record):
 
 class KeyStatus(Record):
     """Key states."""
-    stat: Array[c_int32]  # 0 to 255 for each key
+    stat: Array[c_int32]  # of each key: 1 pressed, 0 not
 
     _fields_ = [
         ("stat", c_int32 * 17),
@@ -528,16 +528,16 @@ class KeyStatus(Record):
 
 
 class DeviceStatus(Record):
-    """Device status. What the values mean is decided by the device service: each field is named by the place
-    of its value in the service's report, and they do not stand in that order.
+    """Device status. Each field is named by the place of its value in the service's report; they do not stand in
+    that order.
     """
-    usStat0: int  # the 16 bits at byte 0
-    ucStat2: int  # byte 2
-    ucStat6: int  # byte 6
-    ulStat3: int  # byte 3: 0 to 255
-    ulStat4: int  # byte 4: 0 to 255
-    ulStat5: int  # byte 5: 0 to 255
-    usStat8: int  # the 16 bits at byte 8
+    usStat0: int  # bits: 0x01 a memory is in USB slot 1, 0x02 in slot 2
+    ucStat2: int  # %: charge of the battery
+    ucStat6: int  # degrees Celsius: temperature inside
+    ulStat3: int  # fed by: 0 the battery, 1 from outside
+    ulStat4: int  # charger: 0 off, 1 charging, 2 the battery is full
+    ulStat5: int  # battery: 0 good, 1 low
+    usStat8: int  # mV: voltage of the battery
 
     _fields_ = [
         ("usStat0", c_uint16),
@@ -1652,7 +1652,7 @@ def vx63_getStandbyStat() -> int:
 
 def vx63_calibration(ucMode: int) -> None:
     """Calibrates the meter. Answered by the measurement service; 5 s.
-      ucMode  what to calibrate
+      ucMode  0 all, 1 the level alone
     Raises CommError.
     """
     checked("vx63_calibration", number(c_uint8, "ucMode", ucMode))
@@ -1660,7 +1660,7 @@ def vx63_calibration(ucMode: int) -> None:
 
 def vx63_ntfLowBattStatChg(ucLowBattStat: int) -> None:
     """Tells the measurement service that the low-battery state has changed. 5 s.
-      ucLowBattStat  the new state
+      ucLowBattStat  0 good, 1 low
     Raises ArgError (the service refused), CommError.
     """
     checked("vx63_ntfLowBattStatChg", number(c_uint8, "ucLowBattStat", ucLowBattStat))
@@ -1675,7 +1675,7 @@ def vx63_initFactoryDefault() -> None:
 
 def vx63_setDeveloperMode(ucOnOff: int) -> None:
     """Switches the developer mode. Answered by the system service; 5 s.
-      ucOnOff  on or off
+      ucOnOff  0 off, 1 on
     Raises CommError.
     """
     checked("vx63_setDeveloperMode", number(c_uint8, "ucOnOff", ucOnOff))
@@ -1693,9 +1693,9 @@ def vx63_prgUpdate(pUpdateReq: bytes) -> None:
 
 def vx63_buzzer(buzz: int, buzzMode: int) -> None:
     """Sounds the buzzer. Answered by the buzzer service; 10 s.
-      buzz      kind of sound, 0 to 4
-      buzzMode  0 to 2
-    Raises ArgError, RepeatError, PriorityError, CommError.
+      buzz      kind of sound, which is its priority too: 0 key click, 1 confirmation, 2 warning, 3 error, 4
+    alarm buzzMode  0 once, 1 again and again, 2 stop Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_REPEAT,
+    VX63_ERR_PRIORITY, VX63_ERR_COMM.
     """
     checked("vx63_buzzer", number(c_int32, "buzz", buzz), number(c_int32, "buzzMode", buzzMode))
 
@@ -1703,7 +1703,7 @@ def vx63_buzzer(buzz: int, buzzMode: int) -> None:
 def vx63_forceBuzzerVolume(buzz: int, buzzVol: int) -> None:
     """Forces the volume of the buzzer. Answered by the buzzer service; 10 s.
       buzz     kind of sound, 0 to 4
-      buzzVol  0 to 3
+      buzzVol  0 (silent) to 3
     Raises ArgError, RepeatError, CommError.
     """
     checked("vx63_forceBuzzerVolume", number(c_int32, "buzz", buzz), number(c_int32, "buzzVol", buzzVol))

@@ -4,6 +4,7 @@
 #include "libvx63.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <fcntl.h>
@@ -48,10 +49,15 @@ void refreshPath()
 }
 
 // Empties a log that has grown past the limit. Of several that find it so, one does: the others' lines, which
-// follow, stay. Who holds the lock for long, whoever it is, holds up nobody.
+// follow, stay. Who holds the lock for long, whoever it is, holds up a call for a tenth of a second at most.
+// No signal handler comes between: it would log, and wait for itself.
 [[gnu::noinline]] void startAnew(int fd)
 {
-    for (int tries = 0; flock(fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK && tries < 1000; ++tries) {
+    sigset_t all;
+    sigset_t callers;
+    sigfillset(&all);
+    pthread_sigmask(SIG_BLOCK, &all, &callers);
+    for (int tries = 0; flock(fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK && tries < 100; ++tries) {
         const timespec pause = {.tv_sec = 0, .tv_nsec = 1'000'000};
         nanosleep(&pause, nullptr);
     }
@@ -60,6 +66,7 @@ void refreshPath()
         [[maybe_unused]] const int result = ftruncate(fd, 0);
     }
     flock(fd, LOCK_UN);
+    pthread_sigmask(SIG_SETMASK, &callers, nullptr);
 }
 
 // Opens a log to add one line to it, emptied if it has grown past the limit. -1: leave the line out.

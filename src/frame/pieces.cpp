@@ -1,6 +1,8 @@
 #include "frame/pieces.h"
 
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <iterator>
 
@@ -52,8 +54,11 @@ void Pieces::addList(const char* format, va_list arguments)
 
         const char kind = conversion[length - 1];
         if (kind == 's') {
-            const auto limit =
-                strchr(conversion, '*') != nullptr ? static_cast<size_t>(va_arg(arguments, int)) : -1;
+            size_t limit = SIZE_MAX;
+            if (const char* const precision = strchr(conversion, '.'); precision != nullptr) {
+                limit = precision[1] == '*' ? static_cast<size_t>(va_arg(arguments, int))
+                                            : strtoul(precision + 1, nullptr, 10);
+            }
             const char* const text = va_arg(arguments, const char*);
             addText(text, strnlen(text, limit));
         } else if (kind == 'p') {

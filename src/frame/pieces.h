@@ -8,7 +8,7 @@
 namespace vx63 {
 
 // Texts stay where they lie; numbers are printed here. Takes the conversions that log statements use: d, f,
-// p, s, u and X, with their flags, widths and lengths. What goes beyond its room is left out.
+// p, s, u and X, with their flags, widths, precisions and lengths. What goes beyond its room is left out.
 class Pieces {
 public:
     [[gnu::format(printf, 2, 3)]] void add(const char* format, ...);
@@ -22,9 +22,9 @@ private:
     template <class Number>
     void addNumber(const char* conversion, Number number);
 
-    iovec m_pieces[48];
+    iovec m_pieces[44];
     int m_count = 0;
-    char m_numbers[256];
+    char m_numbers[704]; // 14 of the largest floats
     size_t m_used = 0;
 };
 

@@ -64,36 +64,38 @@ int32_t vx63_getDlyPrfResult(DlyPrfResult* pResult)
         if (vx63_err != VX63_OK) {
             return logEnd(vx63_err);
         }
-        const auto rspData = response.as<wire::DlyPrfResponse>();
-        if (rspData.usReadBlockNo != lBlockCnt) {
+        const auto usReadBlockNo = response.field<uint16_t>(offsetof(wire::DlyPrfResponse, usReadBlockNo));
+        const auto usStatus = response.field<uint16_t>(offsetof(wire::DlyPrfResponse, usStatus));
+        const uint8_t* const data = response.bytes + offsetof(wire::DlyPrfResponse, data);
+        if (usReadBlockNo != lBlockCnt) {
             // Intended: asked for again for as long as the service answers with another block.
             logLine({}, "DLYPRF continue. lBlockCnt(%d) != rspData.usReadBlockNo(%u)", lBlockCnt,
-                    rspData.usReadBlockNo);
+                    usReadBlockNo);
             continue;
         }
         logLine({}, "DLYPRF non continue. lBlockCnt(%d) == rspData.usReadBlockNo(%u)", lBlockCnt,
-                rspData.usReadBlockNo);
-        if (rspData.usStatus != kComplete) {
-            if (rspData.usStatus == kMeasuring) {
-                logLine({}, "DLYPRF status data ing. rspData.usStatus=%d", rspData.usStatus);
+                usReadBlockNo);
+        if (usStatus != kComplete) {
+            if (usStatus == kMeasuring) {
+                logLine({}, "DLYPRF status data ing. rspData.usStatus=%d", usStatus);
             } else {
-                logLine({}, "DLYPRF status data none. rspData.usStatus=%d", rspData.usStatus);
+                logLine({}, "DLYPRF status data none. rspData.usStatus=%d", usStatus);
             }
-            pResult->stat = rspData.usStatus;
+            pResult->stat = usStatus;
             return logEnd(VX63_OK);
         }
         int8_t* const samples = pResult->ucDlyPrfData + kBlockSize * static_cast<size_t>(lBlockCnt);
         if (lBlockCnt < kLastBlock) {
-            memcpy(samples, rspData.data, kBlockSize);
+            memcpy(samples, data, kBlockSize);
             logLine({}, "DLYPRF blk%d get.", lBlockCnt);
         } else {
-            memcpy(samples, rspData.data, kLastBlockSize);
-            logLine({}, "stat=%04X", rspData.usStatus);
+            memcpy(samples, data, kLastBlockSize);
+            logLine({}, "stat=%04X", usStatus);
             for (int32_t i = 0; i < VX63_DLYPRF_SAMPLES; ++i) {
                 logLine({}, "pResult->ucDlyPrfData[%d]=%d", i, pResult->ucDlyPrfData[i]);
             }
         }
-        pResult->stat = rspData.usStatus;
+        pResult->stat = usStatus;
         ++lBlockCnt;
     }
     return logEnd(VX63_OK);

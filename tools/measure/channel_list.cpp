@@ -19,7 +19,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr size_t kMaxRun = 256;
-constexpr uint16_t kMixBandSupply = 0x0020; // of usInputStat
 constexpr std::chrono::milliseconds kPollTime{20};
 constexpr std::chrono::seconds kStall{30}; // longer than the meter searches on any channel
 
@@ -61,7 +60,7 @@ bool needsMixBandSupply(const std::vector<ListChannel>& channels)
         return false;
     MeasStatus status{};
     require("cannot read the measurement status", [&] { return vx63_getMeasStatus(&status); });
-    return (status.usInputStat & kMixBandSupply) == 0;
+    return (status.usInputStat & VX63_INPUT_STAT_MIXED_BANDS) == 0;
 }
 
 class Run {

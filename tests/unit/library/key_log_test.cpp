@@ -90,12 +90,27 @@ TEST_F(KeyLogTest, ThePathBufferKeepsNamingTheMainLog)
 TEST_F(KeyLogTest, ALineOfAnyLengthIsWhole)
 {
     const std::string name(3000, 'n');
-    vx63::logKeyLine(vx63::Site("f", 7), "%d|%d|%u|%02X|%04hX|0x%04X|%#02X|%ld|%p|%f|[%.*s]|%s|[%s] end", 0,
+    vx63::logKeyLine(vx63::Site("f", 7),
+                     "%d|%d|%u|%02X|%04hX|0x%04X|%#02X|%ld|%p|%f|[%.*s]|[%.3s]|%s|[%s] end", 0,
                      -2147483647 - 1, 4294967295u, 10, static_cast<unsigned short>(0xABCD), 255, 1, -5L,
-                     nullptr, -2.25, 3, "abcdef", "", name.c_str());
-    EXPECT_THAT(logMessages(kKeyLogPath),
-                ElementsAre("f: 0|-2147483648|4294967295|0A|ABCD|0x00FF|0X1|-5|(nil)|-2.250000|[abc]||[" +
-                            name + "] end"));
+                     nullptr, -2.25, 3, "abcdef", "ghijkl", "", name.c_str());
+    EXPECT_THAT(
+        logMessages(kKeyLogPath),
+        ElementsAre("f: 0|-2147483648|4294967295|0A|ABCD|0x00FF|0X1|-5|(nil)|-2.250000|[abc]|[ghi]||[" +
+                    name + "] end"));
+}
+
+TEST_F(KeyLogTest, FourteenLargestNumbersFitALongLine)
+{
+    const std::string name(3000, 'n');
+    const double f = -3.4028234663852886e38;
+    vx63::logKeyLine(vx63::Site("f", 7), "%f %f %f %f %f %f %f %f %f %f %f %f %f %f %s", f, f, f, f, f, f, f,
+                     f, f, f, f, f, f, f, name.c_str());
+    std::string numbers;
+    for (int i = 0; i < 14; ++i) {
+        numbers += "-340282346638528859811704183484516925440.000000 ";
+    }
+    EXPECT_THAT(logMessages(kKeyLogPath), ElementsAre("f: " + numbers + name));
 }
 
 TEST_F(KeyLogTest, ALineAtTheEdgeOfTheUsualBufferIsWhole)
