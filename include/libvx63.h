@@ -957,9 +957,9 @@ VX63_API int32_t vx63_prgUpdate(const void* pUpdateReq);
 
 /*
  * Sounds the buzzer. Answered by the buzzer service; 10 s.
- *   buzz      kind of sound, which is its priority too: 0 key click, 1 confirmation, 2 warning, 3 error, 4
- * alarm buzzMode  0 once, 1 again and again, 2 stop Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_REPEAT,
- * VX63_ERR_PRIORITY, VX63_ERR_COMM.
+ *   buzz      kind of sound and its priority: 0 key click, 1 confirmation, 2 warning, 3 error, 4 alarm
+ *   buzzMode  0 once, 1 again and again, 2 stop
+ * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_REPEAT, VX63_ERR_PRIORITY, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_buzzer(int32_t buzz, int32_t buzzMode);
 

@@ -1693,9 +1693,9 @@ def vx63_prgUpdate(pUpdateReq: bytes) -> None:
 
 def vx63_buzzer(buzz: int, buzzMode: int) -> None:
     """Sounds the buzzer. Answered by the buzzer service; 10 s.
-      buzz      kind of sound, which is its priority too: 0 key click, 1 confirmation, 2 warning, 3 error, 4
-    alarm buzzMode  0 once, 1 again and again, 2 stop Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_REPEAT,
-    VX63_ERR_PRIORITY, VX63_ERR_COMM.
+      buzz      kind of sound and its priority: 0 key click, 1 confirmation, 2 warning, 3 error, 4 alarm
+      buzzMode  0 once, 1 again and again, 2 stop
+    Raises ArgError, RepeatError, PriorityError, CommError.
     """
     checked("vx63_buzzer", number(c_int32, "buzz", buzz), number(c_int32, "buzzMode", buzzMode))
 
