@@ -3,7 +3,7 @@
 import json
 
 import pytest
-from conftest import DEV, MEAS, SYS, VMETER, Client, descendants, message, vmeter
+from conftest import DEV, MEAS, SYS, VMETER, Client, Process, descendants, message, vmeter
 
 pytestmark = pytest.mark.usefixtures("namespaces")
 
@@ -149,9 +149,13 @@ def test_die_and_come_back():
 
 def test_a_dead_service_does_not_hinder_the_others():
     with client("meas/0x17:1=die,3600000") as meter:
+        meter.call(SYS, 0x7FFF)  # all of them are there
+        names = descendants(meter.process.pid)
+        dead = Process(next(pid for pid, name in names.items() if name == "vx63-meas"))
         meter.request(MEAS, GET_STATUS)
         assert meter.call(DEV, 0x22).command == 0x8022
         assert meter.call(SYS, 0x7FFF).command == 0xFFFF
+        dead.wait()
         assert "vx63-meas" not in descendants(meter.process.pid).values()
         assert meter.close() == 0
 
