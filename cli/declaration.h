@@ -2,12 +2,11 @@
 // Both programs answer in the same way, when one of these stands first on their command line; no help shows
 // them.
 //
-//   --complete WORD...  what can stand in place of the last word, a line each: the text, a tab, its
-//   description.
-//                       ":files" and ":folders" stand for the names of files and of folders, ":command N" for
-//                       whatever completes a command of its own, which begins at word N (the program is word
-//                       0).
+//   --complete WORD...  what can stand in place of the last word, a line each: text, tab, description
 //   --declaration       commands, options and arguments as JSON
+//
+// In place of a text, ":files" and ":folders" stand for the names of files and of folders, ":command N" for
+// whatever completes a command of its own, which begins at word N (the program is word 0).
 //
 // Words that complete a value come from its type, as the help shows it: "on|off" and "0..4" are words, FILE
 // and DIR names of files and folders. Where that does not tell them, Extras do.
