@@ -194,7 +194,7 @@ class Process:
 
 
 def parents():
-    """Parent and short name of every process."""
+    """Parent and short name of every process that has not ended."""
     found = {}
     for entry in os.listdir("/proc"):
         if entry.isdigit():
@@ -203,7 +203,9 @@ def parents():
             except OSError:
                 continue
             name = stat[stat.index("(") + 1:stat.rindex(")")]
-            found[int(entry)] = (int(stat[stat.rindex(")") + 2:].split()[1]), name)
+            state, parent = stat[stat.rindex(")") + 2:].split()[:2]
+            if state != "Z":  # ended, and not yet waited for
+                found[int(entry)] = (int(parent), name)
     return found
 
 
