@@ -1,6 +1,6 @@
 #include "frame/log.h"
 
-#include "frame/pieces.h"
+#include "frame/line.h"
 #include "libvx63.h"
 
 #include <cerrno>
@@ -30,9 +30,6 @@ namespace {
 constexpr char kPath[] = "/var/log/libvx63.cpp.txt";
 constexpr char kKeyPath[] = "/var/log/libvx63_key.txt";
 constexpr off_t kSizeLimit = 0x200000;
-
-// Longer than any line without a text out of all bounds: a set's name, the program's.
-constexpr size_t kUsualLine = 1024;
 
 static_assert(sizeof(time_t) == 8, "time stamps and files go beyond 2038");
 
@@ -86,39 +83,18 @@ void refreshPath()
     return fd;
 }
 
-constexpr char kHead[] = "%lld.%06ld : %s : libvx63.cpp(%d) %s() : ";
-
-// A line is one write, so that no other can come between; what a full disk cuts off is lost.
-//   false  it does not fit: nothing is written
-[[gnu::format(printf, 4, 0)]] bool writeUsualLine(int fd, const timespec& now, Site at, const char* format,
-                                                  va_list arguments)
+// Apart from the opening, which takes stack of its own.
+[[gnu::noinline, gnu::format(printf, 3, 0)]] void writeLine(int fd, Site at, const char* format,
+                                                            va_list arguments)
 {
-    char line[kUsualLine];
-    const int head = snprintf(line, sizeof line, kHead, static_cast<long long>(now.tv_sec),
-                              static_cast<long>(now.tv_nsec / 1000), __progname, at.line, at.function);
-    if (head < 0 || static_cast<size_t>(head) >= sizeof line) {
-        return false;
-    }
-    const size_t used = static_cast<size_t>(head);
-    const int message = vsnprintf(line + used, sizeof line - used, format, arguments);
-    if (message < 0 || static_cast<size_t>(message) >= sizeof line - used) {
-        return false;
-    }
-    const size_t length = used + static_cast<size_t>(message);
-    line[length] = '\n'; // takes the terminator's place
-    [[maybe_unused]] const ssize_t written = write(fd, line, length + 1);
-    return true;
-}
-
-[[gnu::format(printf, 4, 0)]] void writeLongLine(int fd, const timespec& now, Site at, const char* format,
-                                                 va_list arguments)
-{
-    Pieces line;
-    line.add(kHead, static_cast<long long>(now.tv_sec), static_cast<long>(now.tv_nsec / 1000), __progname,
-             at.line, at.function);
+    timespec now = {};
+    clock_gettime(CLOCK_REALTIME, &now);
+    Line line;
+    line.add("%lld.%06ld : %s : libvx63.cpp(%d) %s() : ", static_cast<long long>(now.tv_sec),
+             static_cast<long>(now.tv_nsec / 1000), __progname, at.line, at.function);
     line.addList(format, arguments);
     line.add("\n");
-    [[maybe_unused]] const ssize_t written = writev(fd, line.pieces(), line.count());
+    line.writeTo(fd);
 }
 
 // One log statement. Whichever file the line goes to, g_cLibTestLogFilePath names the main log.
@@ -128,14 +104,7 @@ constexpr char kHead[] = "%lld.%06ld : %s : libvx63.cpp(%d) %s() : ";
     refreshPath();
     const int fd = openLog(path);
     if (fd >= 0) {
-        timespec now = {};
-        clock_gettime(CLOCK_REALTIME, &now);
-        va_list again;
-        va_copy(again, arguments);
-        if (!writeUsualLine(fd, now, at, format, arguments)) {
-            writeLongLine(fd, now, at, format, again);
-        }
-        va_end(again);
+        writeLine(fd, at, format, arguments);
         close(fd);
     }
     errno = callersErrno;
@@ -163,22 +132,26 @@ void logDump(const char* label, const uint8_t* bytes, uint32_t count, Caller cal
 {
     constexpr uint32_t kBytesPerLine = 16;
     char* const buffer = gLibDumpLog;
-    constexpr size_t size = sizeof gLibDumpLog;
 
-    snprintf(buffer, size, "%s:%d byte", label, static_cast<int>(count));
+    snprintf(buffer, sizeof gLibDumpLog, "%s:%d byte", label, static_cast<int>(count));
     logLine({caller}, "%s", buffer);
 
-    size_t used = 0;
+    char* at = buffer;
     for (uint32_t i = 0; i < count; ++i) {
         if (i % kBytesPerLine == 0) {
-            used = static_cast<size_t>(snprintf(buffer, size, "%04X :", i));
+            at = putHex(buffer, i, 4);
+            *at++ = ' ';
+            *at++ = ':';
         }
-        used += static_cast<size_t>(snprintf(buffer + used, size - used, " %02X", bytes[i]));
+        *at++ = ' ';
+        at = putHex(at, bytes[i], 2);
         if (i % kBytesPerLine == kBytesPerLine - 1) {
+            *at = '\0';
             logLine({caller}, "%s", buffer);
         }
     }
     if (count % kBytesPerLine != 0) {
+        *at = '\0';
         logLine({caller}, "%s", buffer);
     }
 }

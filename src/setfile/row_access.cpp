@@ -60,7 +60,7 @@ int32_t vx63_readSetFileIdx(uint32_t fileId, void* pDat, uint32_t ulIdx, const c
         return -1;
     }
     logLine({}, "fileId=%d, pDat=%p, ulIdx=%u, pcUserFileName=[%s], bDefault=%u",
-            static_cast<int32_t>(fileId), pDat, ulIdx, shown(pcUserFileName), bDefault);
+            static_cast<int32_t>(fileId), pDat, ulIdx, pcUserFileName, bDefault);
 
     const int32_t iRet = stage(fileId, ulIdx, pcUserFileName, bDefault);
     if (iRet < 0) {
@@ -82,7 +82,7 @@ int32_t vx63_writeSetFileIdx(uint32_t fileId, const void* pDat, uint32_t ulIdx, 
         return -1;
     }
     logLine({}, "fileId=%d, pDat=%p, ulIdx=%u, pcUserFileName=[%s]", static_cast<int32_t>(fileId), pDat,
-            ulIdx, shown(pcUserFileName));
+            ulIdx, pcUserFileName);
 
     const int32_t count = stage(fileId, ulIdx, pcUserFileName, 0);
     if (count < 0) {

@@ -24,9 +24,4 @@ const char* pathOf(uint32_t fileId, const char* name)
     return 0 <= length && static_cast<size_t>(length) < kSetPathSize ? path : nullptr;
 }
 
-const char* shown(const char* name)
-{
-    return name != nullptr ? name : "(null)";
-}
-
 } // namespace vx63

@@ -13,7 +13,4 @@ inline constexpr size_t kSetPathSize = 128;
 // buffer of the family. Null where the buffer does not hold it: a path cut short would be another file's.
 const char* pathOf(uint32_t fileId, const char* name);
 
-// A name as the log shows it, which may be null where none is needed.
-const char* shown(const char* name);
-
 } // namespace vx63

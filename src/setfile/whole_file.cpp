@@ -39,7 +39,7 @@ int32_t vx63_readSetFile(uint32_t fileId, void* pDat, const char* pcMeasFileName
         return -1;
     }
     logLine({}, "fileId=%d, pDat=%p, pcMeasFileName=[%s], bDefault=%u", static_cast<int32_t>(fileId), pDat,
-            shown(pcMeasFileName), bDefault);
+            pcMeasFileName, bDefault);
 
     const SetFileDef& def = kCatalogue[fileId];
     int32_t iRet = -1;
@@ -71,7 +71,7 @@ int32_t vx63_writeSetFile(uint32_t fileId, const void* pDat, const char* pcMeasF
         return -1;
     }
     logLine({}, "fileId=%d, pDat=%p, pcMeasFileName=[%s], ulUserLine=%u", static_cast<int32_t>(fileId), pDat,
-            shown(pcMeasFileName), ulUserLine);
+            pcMeasFileName, ulUserLine);
 
     const char* const path = pathOf(fileId, pcMeasFileName);
     if (path == nullptr) {
