@@ -128,29 +128,41 @@ int64_t now()
 
 // Finds the queue and performs `attempt` on it, again whenever ppoll() sees `events`, until the attempt
 // succeeds, fails for good or the time is over. The attempt gives what mq_send() or mq_receive() gave.
+//
+// There is nearly always room to send, so that is tried first. A message to be received is nearly always
+// still to come, so that is waited for first.
 template <class Attempt>
 int32_t exchange(uint8_t ucQueId, short events, uint32_t ulTimeout, Attempt attempt)
 {
     const int64_t deadline = ulTimeout == LMSG_FOREVER ? INT64_MAX : now() + ulTimeout * kNsPerMs;
+    int64_t rest = ulTimeout * kNsPerMs;
+    bool wait = events == POLLIN && ulTimeout != 0;
     for (;;) {
         int descriptor;
         const int32_t result = findQueue(ucQueId, descriptor);
         if (result != LMSG_OK)
             return result;
+        if (wait) {
+            const int64_t slice = rest < kLookNs ? rest : kLookNs;
+            const timespec time{static_cast<time_t>(slice / kNsPerSecond),
+                                static_cast<long>(slice % kNsPerSecond)};
+            pollfd ready{descriptor, events, 0};
+            const int count = ppoll(&ready, 1, &time, nullptr);
+            if (count < 0 && errno != EINTR)
+                return errno == ENOMEM ? LMSG_ERR_RESOURCE : LMSG_ERR_SYSTEM;
+            if (count <= 0) { // the queue may be another by now
+                wait = false;
+                continue;
+            }
+        }
         if (attempt(descriptor) >= 0)
             return LMSG_OK;
         if (errno != EAGAIN && errno != EINTR)
             return LMSG_ERR_SYSTEM;
-
-        const int64_t rest = deadline - now();
+        rest = deadline - now();
         if (rest <= 0)
             return LMSG_ERR_TIMEOUT;
-        const int64_t wait = rest < kLookNs ? rest : kLookNs;
-        const timespec time{static_cast<time_t>(wait / kNsPerSecond), static_cast<long>(wait % kNsPerSecond)};
-        pollfd ready{descriptor, events, 0};
-        // Whatever ended the wait, the next attempt and the clock tell what to do.
-        if (ppoll(&ready, 1, &time, nullptr) < 0 && errno != EINTR)
-            return errno == ENOMEM ? LMSG_ERR_RESOURCE : LMSG_ERR_SYSTEM;
+        wait = true;
     }
 }
 
