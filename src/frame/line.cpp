@@ -18,6 +18,44 @@ int readNumber(const char*& at)
     return number;
 }
 
+// A division gives two digits.
+struct Pairs {
+    char digits[100][2];
+    constexpr Pairs() : digits{}
+    {
+        for (int i = 0; i < 100; ++i) {
+            digits[i][0] = static_cast<char>('0' + i / 10);
+            digits[i][1] = static_cast<char>('0' + i % 10);
+        }
+    }
+};
+constexpr Pairs kPairs;
+
+char* putDecimal(char* at, uint64_t value, int width)
+{
+    char text[20];
+    char* digit = std::end(text);
+    for (; value > UINT32_MAX; value /= 10) {
+        *--digit = static_cast<char>('0' + value % 10);
+    }
+    // What is left, which is nearly always all, a 32-bit processor divides by itself.
+    auto rest = static_cast<uint32_t>(value);
+    for (; rest >= 10; rest /= 100) {
+        digit -= 2;
+        memcpy(digit, kPairs.digits[rest % 100], 2);
+    }
+    if (rest != 0 || digit == std::end(text)) {
+        *--digit = static_cast<char>('0' + rest);
+    }
+    while (std::end(text) - digit < width) {
+        *--digit = '0';
+    }
+    while (digit != std::end(text)) {
+        *at++ = *digit++;
+    }
+    return at;
+}
+
 } // namespace
 
 char* putHex(char* at, uintptr_t value, int width, const char* digits)
@@ -45,51 +83,29 @@ void Line::endPiece()
     m_start = m_end;
 }
 
-void Line::copy(const char* text, size_t length)
-{
-    if (length <= room()) {
-        memcpy(m_end, text, length);
-        m_end += length;
-    }
-}
-
 void Line::addText(const char* text, size_t length)
 {
     if (length > kShort || length > room()) {
         endPiece();
         addPiece(text, length);
     } else {
-        copy(text, length);
+        memcpy(m_end, text, length);
+        m_end += length;
     }
 }
 
-void Line::addInteger(uint64_t magnitude, bool negative, int width)
+void Line::addInteger(uint64_t magnitude, int width)
 {
-    char text[24];
-    char* const end = std::end(text);
-    char* at = end;
-    for (; magnitude > UINT32_MAX; magnitude /= 10) {
-        *--at = static_cast<char>('0' + magnitude % 10);
+    if (room() >= kNumber) {
+        m_end = putDecimal(m_end, magnitude, std::min<int>(width, kNumber));
     }
-    // What is left, which is nearly always all, a 32-bit processor divides by itself.
-    for (auto rest = static_cast<uint32_t>(magnitude); rest != 0; rest /= 10) {
-        *--at = static_cast<char>('0' + rest % 10);
-    }
-    const ptrdiff_t digits = std::clamp(width, 1, 20);
-    while (end - at < digits) {
-        *--at = '0';
-    }
-    if (negative) {
-        *--at = '-';
-    }
-    copy(at, static_cast<size_t>(end - at));
 }
 
 void Line::addHex(uintptr_t value, int width, const char* digits)
 {
-    char text[2 * sizeof value];
-    char* const end = putHex(text, value, std::min<int>(width, sizeof text), digits);
-    copy(text, static_cast<size_t>(end - text));
+    if (room() >= kNumber) {
+        m_end = putHex(m_end, value, std::min<int>(width, kNumber), digits);
+    }
 }
 
 void Line::addFloat(double value)
@@ -100,22 +116,31 @@ void Line::addFloat(double value)
     }
 }
 
-void Line::add(const char* format, ...)
+// What every line begins with, and so by hand.
+void Line::addHead(const timespec& now, const char* program, const char* function, int line)
 {
-    va_list arguments;
-    va_start(arguments, format);
-    addList(format, arguments);
-    va_end(arguments);
+    addInteger(static_cast<uint64_t>(now.tv_sec), 1);
+    addLiteral(".");
+    addInteger(static_cast<uint64_t>(now.tv_nsec / 1000), 6);
+    addLiteral(" : ");
+    addText(program, strlen(program));
+    addLiteral(" : libvx63.cpp(");
+    addInteger(static_cast<uint64_t>(line), 1);
+    addLiteral(") ");
+    addText(function, strlen(function));
+    addLiteral("() : ");
 }
 
-void Line::addList(const char* format, va_list arguments)
+void Line::addMessage(const char* format, va_list arguments)
 {
     for (;; ++format) {
-        for (const char* const full = m_text + kRoom; *format != '%'; ++format) {
-            if (*format == '\0' || m_end == full) {
-                return;
-            }
-            *m_end++ = *format;
+        char* end = m_end;
+        for (; *format != '%' && *format != '\0' && end != m_text + kRoom; ++format) {
+            *end++ = *format;
+        }
+        m_end = end;
+        if (*format != '%') {
+            return;
         }
         ++format;
         const int width = readNumber(format);
@@ -139,11 +164,14 @@ void Line::addList(const char* format, va_list arguments)
                                     : longs == 1 ? va_arg(arguments, long)
                                                  : va_arg(arguments, long long);
             const auto bits = static_cast<uint64_t>(value);
-            addInteger(value < 0 ? 0 - bits : bits, value < 0, width);
+            if (value < 0) {
+                addText("-", 1);
+            }
+            addInteger(value < 0 ? 0 - bits : bits, width);
             break;
         }
         case 'u':
-            addInteger(va_arg(arguments, unsigned), false, width);
+            addInteger(va_arg(arguments, unsigned), width);
             break;
         case 'X': {
             const unsigned value = va_arg(arguments, unsigned);
@@ -177,6 +205,7 @@ void Line::addList(const char* format, va_list arguments)
 
 void Line::writeTo(int fd)
 {
+    addLiteral("\n");
     endPiece();
     [[maybe_unused]] const ssize_t written =
         m_count == 1 ? write(fd, m_pieces[0].iov_base, m_pieces[0].iov_len) : writev(fd, m_pieces, m_count);

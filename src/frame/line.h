@@ -4,6 +4,8 @@
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <ctime>
 #include <sys/uio.h>
 
 namespace vx63 {
@@ -13,15 +15,16 @@ inline constexpr char kUpperDigits[] = "0123456789ABCDEF";
 // Writes the value in hexadecimal digits, at least `width` of them; gives the place behind.
 char* putHex(char* at, uintptr_t value, int width, const char* digits = kUpperDigits);
 
-// Takes the conversions that log statements use, and no others: d, u and X, filled with zeros where they have
-// a width; s, with a precision or without; p; f. A long text stays where it lies; what goes beyond the room
-// is left out.
+// A long text stays where it lies; what goes beyond the room is left out.
 class Line {
 public:
-    [[gnu::format(printf, 2, 3)]] void add(const char* format, ...);
-    [[gnu::format(printf, 2, 0)]] void addList(const char* format, va_list arguments);
+    void addHead(const timespec& now, const char* program, const char* function, int line);
 
-    // In one system call, so that no other line comes between; what a full disk cuts off is lost.
+    // Takes the conversions that log statements use, and no others: d, u and X, filled with zeros where they
+    // have a width; s, with a precision or without; p; f.
+    [[gnu::format(printf, 2, 0)]] void addMessage(const char* format, va_list arguments);
+
+    // Ends the line. One system call, so that no other line comes between; what a full disk cuts off is lost.
     void writeTo(int fd);
 
 private:
@@ -29,11 +32,19 @@ private:
     // texts.
     static constexpr size_t kRoom = 1152;
     static constexpr size_t kShort = 200;
+    static constexpr size_t kNumber = 20; // any number's digits
 
     size_t room() const { return static_cast<size_t>(m_text + kRoom - m_end); }
-    void copy(const char* text, size_t length);
     void addText(const char* text, size_t length);
-    void addInteger(uint64_t magnitude, bool negative, int width);
+    template <size_t Size>
+    void addLiteral(const char (&literal)[Size])
+    {
+        if (Size - 1 <= room()) {
+            memcpy(m_end, literal, Size - 1);
+            m_end += Size - 1;
+        }
+    }
+    void addInteger(uint64_t magnitude, int width);
     void addHex(uintptr_t value, int width, const char* digits);
     void addFloat(double value);
     void addPiece(const char* text, size_t length);

@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -18,7 +19,7 @@ extern "C" {
 extern const char* __progname;
 
 // Holds its text from the start: whoever reads it, at any time, finds the whole path.
-constinit char g_cLibTestLogFilePath[256] = "/var/log/libvx63.cpp.txt";
+alignas(uintptr_t) constinit char g_cLibTestLogFilePath[256] = "/var/log/libvx63.cpp.txt";
 constinit int32_t g_lLibLogLevel = 0;
 constinit __thread char gLibDumpLog[50000] = {};
 constinit __thread char gLibDumpTestLog[50000] = {};
@@ -27,22 +28,36 @@ constinit __thread char gLibDumpTestLog[50000] = {};
 namespace vx63 {
 namespace {
 
+// Several characters of a path at once.
+using Word [[gnu::may_alias]] = uintptr_t;
+
 constexpr char kPath[] = "/var/log/libvx63.cpp.txt";
 constexpr char kKeyPath[] = "/var/log/libvx63_key.txt";
 constexpr off_t kSizeLimit = 0x200000;
 
 static_assert(sizeof(time_t) == 8, "time stamps and files go beyond 2038");
 
-// Other threads may be reading the buffer, so that a byte is stored only where it is not yet right: what
+template <class Part>
+void refreshPart(size_t at)
+{
+    Part right;
+    memcpy(&right, kPath + at, sizeof right);
+    auto* const part = reinterpret_cast<Part*>(g_cLibTestLogFilePath + at);
+    if (__atomic_load_n(part, __ATOMIC_RELAXED) != right) {
+        __atomic_store_n(part, right, __ATOMIC_RELAXED);
+    }
+}
+
+// Other threads may be reading the buffer, so that a part is stored only where it is not yet right: what
 // holds the path keeps holding it, without a moment in which it does not.
 void refreshPath()
 {
-    for (size_t i = 0; i < sizeof kPath; ++i) {
-        char* const byte = &g_cLibTestLogFilePath[i];
-        if (__atomic_load_n(byte, __ATOMIC_RELAXED) != kPath[i]) {
-            __atomic_store_n(byte, kPath[i], __ATOMIC_RELAXED);
-        }
+    constexpr size_t kLength = sizeof kPath - 1;
+    static_assert(kLength % sizeof(Word) == 0);
+    for (size_t i = 0; i < kLength; i += sizeof(Word)) {
+        refreshPart<Word>(i);
     }
+    refreshPart<char>(kLength);
 }
 
 // Empties a log that has grown past the limit. Of several that find it so, one does: the others' lines, which
@@ -90,10 +105,8 @@ void refreshPath()
     timespec now = {};
     clock_gettime(CLOCK_REALTIME, &now);
     Line line;
-    line.add("%lld.%06ld : %s : libvx63.cpp(%d) %s() : ", static_cast<long long>(now.tv_sec),
-             static_cast<long>(now.tv_nsec / 1000), __progname, at.line, at.function);
-    line.addList(format, arguments);
-    line.add("\n");
+    line.addHead(now, __progname, at.function, at.line);
+    line.addMessage(format, arguments);
     line.writeTo(fd);
 }
 
