@@ -1,0 +1,14 @@
+// What is compared, a file a group.
+#pragma once
+
+#include "paired.h"
+
+namespace bench {
+
+void compareExchanges(Runner& runner);
+void compareLog(Runner& runner);
+void compareOperations(Runner& runner);
+void compareSettingsFiles(Runner& runner);
+void compareThreads(Runner& runner);
+
+} // namespace bench

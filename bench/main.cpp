@@ -1,0 +1,47 @@
+// vx63-bench [--brief] [--only TEXT] GROUP...: what calls cost, beside their floors. Each result is one line
+// of JSON; script/bench makes a table of them. To be run with queues and a /var/log of its own
+// (tests/isolated), in a folder on disk.
+#include "groups.h"
+
+#include <cstdio>
+#include <cstring>
+
+int main(int argc, char** argv)
+{
+    static constexpr struct {
+        const char* name;
+        void (*compare)(bench::Runner&);
+    } kGroups[] = {
+        {"exchanges", bench::compareExchanges},   {"log", bench::compareLog},
+        {"operations", bench::compareOperations}, {"settings", bench::compareSettingsFiles},
+        {"threads", bench::compareThreads},
+    };
+
+    bench::Options options;
+    int at = 1;
+    for (; at < argc && argv[at][0] == '-'; ++at) {
+        if (std::strcmp(argv[at], "--brief") == 0) {
+            options.brief = true;
+        } else if (std::strcmp(argv[at], "--only") == 0 && at + 1 < argc) {
+            options.only = argv[++at];
+        } else {
+            std::fprintf(stderr, "vx63-bench: unknown option '%s'\n", argv[at]);
+            return 64;
+        }
+    }
+    bench::Runner runner(options);
+    for (; at < argc; ++at) {
+        bool known = false;
+        for (const auto& group : kGroups) {
+            if (std::strcmp(argv[at], group.name) == 0) {
+                group.compare(runner);
+                known = true;
+            }
+        }
+        if (!known) {
+            std::fprintf(stderr, "vx63-bench: unknown group '%s'\n", argv[at]);
+            return 64;
+        }
+    }
+    return 0;
+}

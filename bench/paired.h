@@ -1,0 +1,42 @@
+// Comparisons: what something costs beside the least that it could cost, its floor. Both run in turns, in
+// blocks of a few milliseconds, and each block is judged by the one beside it: what slows the machine slows
+// both.
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace bench {
+
+struct Row {
+    std::string what;
+    std::string floor;
+    double target = 0; // the ratio that is aimed at; 0: told, not judged
+};
+
+using Body = std::function<void()>;
+
+struct Options {
+    bool brief = false; // proves that it works, and measures nothing worth reading
+    std::string only;   // rows that contain this text
+};
+
+class Runner {
+public:
+    explicit Runner(const Options& options) : m_options(options) {}
+
+    bool wants(const Row& row) const { return row.what.find(m_options.only) != std::string::npos; }
+    bool brief() const { return m_options.brief; }
+
+    // Prints the comparison as one line of JSON: both medians in nanoseconds a call, the median of the ratios
+    // and its quartiles.
+    void compare(const Row& row, const Body& floor, const Body& subject);
+
+private:
+    Options m_options;
+};
+
+// A figure that stands by itself, of a row of a table: one line of JSON.
+void tell(const std::string& table, double at, const std::string& series, double value);
+
+} // namespace bench

@@ -1,0 +1,123 @@
+// Settings files: reading, writing, factory contents.
+#include "groups.h"
+#include "libvx63.h"
+#include "libvx63_settings.h"
+#include "lsys.h"
+#include "ready_line.h"
+#include "setfile/catalogue.h"
+
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <unistd.h>
+#include <vector>
+
+namespace bench {
+namespace {
+
+using vx63::SetFileDef;
+
+struct File {
+    uint32_t id;
+    const char* size;
+    double readTarget;
+    double writeTarget;
+};
+constexpr File kFiles[] = {
+    {VX63_SET_FILE_CATV_UP_STREAM, "1001 x 2", 7, 4},
+    {VX63_SET_FILE_PMEAS_MNG, "48 x 29", 6, 3},
+};
+
+std::string contentsOf(const std::string& path)
+{
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}
+
+void readFloor(const char* path, std::vector<char>& text, std::vector<uint8_t>& records, const void* ready)
+{
+    const int file = open(path, O_RDONLY | O_CLOEXEC);
+    [[maybe_unused]] const ssize_t got = read(file, text.data(), text.size());
+    close(file);
+    std::memcpy(records.data(), ready, records.size());
+}
+
+// As durable as the platform's: the folder is flushed too.
+void writeFloor(const std::string& folder, const std::string& path, const std::string& text)
+{
+    const std::string temporary = path + ".new";
+    const int file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    [[maybe_unused]] const ssize_t written = write(file, text.data(), text.size());
+    fsync(file);
+    close(file);
+    rename(temporary.c_str(), path.c_str());
+    const int parent = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    fsync(parent);
+    close(parent);
+}
+
+void compareFile(Runner& runner, const File& file, const std::string& folder, bool onDisk)
+{
+    const SetFileDef& def = vx63::kCatalogue[file.id];
+    const std::string path = folder + "/settings.csv";
+    const auto* const ready = static_cast<const uint8_t*>(def.defaultData);
+    const auto write = [&] {
+        lsys_writeCsvNewFmt(path.c_str(), vx63::settings::kVersion, def.header, def.rows, def.columnCount,
+                            ready, def.dataSize, def.columns);
+    };
+    write();
+    const std::string text = contentsOf(path);
+    std::vector<char> room(text.size() + 1);
+    std::vector<uint8_t> records(size_t{def.rows} * def.dataSize);
+    const std::string place = onDisk ? ", on disk" : ", in memory";
+    if (!onDisk) {
+        runner.compare(
+            {"reading a file of " + std::string(file.size) + place, "open, read, close, memcpy",
+             file.readTarget},
+            [&] { readFloor(path.c_str(), room, records, ready); },
+            [&] {
+                lsys_readCsvNewFmt(path.c_str(), vx63::settings::kVersion, def.rows, def.columnCount,
+                                   records.data(), def.dataSize, def.columns);
+            });
+    }
+    runner.compare(
+        {"writing a file of " + std::string(file.size) + place,
+         "open, write, fsync, rename, fsync of the folder", onDisk ? 1.05 : file.writeTarget},
+        [&] { writeFloor(folder, path, text); }, write);
+    std::filesystem::remove(path);
+}
+
+void compareFactoryContents(Runner& runner, uint32_t fileId, const char* name)
+{
+    const SetFileDef& def = vx63::kCatalogue[fileId];
+    std::vector<uint8_t> records(size_t{def.rows} * def.dataSize);
+    const auto read = [&] { vx63_readSetFile(fileId, records.data(), nullptr, 1); };
+    const std::vector<std::string> lines = linesOf(read);
+    runner.compare(
+        {std::string("vx63_readSetFile, factory contents of ") + name,
+         "memcpy, " + std::to_string(lines.size()) + " ready lines", 1.05},
+        [&] {
+            for (const std::string& line : lines)
+                writeReadyLine(line);
+            std::memcpy(records.data(), def.defaultData, def.defaultSize);
+        },
+        read);
+}
+
+} // namespace
+
+void compareSettingsFiles(Runner& runner)
+{
+    for (const File& file : kFiles) {
+        compareFile(runner, file, "/dev/shm", false);
+        compareFile(runner, file, std::filesystem::current_path(), true);
+    }
+    compareFactoryContents(runner, VX63_SET_FILE_CATV_UP_STREAM, "1001 x 2");
+    compareFactoryContents(runner, VX63_SET_FILE_PMEAS_MNG, "48 x 29");
+}
+
+} // namespace bench
