@@ -74,7 +74,7 @@ void compareFile(Runner& runner, const File& file, const std::string& folder, bo
     std::vector<char> room(text.size() + 1);
     std::vector<uint8_t> records(size_t{def.rows} * def.dataSize);
     const std::string place = onDisk ? ", on disk" : ", in memory";
-    if (!onDisk) {
+    {
         runner.compare(
             {"reading a file of " + std::string(file.size) + place, "open, read, close, memcpy",
              file.readTarget},

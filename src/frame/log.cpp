@@ -157,7 +157,8 @@ void logDump(const char* label, const uint8_t* bytes, uint32_t count, Caller cal
             *at++ = ':';
         }
         *at++ = ' ';
-        at = putHex(at, bytes[i], 2);
+        *at++ = kUpperDigits[bytes[i] >> 4];
+        *at++ = kUpperDigits[bytes[i] & 0xF];
         if (i % kBytesPerLine == kBytesPerLine - 1) {
             *at = '\0';
             logLine({caller}, "%s", buffer);
