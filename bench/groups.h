@@ -10,5 +10,7 @@ void compareLog(Runner& runner);
 void compareOperations(Runner& runner);
 void compareSettingsFiles(Runner& runner);
 void compareThreads(Runner& runner);
+void compareProcesses(Runner& runner);   // outside of any namespaces, for it makes its own
+void compareMeasurement(Runner& runner); // in a virtual meter
 
 } // namespace bench

@@ -12,9 +12,10 @@ int main(int argc, char** argv)
         const char* name;
         void (*compare)(bench::Runner&);
     } kGroups[] = {
-        {"exchanges", bench::compareExchanges},   {"log", bench::compareLog},
-        {"operations", bench::compareOperations}, {"settings", bench::compareSettingsFiles},
-        {"threads", bench::compareThreads},
+        {"exchanges", bench::compareExchanges},     {"log", bench::compareLog},
+        {"operations", bench::compareOperations},   {"settings", bench::compareSettingsFiles},
+        {"threads", bench::compareThreads},         {"processes", bench::compareProcesses},
+        {"measurement", bench::compareMeasurement},
     };
 
     bench::Options options;
