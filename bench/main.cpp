@@ -15,7 +15,7 @@ int main(int argc, char** argv)
         {"exchanges", bench::compareExchanges},     {"log", bench::compareLog},
         {"operations", bench::compareOperations},   {"settings", bench::compareSettingsFiles},
         {"threads", bench::compareThreads},         {"processes", bench::compareProcesses},
-        {"measurement", bench::compareMeasurement},
+        {"measurement", bench::compareMeasurement}, {"others", bench::compareOthers},
     };
 
     bench::Options options;

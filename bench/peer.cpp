@@ -2,10 +2,9 @@
 
 #include "lmsg.h"
 #include "meas/wire.h"
+#include "require.h"
 
-#include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -25,18 +24,6 @@ namespace {
 using vx63::wire::LibMsgHead;
 
 constexpr uint32_t kTimeout = 10000;
-
-[[noreturn]] void fail(const char* what)
-{
-    std::fprintf(stderr, "bench: %s: %s\n", what, std::strerror(errno));
-    std::_Exit(1);
-}
-
-void require(bool good, const char* what)
-{
-    if (!good)
-        fail(what);
-}
 
 mqd_t openQueue(int number, int flags)
 {

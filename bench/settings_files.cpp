@@ -1,19 +1,18 @@
 // Settings files: reading, writing, factory contents.
+#include "settings_files.h"
+
 #include "groups.h"
 #include "libvx63.h"
 #include "libvx63_settings.h"
 #include "lsys.h"
 #include "ready_line.h"
-#include "setfile/catalogue.h"
 
-#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <unistd.h>
-#include <vector>
 
 namespace bench {
 namespace {
@@ -31,19 +30,9 @@ constexpr File kFiles[] = {
     {VX63_SET_FILE_PMEAS_MNG, "48 x 29", 6, 3},
 };
 
-std::string contentsOf(const std::string& path)
+const uint8_t* factoryContents(const SetFileDef& def)
 {
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
-}
-
-void readFloor(const char* path, std::vector<char>& text, std::vector<uint8_t>& records, const void* ready)
-{
-    const int file = open(path, O_RDONLY | O_CLOEXEC);
-    [[maybe_unused]] const ssize_t got = read(file, text.data(), text.size());
-    close(file);
-    std::memcpy(records.data(), ready, records.size());
+    return static_cast<const uint8_t*>(def.defaultData);
 }
 
 // As durable as the platform's: the folder is flushed too.
@@ -62,33 +51,17 @@ void writeFloor(const std::string& folder, const std::string& path, const std::s
 
 void compareFile(Runner& runner, const File& file, const std::string& folder, bool onDisk)
 {
-    const SetFileDef& def = vx63::kCatalogue[file.id];
-    const std::string path = folder + "/settings.csv";
-    const auto* const ready = static_cast<const uint8_t*>(def.defaultData);
-    const auto write = [&] {
-        lsys_writeCsvNewFmt(path.c_str(), vx63::settings::kVersion, def.header, def.rows, def.columnCount,
-                            ready, def.dataSize, def.columns);
-    };
-    write();
-    const std::string text = contentsOf(path);
-    std::vector<char> room(text.size() + 1);
-    std::vector<uint8_t> records(size_t{def.rows} * def.dataSize);
+    const FactoryFile factory(file.id, folder);
+    const std::string text = contentsOf(factory.path);
+    std::vector<uint8_t> records = factory.records;
     const std::string place = onDisk ? ", on disk" : ", in memory";
-    {
-        runner.compare(
-            {"reading a file of " + std::string(file.size) + place, "open, read, close, memcpy",
-             file.readTarget},
-            [&] { readFloor(path.c_str(), room, records, ready); },
-            [&] {
-                lsys_readCsvNewFmt(path.c_str(), vx63::settings::kVersion, def.rows, def.columnCount,
-                                   records.data(), def.dataSize, def.columns);
-            });
-    }
+    runner.compare(
+        {"reading a file of " + std::string(file.size) + place, "open, read, close, memcpy", file.readTarget},
+        readFloor(factory), [&] { factory.read(records); });
     runner.compare(
         {"writing a file of " + std::string(file.size) + place,
          "open, write, fsync, rename, fsync of the folder", onDisk ? 1.05 : file.writeTarget},
-        [&] { writeFloor(folder, path, text); }, write);
-    std::filesystem::remove(path);
+        [&] { writeFloor(folder, factory.path, text); }, [&] { factory.write(); });
 }
 
 void compareFactoryContents(Runner& runner, uint32_t fileId, const char* name)
@@ -109,6 +82,48 @@ void compareFactoryContents(Runner& runner, uint32_t fileId, const char* name)
 }
 
 } // namespace
+
+FactoryFile::FactoryFile(uint32_t id, const std::string& folder)
+    : def(vx63::kCatalogue[id]), path(folder + "/vx63-bench." + std::to_string(getpid()) + ".csv"),
+      records(factoryContents(def), factoryContents(def) + size_t{def.rows} * def.dataSize)
+{
+    write();
+}
+
+FactoryFile::~FactoryFile()
+{
+    std::filesystem::remove(path);
+}
+
+void FactoryFile::write() const
+{
+    lsys_writeCsvNewFmt(path.c_str(), vx63::settings::kVersion, def.header, def.rows, def.columnCount,
+                        records.data(), def.dataSize, def.columns);
+}
+
+void FactoryFile::read(std::vector<uint8_t>& into) const
+{
+    lsys_readCsvNewFmt(path.c_str(), vx63::settings::kVersion, def.rows, def.columnCount, into.data(),
+                       def.dataSize, def.columns);
+}
+
+std::string contentsOf(const std::string& path)
+{
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}
+
+Body readFloor(const FactoryFile& factory)
+{
+    return [&factory, text = std::vector<char>(contentsOf(factory.path).size() + 1),
+            records = factory.records]() mutable {
+        const int file = open(factory.path.c_str(), O_RDONLY | O_CLOEXEC);
+        [[maybe_unused]] const ssize_t got = ::read(file, text.data(), text.size());
+        close(file);
+        std::memcpy(records.data(), factory.records.data(), records.size());
+    };
+}
 
 void compareSettingsFiles(Runner& runner)
 {

@@ -1,0 +1,34 @@
+// A settings file with its factory contents, and the floor of reading it.
+#pragma once
+
+#include "paired.h"
+#include "setfile/catalogue.h"
+
+#include <string>
+#include <vector>
+
+namespace bench {
+
+// Lies in the folder while it lives, by a name of this process.
+class FactoryFile {
+public:
+    FactoryFile(uint32_t id, const std::string& folder);
+    ~FactoryFile();
+    FactoryFile(const FactoryFile&) = delete;
+    FactoryFile& operator=(const FactoryFile&) = delete;
+
+    // As the library does it.
+    void write() const;
+    void read(std::vector<uint8_t>& into) const;
+
+    const vx63::SetFileDef& def;
+    const std::string path;
+    const std::vector<uint8_t> records;
+};
+
+std::string contentsOf(const std::string& path);
+
+// For as long as the file lives.
+Body readFloor(const FactoryFile& file);
+
+} // namespace bench
