@@ -1,6 +1,6 @@
-// vx63-bench [--brief] [--only TEXT] GROUP...: what calls cost, beside their floors. Each result is one line
-// of JSON; script/bench makes a table of them. To be run with queues and a /var/log of its own
-// (tests/isolated), in a folder on disk.
+// vx63-bench [--brief] [--only TEXT] GROUP...: what calls cost, beside their floors, and how that grows. Each
+// result is one line of JSON; script/bench makes tables of them. To be run with queues and a /var/log of its
+// own (tests/isolated), in a folder on disk.
 #include "groups.h"
 
 #include <cstdio>
@@ -10,11 +10,16 @@ int main(int argc, char** argv)
 {
     static constexpr struct {
         const char* name;
-        void (*compare)(bench::Runner&);
+        void (*run)(bench::Runner&);
     } kGroups[] = {
-        {"exchanges", bench::compareExchanges},     {"log", bench::compareLog},
-        {"operations", bench::compareOperations},   {"settings", bench::compareSettingsFiles},
-        {"threads", bench::compareThreads},         {"processes", bench::compareProcesses},
+        {"exchanges", bench::compareExchanges},
+        {"log", bench::compareLog},
+        {"operations", bench::compareOperations},
+        {"settings", bench::compareSettingsFiles},
+        {"log-growth", bench::growLog},
+        {"settings-growth", bench::growSettingsFiles},
+        {"threads", bench::growThreads},
+        {"processes", bench::compareProcesses},
         {"measurement", bench::compareMeasurement},
     };
 
@@ -35,7 +40,7 @@ int main(int argc, char** argv)
         bool known = false;
         for (const auto& group : kGroups) {
             if (std::strcmp(argv[at], group.name) == 0) {
-                group.compare(runner);
+                group.run(runner);
                 known = true;
             }
         }
