@@ -14,5 +14,6 @@ void compareMeasurement(Runner& runner); // in a virtual meter
 void growLog(Runner& runner);
 void growSettingsFiles(Runner& runner);
 void growThreads(Runner& runner);
+void callMeter(Runner& runner);
 
 } // namespace bench

@@ -1,6 +1,7 @@
 // vx63-bench [--brief] [--only TEXT] GROUP...: what calls cost, beside their floors, and how that grows. Each
 // result is one line of JSON; script/bench makes tables of them. To be run with queues and a /var/log of its
-// own (tests/isolated), in a folder on disk.
+// own (tests/isolated), in a folder on disk. The group "meter" alone is a client of a virtual meter
+// (bench/growth).
 #include "groups.h"
 
 #include <cstdio>
@@ -21,6 +22,7 @@ int main(int argc, char** argv)
         {"threads", bench::growThreads},
         {"processes", bench::compareProcesses},
         {"measurement", bench::compareMeasurement},
+        {"meter", bench::callMeter},
     };
 
     bench::Options options;
