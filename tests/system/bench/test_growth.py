@@ -67,7 +67,7 @@ def plots(folder, figures):
 
 def test_figures_become_tables_and_pictures(tmp_path):
     done = plots(tmp_path, FIGURES)
-    assert (done.returncode, done.stdout, done.stderr) == (0, "", "")
+    assert (done.returncode, done.stdout) == (0, ""), done.stderr
     assert (tmp_path / "out" / "growth.md").read_text() == TABLES
     for name in ("reading", "log", "threads"):
         picture = tmp_path / "out" / f"{name}.png"
@@ -82,7 +82,8 @@ def test_figures_become_tables_and_pictures(tmp_path):
 ])
 def test_nothing_to_draw(tmp_path, figures, why):
     done = plots(tmp_path, figures)
-    assert (done.returncode, done.stderr) == (1, why)
+    assert done.returncode == 1
+    assert done.stderr.endswith(why)  # the first drawing of a user may be a slow one, and say so
 
 
 def test_a_run_has_every_table(tmp_path):
@@ -125,8 +126,9 @@ def test_a_table_is_put_between_its_marks(tmp_path):
 
 def test_the_estimate_counts_instructions_and_system_calls():
     counts = {"vx63_getMeasStatus, 12 bytes, 3 lines": 6400, "vx63_readSetFile, contents of 99 bytes, 1 line": 640,
-              "lsys_readCsvNewFmt, 2 x 2 values": 1}
+              "vx63_init, refused, 3 lines": 3200, "lsys_readCsvNewFmt, 2 x 2 values": 1}
     assert list(estimate.rows(counts)) == [
         ["vx63_getMeasStatus, 12 bytes, 3 lines", "6,400", "10", "22", "22 to 88", "29 to 100"],
+        ["vx63_init, refused, 3 lines", "3,200", "5", "16", "16 to 64", "20 to 70"],
         ["vx63_readSetFile, contents of 99 bytes, 1 line", "640", "1", "5", "5 to 20", "5.7 to 21"],
     ]
