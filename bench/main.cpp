@@ -1,6 +1,6 @@
-// vx63-bench [--brief] [--only TEXT] GROUP...: what calls cost, beside their floors. Each result is one line
-// of JSON; script/bench makes a table of them. To be run with queues and a /var/log of its own
-// (tests/isolated), in a folder on disk.
+// vx63-bench [--brief] [--only TEXT] GROUP...: what calls cost, beside their floors, and how that grows. Each
+// result is one line of JSON; script/bench makes tables of them. Where each group is to be run, bench/run
+// knows; the group "meter" is a client of a virtual meter (bench/growth).
 #include "groups.h"
 
 #include <cstdio>
@@ -12,10 +12,17 @@ int main(int argc, char** argv)
         const char* name;
         void (*compare)(bench::Runner&);
     } kGroups[] = {
-        {"exchanges", bench::compareExchanges},     {"log", bench::compareLog},
-        {"operations", bench::compareOperations},   {"settings", bench::compareSettingsFiles},
-        {"threads", bench::compareThreads},         {"processes", bench::compareProcesses},
-        {"measurement", bench::compareMeasurement}, {"others", bench::compareOthers},
+        {"exchanges", bench::compareExchanges},
+        {"log", bench::compareLog},
+        {"operations", bench::compareOperations},
+        {"settings", bench::compareSettingsFiles},
+        {"processes", bench::compareProcesses},
+        {"measurement", bench::compareMeasurement},
+        {"others", bench::compareOthers},
+        {"threads", bench::growThreads},
+        {"log-growth", bench::growLog},
+        {"settings-growth", bench::growSettingsFiles},
+        {"meter", bench::callMeter},
     };
 
     bench::Options options;

@@ -14,6 +14,7 @@ using std::chrono::nanoseconds;
 
 constexpr nanoseconds kBlock = std::chrono::milliseconds(3);
 constexpr nanoseconds kPair = std::chrono::milliseconds(2500);
+constexpr nanoseconds kStep = std::chrono::milliseconds(500);
 constexpr size_t kFewestRounds = 15;
 
 nanoseconds timeOf(const Body& body, int calls)
@@ -47,29 +48,41 @@ void print(const nlohmann::ordered_json& line)
     std::fflush(stdout);
 }
 
+// Each in nanoseconds a call.
+struct Rounds {
+    std::vector<double> floors;
+    std::vector<double> subjects;
+    std::vector<double> ratios;
+};
+
+Rounds roundsOf(const Body& floor, const Body& subject, bool brief, nanoseconds time)
+{
+    const int floorCalls = brief ? 1 : callsOf(floor);
+    const int subjectCalls = brief ? 1 : callsOf(subject);
+    Rounds rounds;
+    auto& [floors, subjects, ratios] = rounds;
+    const Clock::time_point start = Clock::now();
+    while (brief ? ratios.empty() : ratios.size() < kFewestRounds || Clock::now() - start < time) {
+        const bool floorFirst = ratios.size() % 2 == 0;
+        const nanoseconds first =
+            timeOf(floorFirst ? floor : subject, floorFirst ? floorCalls : subjectCalls);
+        const nanoseconds second =
+            timeOf(floorFirst ? subject : floor, floorFirst ? subjectCalls : floorCalls);
+        const auto of = [](nanoseconds all, int calls) { return static_cast<double>(all.count()) / calls; };
+        floors.push_back(of(floorFirst ? first : second, floorCalls));
+        subjects.push_back(of(floorFirst ? second : first, subjectCalls));
+        ratios.push_back(subjects.back() / floors.back());
+    }
+    return rounds;
+}
+
 } // namespace
 
 void Runner::compare(const Row& row, const Body& floor, const Body& subject)
 {
     if (!wants(row))
         return;
-    const int floorCalls = m_options.brief ? 1 : callsOf(floor);
-    const int subjectCalls = m_options.brief ? 1 : callsOf(subject);
-    std::vector<double> floors;
-    std::vector<double> subjects;
-    std::vector<double> ratios;
-    const Clock::time_point start = Clock::now();
-    while (m_options.brief ? ratios.empty() : ratios.size() < kFewestRounds || Clock::now() - start < kPair) {
-        const bool floorFirst = ratios.size() % 2 == 0;
-        const nanoseconds first =
-            timeOf(floorFirst ? floor : subject, floorFirst ? floorCalls : subjectCalls);
-        const nanoseconds second =
-            timeOf(floorFirst ? subject : floor, floorFirst ? subjectCalls : floorCalls);
-        const auto of = [](nanoseconds time, int calls) { return static_cast<double>(time.count()) / calls; };
-        floors.push_back(of(floorFirst ? first : second, floorCalls));
-        subjects.push_back(of(floorFirst ? second : first, subjectCalls));
-        ratios.push_back(subjects.back() / floors.back());
-    }
+    const auto [floors, subjects, ratios] = roundsOf(floor, subject, m_options.brief, kPair);
     nlohmann::ordered_json line = {{"what", row.what},
                                    {"floor", row.floor},
                                    {"floor_ns", quantile(floors, 0.5)},
@@ -83,9 +96,22 @@ void Runner::compare(const Row& row, const Body& floor, const Body& subject)
     print(line);
 }
 
+void Runner::grow(const Step& step, const Body& floor, const Body& subject)
+{
+    constexpr double kMicrosecond = 1000;
+    const Rounds rounds = roundsOf(floor, subject, m_options.brief, kStep);
+    tell(step.table, step.at, step.subject, median(rounds.subjects) / kMicrosecond);
+    tell(step.table, step.at, step.floor, median(rounds.floors) / kMicrosecond);
+}
+
 void tell(const std::string& table, double at, const std::string& series, double value)
 {
     print({{"table", table}, {"at", at}, {"series", series}, {"value", value}});
+}
+
+double median(const std::vector<double>& values)
+{
+    return quantile(values, 0.5);
 }
 
 } // namespace bench

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace bench {
 
@@ -12,6 +13,14 @@ struct Row {
     std::string what;
     std::string floor;
     double target = 0; // the ratio that is aimed at; 0: told, not judged
+};
+
+// A step of a growth table, and what its two series are called.
+struct Step {
+    std::string table;
+    double at = 0;
+    std::string subject;
+    std::string floor;
 };
 
 using Body = std::function<void()>;
@@ -32,11 +41,16 @@ public:
     // and its quartiles.
     void compare(const Row& row, const Body& floor, const Body& subject);
 
+    // Tells what both cost at a step of growth, in microseconds a call, as two series of a table.
+    void grow(const Step& step, const Body& floor, const Body& subject);
+
 private:
     Options m_options;
 };
 
 // A figure that stands by itself, of a row of a table: one line of JSON.
 void tell(const std::string& table, double at, const std::string& series, double value);
+
+double median(const std::vector<double>& values);
 
 } // namespace bench

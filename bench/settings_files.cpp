@@ -30,38 +30,41 @@ constexpr File kFiles[] = {
     {VX63_SET_FILE_PMEAS_MNG, "48 x 29", 6, 3},
 };
 
+constexpr char kWriteFloor[] = "open, write, fsync, rename, fsync of the folder";
+constexpr char kMemory[] = "/dev/shm";
+
 const uint8_t* factoryContents(const SetFileDef& def)
 {
     return static_cast<const uint8_t*>(def.defaultData);
 }
 
 // As durable as the platform's: the folder is flushed too.
-void writeFloor(const std::string& folder, const std::string& path, const std::string& text)
+Body writeFloor(const FactoryFile& file)
 {
-    const std::string temporary = path + ".new";
-    const int file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-    [[maybe_unused]] const ssize_t written = write(file, text.data(), text.size());
-    fsync(file);
-    close(file);
-    rename(temporary.c_str(), path.c_str());
-    const int parent = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    fsync(parent);
-    close(parent);
+    return [path = file.path, folder = std::filesystem::path(file.path).parent_path(),
+            text = contentsOf(file.path)] {
+        const std::string temporary = path + ".new";
+        const int to = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+        [[maybe_unused]] const ssize_t written = write(to, text.data(), text.size());
+        fsync(to);
+        close(to);
+        rename(temporary.c_str(), path.c_str());
+        const int parent = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        fsync(parent);
+        close(parent);
+    };
 }
 
-void compareFile(Runner& runner, const File& file, const std::string& folder, bool onDisk)
+void compareFile(Runner& runner, const File& file, const std::string& folder)
 {
     const FactoryFile factory(file.id, folder);
-    const std::string text = contentsOf(factory.path);
     std::vector<uint8_t> records = factory.records;
-    const std::string place = onDisk ? ", on disk" : ", in memory";
-    runner.compare(
-        {"reading a file of " + std::string(file.size) + place, "open, read, close, memcpy", file.readTarget},
-        readFloor(factory), [&] { factory.read(records); });
-    runner.compare(
-        {"writing a file of " + std::string(file.size) + place,
-         "open, write, fsync, rename, fsync of the folder", onDisk ? 1.05 : file.writeTarget},
-        [&] { writeFloor(folder, factory.path, text); }, [&] { factory.write(); });
+    const bool onDisk = folder != kMemory;
+    const std::string what = "a file of " + std::string(file.size) + (onDisk ? ", on disk" : ", in memory");
+    runner.compare({"reading " + what, kReadFloor, file.readTarget}, readFloor(factory),
+                   [&] { factory.read(records); });
+    runner.compare({"writing " + what, kWriteFloor, onDisk ? 1.05 : file.writeTarget}, writeFloor(factory),
+                   [&] { factory.write(); });
 }
 
 void compareFactoryContents(Runner& runner, uint32_t fileId, const char* name)
@@ -84,8 +87,13 @@ void compareFactoryContents(Runner& runner, uint32_t fileId, const char* name)
 } // namespace
 
 FactoryFile::FactoryFile(uint32_t id, const std::string& folder)
-    : def(vx63::kCatalogue[id]), path(folder + "/vx63-bench." + std::to_string(getpid()) + ".csv"),
-      records(factoryContents(def), factoryContents(def) + size_t{def.rows} * def.dataSize)
+    : FactoryFile(id, folder, vx63::kCatalogue[id].rows)
+{}
+
+FactoryFile::FactoryFile(uint32_t id, const std::string& folder, uint32_t firstRecords)
+    : def(vx63::kCatalogue[id]), count(firstRecords),
+      path(folder + "/vx63-bench." + std::to_string(getpid()) + ".csv"),
+      records(factoryContents(def), factoryContents(def) + size_t{count} * def.dataSize)
 {
     write();
 }
@@ -97,13 +105,13 @@ FactoryFile::~FactoryFile()
 
 void FactoryFile::write() const
 {
-    lsys_writeCsvNewFmt(path.c_str(), vx63::settings::kVersion, def.header, def.rows, def.columnCount,
+    lsys_writeCsvNewFmt(path.c_str(), vx63::settings::kVersion, def.header, count, def.columnCount,
                         records.data(), def.dataSize, def.columns);
 }
 
 void FactoryFile::read(std::vector<uint8_t>& into) const
 {
-    lsys_readCsvNewFmt(path.c_str(), vx63::settings::kVersion, def.rows, def.columnCount, into.data(),
+    lsys_readCsvNewFmt(path.c_str(), vx63::settings::kVersion, count, def.columnCount, into.data(),
                        def.dataSize, def.columns);
 }
 
@@ -128,11 +136,23 @@ Body readFloor(const FactoryFile& factory)
 void compareSettingsFiles(Runner& runner)
 {
     for (const File& file : kFiles) {
-        compareFile(runner, file, "/dev/shm", false);
-        compareFile(runner, file, std::filesystem::current_path(), true);
+        compareFile(runner, file, kMemory);
+        compareFile(runner, file, std::filesystem::current_path());
     }
     compareFactoryContents(runner, VX63_SET_FILE_CATV_UP_STREAM, "1001 x 2");
     compareFactoryContents(runner, VX63_SET_FILE_PMEAS_MNG, "48 x 29");
+}
+
+void growSettingsFiles(Runner& runner)
+{
+    for (const uint32_t count : {1, 3, 10, 30, 100, 300, 1001}) {
+        const FactoryFile factory(VX63_SET_FILE_CATV_UP_STREAM, kMemory, count);
+        std::vector<uint8_t> records = factory.records;
+        runner.grow({"reading", static_cast<double>(count), "lsys_readCsvNewFmt", kReadFloor},
+                    readFloor(factory), [&] { factory.read(records); });
+        runner.grow({"writing", static_cast<double>(count), "lsys_writeCsvNewFmt", kWriteFloor},
+                    writeFloor(factory), [&] { factory.write(); });
+    }
 }
 
 } // namespace bench
