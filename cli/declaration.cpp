@@ -193,6 +193,11 @@ Json declarationOf(const CLI::App& command, const Extras& extras)
 
 } // namespace
 
+bool isAsked(const std::vector<std::string>& arguments)
+{
+    return !arguments.empty() && (arguments.front() == "--complete" || arguments.front() == "--declaration");
+}
+
 std::optional<std::string> answer(const CLI::App& program, const Extras& extras,
                                   const std::vector<std::string>& arguments)
 {

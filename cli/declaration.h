@@ -39,6 +39,9 @@ struct Extras {
     std::map<const CLI::App*, std::string> rest; // of commands that run another one: "-- COMMAND..."
 };
 
+// Whether one of the questions stands on the command line: the answer needs every command declared in full.
+bool isAsked(const std::vector<std::string>& arguments);
+
 // The answer, if it was asked for.
 std::optional<std::string> answer(const CLI::App& program, const Extras& extras,
                                   const std::vector<std::string>& arguments);
