@@ -193,9 +193,13 @@ Json declarationOf(const CLI::App& command, const Extras& extras)
 
 } // namespace
 
-bool isAsked(const std::vector<std::string>& arguments)
+bool needsAll(const std::vector<std::string>& arguments)
 {
-    return !arguments.empty() && (arguments.front() == "--complete" || arguments.front() == "--declaration");
+    // CLI11 takes "-hx" and "--help=1" for help, too.
+    return std::ranges::any_of(arguments, [](const std::string& argument) {
+        return argument.starts_with("-h") || argument.starts_with("--help") || argument == "--complete" ||
+               argument == "--declaration";
+    });
 }
 
 std::optional<std::string> answer(const CLI::App& program, const Extras& extras,

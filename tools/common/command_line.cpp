@@ -74,13 +74,6 @@ bool refusesVariable()
     }
 }
 
-// Help lists commands that are not named on the command line. CLI11 takes "-hx" and "--help=1" for it, too.
-bool asksForHelp(const std::vector<std::string>& words)
-{
-    return std::ranges::any_of(
-        words, [](const std::string& word) { return word.starts_with("-h") || word.starts_with("--help"); });
-}
-
 } // namespace
 
 Option& Option::required()
@@ -232,8 +225,7 @@ Command readCommandLine(int argc, char** argv, const char* description, const ch
     app.require_subcommand(1);
 
     const std::vector<std::string> arguments(argv + 1, argv + argc);
-    const bool whole = cli::isAsked(arguments) || asksForHelp(arguments) || refusesVariable();
-    CommandLine::Program program{arguments, whole, {}, {}};
+    CommandLine::Program program{arguments, cli::needsAll(arguments) || refusesVariable(), {}, {}};
     CommandLine line(&app, program);
     declare(line);
     if (const auto text = cli::answer(app, program.extras, arguments))

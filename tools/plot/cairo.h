@@ -1,4 +1,4 @@
-// The drawing library, loaded when the first picture is drawn: with the twenty libraries behind it, it takes
+// The drawing library, loaded when the first picture is drawn: with the eighteen libraries behind it, it takes
 // longer to load than most commands take altogether.
 #pragma once
 
