@@ -40,6 +40,7 @@ struct Options {
     // Between run and the serve that it starts inside.
     int controlFd = -1;
     int begunFd = -1;
+    int wordsFd = -1;
     int holdFd = -1;
     int sceneFd = -1;
     int traceFd = -1;
@@ -78,6 +79,8 @@ int serve(const Options& options)
     const Descriptor control = takeOver(options.controlFd);
     const Descriptor hold = takeOver(options.holdFd);
     Descriptor trace = takeOver(options.traceFd);
+    if (const Descriptor words = takeOver(options.wordsFd))
+        dup2(words.get(), STDERR_FILENO);
     if (Descriptor begun = takeOver(options.begunFd))
         writeByte(begun.get(), 1);
 
@@ -238,6 +241,7 @@ void addServe(CLI::App& app, cli::Extras& extras, Options& options)
         ->check(CLI::IsMember({"factory", "empty"}));
     command.add_option("--inside", options.controlFd)->group("");
     command.add_option("--begun", options.begunFd)->group("");
+    command.add_option("--words", options.wordsFd)->group("");
     command.add_option("--hold", options.holdFd)->group("");
     command.add_option("--scene-fd", options.sceneFd)->group("");
     command.add_option("--trace-fd", options.traceFd)->group("");
