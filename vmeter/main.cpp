@@ -11,7 +11,6 @@
 #include "process/supervisor.h"
 #include "scene/fault_rules.h"
 #include "scene/load.h"
-#include "services/settings_files.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
@@ -102,8 +101,7 @@ int serve(const Options& options)
     supervision.claimFd = claim.get();
     supervision.stateJsonFd = stateJson.get();
     supervision.settings.own = !options.settings.empty();
-    if (options.settings == "factory")
-        fillSettings(supervision.settings);
+    supervision.fillSettings = options.settings == "factory";
     supervision.callerSignals =
         options.controlFd >= 0 ? CallerSignals::fromText(options.signals) : CallerSignals::current();
     return supervise(scene, supervision);
