@@ -193,6 +193,15 @@ Json declarationOf(const CLI::App& command, const Extras& extras)
 
 } // namespace
 
+bool needsAll(const std::vector<std::string>& arguments)
+{
+    // CLI11 takes "-hx" and "--help=1" for help, too.
+    return std::ranges::any_of(arguments, [](const std::string& argument) {
+        return argument.starts_with("-h") || argument.starts_with("--help") || argument == "--complete" ||
+               argument == "--declaration";
+    });
+}
+
 std::optional<std::string> answer(const CLI::App& program, const Extras& extras,
                                   const std::vector<std::string>& arguments)
 {

@@ -39,6 +39,10 @@ struct Extras {
     std::map<const CLI::App*, std::string> rest; // of commands that run another one: "-- COMMAND..."
 };
 
+// Whether the command line asks for what takes all commands: help or an answer. For anything else those are
+// enough that are named on it: declaring all of them takes longer than most of them run.
+bool needsAll(const std::vector<std::string>& arguments);
+
 // The answer, if it was asked for.
 std::optional<std::string> answer(const CLI::App& program, const Extras& extras,
                                   const std::vector<std::string>& arguments);

@@ -11,7 +11,6 @@
 #include "process/supervisor.h"
 #include "scene/fault_rules.h"
 #include "scene/load.h"
-#include "services/settings_files.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
@@ -40,6 +39,7 @@ struct Options {
     // Between run and the serve that it starts inside.
     int controlFd = -1;
     int begunFd = -1;
+    int wordsFd = -1;
     int holdFd = -1;
     int sceneFd = -1;
     int traceFd = -1;
@@ -78,6 +78,8 @@ int serve(const Options& options)
     const Descriptor control = takeOver(options.controlFd);
     const Descriptor hold = takeOver(options.holdFd);
     Descriptor trace = takeOver(options.traceFd);
+    if (const Descriptor words = takeOver(options.wordsFd))
+        dup2(words.get(), STDERR_FILENO);
     if (Descriptor begun = takeOver(options.begunFd))
         writeByte(begun.get(), 1);
 
@@ -99,8 +101,7 @@ int serve(const Options& options)
     supervision.claimFd = claim.get();
     supervision.stateJsonFd = stateJson.get();
     supervision.settings.own = !options.settings.empty();
-    if (options.settings == "factory")
-        fillSettings(supervision.settings);
+    supervision.fillSettings = options.settings == "factory";
     supervision.callerSignals =
         options.controlFd >= 0 ? CallerSignals::fromText(options.signals) : CallerSignals::current();
     return supervise(scene, supervision);
@@ -203,6 +204,70 @@ void addMeterOptions(CLI::App& command, Options& options)
         ->check(CLI::Validator(faultError, ""));
 }
 
+void addRun(CLI::App& app, cli::Extras& extras, Options& options)
+{
+    CLI::App& command = *app.add_subcommand(
+        "run", "run a command with a meter of its own: private queues, log and settings folders");
+    takesCommand(command, extras, "-- COMMAND...");
+    addMeterOptions(command, options);
+    command.add_option("--state", options.state, "keep log and settings folders in DIR")->type_name("DIR");
+    command.add_flag("--in-place", options.inPlace,
+                     "use this machine's own paths and queues (for a container that refuses namespaces)");
+    command.add_flag("--empty-settings", options.emptySettings,
+                     "leave empty settings folders empty, without the factory files");
+    command.footer("The exit status is the command's, 128 + n after signal n; 125: the meter cannot run,\n"
+                   "126: the command cannot be executed, 127: it is not found.\n\n"
+                   "Example:\n"
+                   "  vx63-vmeter run --fault meas/0x104:2=late,300 -- ./my-application");
+}
+
+void addServe(CLI::App& app, cli::Extras& extras, Options& options)
+{
+    CLI::App& command = *app.add_subcommand("serve", "run the services on the queues that are here");
+    takesCommand(command, extras, "[-- COMMAND...]");
+    addMeterOptions(command, options);
+    command
+        .add_option("--ready-fd", options.readyFd,
+                    "write a byte to descriptor N when ready, not 'ready' to stderr")
+        ->type_name("N")
+        ->check(CLI::Validator(descriptorError, ""));
+    command
+        .add_option("--settings", options.settings,
+                    "the settings folders are the meter's own: fill the empty ones (factory) or not (empty); "
+                    "without this it changes none of them")
+        ->type_name("WHAT")
+        ->check(CLI::IsMember({"factory", "empty"}));
+    command.add_option("--inside", options.controlFd)->group("");
+    command.add_option("--begun", options.begunFd)->group("");
+    command.add_option("--words", options.wordsFd)->group("");
+    command.add_option("--hold", options.holdFd)->group("");
+    command.add_option("--scene-fd", options.sceneFd)->group("");
+    command.add_option("--trace-fd", options.traceFd)->group("");
+    command.add_option("--state-json-fd", options.stateJsonFd)->group("");
+    command.add_option("--signals", options.signals)->group("");
+    command.footer("Example:\n"
+                   "  unshare --ipc --map-root-user vx63-vmeter serve -- ./my-application");
+}
+
+void addState(CLI::App& app, cli::Extras& /*extras*/, Options& options)
+{
+    CLI::App& command = *app.add_subcommand("state", "print the state of the meter that runs here");
+    command.add_flag("--json", options.json, "as one line of JSON");
+    command.footer("Example:\n"
+                   "  vx63-vmeter run -- sh -c './my-application; vx63-vmeter state'");
+}
+
+void addCheck(CLI::App& app, cli::Extras& /*extras*/, Options& options)
+{
+    CLI::App& command = *app.add_subcommand("check", "tell whether 'run' can have namespaces here");
+    command.add_flag("--inside", options.probe)->group("");
+}
+
+constexpr struct {
+    const char* name;
+    void (*add)(CLI::App&, cli::Extras&, Options&);
+} kCommands[] = {{"run", addRun}, {"serve", addServe}, {"state", addState}, {"check", addCheck}};
+
 int usageError(const std::string& what)
 {
     std::fprintf(stderr, "vx63-vmeter: usage: %s: see 'vx63-vmeter --help'\n", what.c_str());
@@ -230,52 +295,10 @@ int runMain(int argc, char** argv)
                "See vx63-vmeter(1).");
     app.set_version_flag("--version", "vx63-vmeter " VX63_VERSION);
 
-    CLI::App& runCommand = *app.add_subcommand(
-        "run", "run a command with a meter of its own: private queues, log and settings folders");
-    takesCommand(runCommand, extras, "-- COMMAND...");
-    addMeterOptions(runCommand, options);
-    runCommand.add_option("--state", options.state, "keep log and settings folders in DIR")->type_name("DIR");
-    runCommand.add_flag("--in-place", options.inPlace,
-                        "use this machine's own paths and queues (for a container that refuses namespaces)");
-    runCommand.add_flag("--empty-settings", options.emptySettings,
-                        "leave empty settings folders empty, without the factory files");
-    runCommand.footer("The exit status is the command's, 128 + n after signal n; 125: the meter cannot run,\n"
-                      "126: the command cannot be executed, 127: it is not found.\n\n"
-                      "Example:\n"
-                      "  vx63-vmeter run --fault meas/0x104:2=late,300 -- ./my-application");
-
-    CLI::App& serveCommand = *app.add_subcommand("serve", "run the services on the queues that are here");
-    takesCommand(serveCommand, extras, "[-- COMMAND...]");
-    addMeterOptions(serveCommand, options);
-    serveCommand
-        .add_option("--ready-fd", options.readyFd,
-                    "write a byte to descriptor N when ready, not 'ready' to stderr")
-        ->type_name("N")
-        ->check(CLI::Validator(descriptorError, ""));
-    serveCommand
-        .add_option("--settings", options.settings,
-                    "the settings folders are the meter's own: fill the empty ones (factory) or not (empty); "
-                    "without this it changes none of them")
-        ->type_name("WHAT")
-        ->check(CLI::IsMember({"factory", "empty"}));
-    serveCommand.add_option("--inside", options.controlFd)->group("");
-    serveCommand.add_option("--begun", options.begunFd)->group("");
-    serveCommand.add_option("--hold", options.holdFd)->group("");
-    serveCommand.add_option("--scene-fd", options.sceneFd)->group("");
-    serveCommand.add_option("--trace-fd", options.traceFd)->group("");
-    serveCommand.add_option("--state-json-fd", options.stateJsonFd)->group("");
-    serveCommand.add_option("--signals", options.signals)->group("");
-    serveCommand.footer("Example:\n"
-                        "  unshare --ipc --map-root-user vx63-vmeter serve -- ./my-application");
-
-    CLI::App& stateCommand = *app.add_subcommand("state", "print the state of the meter that runs here");
-    stateCommand.add_flag("--json", options.json, "as one line of JSON");
-    stateCommand.footer("Example:\n"
-                        "  vx63-vmeter run -- sh -c './my-application; vx63-vmeter state'");
-
-    CLI::App& checkCommand = *app.add_subcommand("check", "tell whether 'run' can have namespaces here");
-    checkCommand.add_flag("--inside", options.probe)->group("");
-
+    const bool all = cli::needsAll(arguments);
+    for (const auto& [name, add] : kCommands)
+        if (all || std::ranges::count(arguments, name) > 0)
+            add(app, extras, options);
     if (const auto text = cli::answer(app, extras, {argv + 1, argv + argc})) {
         std::fputs(text->c_str(), stdout);
         return 0;
@@ -292,13 +315,14 @@ int runMain(int argc, char** argv)
 
     if (app.get_subcommands().empty())
         return usageError("give run, serve, state or check");
-    if (checkCommand.parsed())
+    const std::string& command = app.get_subcommands().front()->get_name();
+    if (command == "check")
         return separated ? usageError("check takes no command") : check(options);
-    if (stateCommand.parsed())
+    if (command == "state")
         return separated ? usageError("state takes no command") : showState(options);
     if (separated && (options.command.empty() || options.command[0].empty()))
         return usageError("no COMMAND after --");
-    if (serveCommand.parsed())
+    if (command == "serve")
         return serve(options);
     if (!separated)
         return usageError("run needs -- COMMAND");

@@ -7,6 +7,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 #include <vector>
 
@@ -58,6 +59,21 @@ std::string noneOf(const std::string& text, const std::vector<std::string>& word
     return "'" + text + "' is none of " + CLI::detail::join(words, ", ");
 }
 
+constexpr const char* kIdVariable = "VX63_PROCESS_ID";
+
+// A wrong id there is refused whatever the command: CLI11 gives it to each that has --id.
+bool refusesVariable()
+{
+    const char* const text = std::getenv(kIdVariable);
+    try {
+        if (text != nullptr && *text != '\0')
+            processIdIn("--id", text);
+        return false;
+    } catch (const WrongUsage&) {
+        return true;
+    }
+}
+
 } // namespace
 
 Option& Option::required()
@@ -103,15 +119,22 @@ bool Option::given() const
     return m_option->count() > 0;
 }
 
+bool CommandLine::isWanted(const std::string& name) const
+{
+    return m_app != nullptr && (m_program->whole || std::ranges::count(m_program->words, name) > 0);
+}
+
 CommandLine CommandLine::add(const char* name, const char* description, const char* example)
 {
     CLI::App* app = m_app->add_subcommand(name, description)->group("Commands");
     app->footer(std::string("Example: ") + example);
-    return {*app, *m_program};
+    return {app, *m_program};
 }
 
 CommandLine CommandLine::addGroup(const char* name, const char* description, const char* example)
 {
+    if (!isWanted(name))
+        return {nullptr, *m_program};
     CommandLine group = add(name, description, example);
     group.m_app->require_subcommand(1);
     return group;
@@ -119,7 +142,8 @@ CommandLine CommandLine::addGroup(const char* name, const char* description, con
 
 void CommandLine::notes(const char* text)
 {
-    m_app->footer(std::string(text) + "\n\n" + m_app->get_footer());
+    if (m_app != nullptr)
+        m_app->footer(std::string(text) + "\n\n" + m_app->get_footer());
 }
 
 Option CommandLine::flag(const std::string& name, bool& target, const std::string& description)
@@ -185,7 +209,7 @@ void CommandLine::addId(int32_t& id)
 {
     value("--id", "N", "Own process id, 0 to 17 but none of the services' 0, 6, 8, 10, 12 [17]",
           [&id](const std::string& text) { id = processIdIn("--id", text); })
-        .environment("VX63_PROCESS_ID")
+        .environment(kIdVariable)
         .offers("1, 2, 3, 4, 5, 7, 9, 11, 13, 14, 15, 16, 17");
 }
 
@@ -200,10 +224,11 @@ Command readCommandLine(int argc, char** argv, const char* description, const ch
     app.footer(footer);
     app.require_subcommand(1);
 
-    CommandLine::Program program;
-    CommandLine line(app, program);
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    CommandLine::Program program{arguments, cli::needsAll(arguments) || refusesVariable(), {}, {}};
+    CommandLine line(&app, program);
     declare(line);
-    if (const auto text = cli::answer(app, program.extras, {argv + 1, argv + argc}))
+    if (const auto text = cli::answer(app, program.extras, arguments))
         return printing(*text);
     try {
         app.parse(argc, argv);

@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 namespace tool {
 
@@ -40,16 +41,18 @@ private:
 class CommandLine {
 public:
     // Declares a command below this one: `work` is called with its options when it is the one that was given.
-    // `declare` adds what the command line can hold; --yes and --id come by themselves where Options has
-    // `yes` and `id`.
+    // `declare` adds what the command line can hold, where it names the command; --yes and --id come by themselves
+    // where Options has `yes` and `id`.
     //   example  as a person types it: "vx63 keys --watch"
     template <class Options>
     void addCommand(const char* name, const char* description, const char* example,
                     int (*work)(const Options&),
                     std::type_identity_t<void (*)(CommandLine&, Options&)> declare = nullptr)
     {
-        const auto options = std::make_shared<Options>();
+        if (!isWanted(name))
+            return;
         CommandLine line = add(name, description, example);
+        const auto options = std::make_shared<Options>();
         if (declare != nullptr)
             declare(line, *options);
         if constexpr (requires { options->yes; })
@@ -94,11 +97,14 @@ public:
 
 private:
     struct Program { // what all command lines of a program share
+        std::vector<std::string> words;
+        bool whole; // all commands are declared, not only those whose names are among the words
         Command chosen;
         cli::Extras extras;
     };
 
-    CommandLine(CLI::App& app, Program& program) : m_app(&app), m_program(&program) {}
+    CommandLine(CLI::App* app, Program& program) : m_app(app), m_program(&program) {}
+    bool isWanted(const std::string& name) const;
     CommandLine add(const char* name, const char* description, const char* example);
     void addYes(bool& yes);
     void addId(int32_t& id);
@@ -108,7 +114,7 @@ private:
     friend Command readCommandLine(int argc, char** argv, const char* description, const char* footer,
                                    void (*declare)(CommandLine&));
 
-    CLI::App* m_app;
+    CLI::App* m_app; // null: of a group that nobody asks for, which takes commands and notes in vain
     Program* m_program;
     std::function<void()> m_check;
 };

@@ -27,33 +27,33 @@ void plotConstellation(const std::string& path, const std::string& title, const 
     Picture picture(path, kSide, kSide, title, subtitle,
                     {"I (root mean square of the ideal points: 64)", -edge, edge, 32},
                     {"Q", -edge, edge, 32});
-    cairo_t* const cr = picture.cairo();
+    cairo_t* const cr = picture.context();
     picture.clip();
     picture.colour({kInk.red, kInk.green, kInk.blue, 0.45});
-    cairo_move_to(cr, picture.x(0), picture.top());
-    cairo_line_to(cr, picture.x(0), picture.bottom());
-    cairo_move_to(cr, picture.left(), picture.y(0));
-    cairo_line_to(cr, picture.right(), picture.y(0));
-    cairo_stroke(cr);
+    cairo().move_to(cr, picture.x(0), picture.top());
+    cairo().line_to(cr, picture.x(0), picture.bottom());
+    cairo().move_to(cr, picture.left(), picture.y(0));
+    cairo().line_to(cr, picture.right(), picture.y(0));
+    cairo().stroke(cr);
 
     picture.colour({kBlue.red, kBlue.green, kBlue.blue, 0.45});
     for (const ConstaPoint& point : points) {
-        cairo_arc(cr, picture.x(point.I), picture.y(point.Q), 1.7, 0, 2 * std::numbers::pi);
-        cairo_fill(cr);
+        cairo().arc(cr, picture.x(point.I), picture.y(point.Q), 1.7, 0, 2 * std::numbers::pi);
+        cairo().fill(cr);
     }
     if (ideal) {
         const double arm = ideal->points.size() > 100 ? 4 : 7;
         picture.colour(kOrange);
-        cairo_set_line_width(cr, 1.1);
+        cairo().set_line_width(cr, 1.1);
         for (const auto& point : ideal->points) {
             const double x = picture.x(point.real());
             const double y = picture.y(point.imag());
-            cairo_move_to(cr, x - arm, y);
-            cairo_line_to(cr, x + arm, y);
-            cairo_move_to(cr, x, y - arm);
-            cairo_line_to(cr, x, y + arm);
+            cairo().move_to(cr, x - arm, y);
+            cairo().line_to(cr, x + arm, y);
+            cairo().move_to(cr, x, y - arm);
+            cairo().line_to(cr, x, y + arm);
         }
-        cairo_stroke(cr);
+        cairo().stroke(cr);
     }
     picture.unclip();
     picture.save();

@@ -18,23 +18,23 @@ constexpr double kHighestDb = 5;
 
 void drawGuard(const Picture& picture, const GuardInterval& guard)
 {
-    cairo_t* const cr = picture.cairo();
+    cairo_t* const cr = picture.context();
     const double from = picture.x(guard.from);
     const double width = picture.x(guard.to) - from;
     picture.clip();
     picture.colour({kGreen.red, kGreen.green, kGreen.blue, 0.10});
-    cairo_rectangle(cr, from, picture.top(), width, picture.bottom() - picture.top());
-    cairo_fill(cr);
+    cairo().rectangle(cr, from, picture.top(), width, picture.bottom() - picture.top());
+    cairo().fill(cr);
     picture.colour(kGreen);
-    cairo_set_line_width(cr, 1);
+    cairo().set_line_width(cr, 1);
     const double dashes[] = {5, 4};
-    cairo_set_dash(cr, dashes, 2, 0);
+    cairo().set_dash(cr, dashes, 2, 0);
     for (const double edge : {from, from + width}) {
-        cairo_move_to(cr, edge, picture.top());
-        cairo_line_to(cr, edge, picture.bottom());
+        cairo().move_to(cr, edge, picture.top());
+        cairo().line_to(cr, edge, picture.bottom());
     }
-    cairo_stroke(cr);
-    cairo_set_dash(cr, nullptr, 0, 0);
+    cairo().stroke(cr);
+    cairo().set_dash(cr, nullptr, 0, 0);
     picture.unclip();
 }
 
@@ -50,7 +50,7 @@ bool overlap(const Box& a, const Box& b)
 // Each path gets a mark at its top and a label where it meets neither another label nor a mark.
 void drawPaths(const Picture& picture, const std::vector<Path>& paths)
 {
-    cairo_t* const cr = picture.cairo();
+    cairo_t* const cr = picture.context();
     std::vector<Box> taken;
     for (const Path& path : paths) {
         const double x = picture.x(path.delayUs);
@@ -58,9 +58,9 @@ void drawPaths(const Picture& picture, const std::vector<Path>& paths)
         taken.push_back({x - 5, y - 5, x + 5, y + 5});
         taken.push_back({x - 3, y, x + 3, picture.bottom()}); // its line
         picture.colour(kOrange);
-        cairo_set_line_width(cr, 1.6);
-        cairo_arc(cr, x, y, 4.5, 0, 2 * std::numbers::pi);
-        cairo_stroke(cr);
+        cairo().set_line_width(cr, 1.6);
+        cairo().arc(cr, x, y, 4.5, 0, 2 * std::numbers::pi);
+        cairo().stroke(cr);
     }
     constexpr double kLine = 13;
     std::vector<Path> strongest = paths;
@@ -84,10 +84,10 @@ void drawPaths(const Picture& picture, const std::vector<Path>& paths)
                 taken.push_back(box);
                 if (up > kLine) {
                     picture.colour({kOrange.red, kOrange.green, kOrange.blue, 0.6});
-                    cairo_set_line_width(cr, 0.8);
-                    cairo_move_to(cr, x, y - 5);
-                    cairo_line_to(cr, left > x ? left - 2 : left + width + 2, y - up + 4);
-                    cairo_stroke(cr);
+                    cairo().set_line_width(cr, 0.8);
+                    cairo().move_to(cr, x, y - 5);
+                    cairo().line_to(cr, left > x ? left - 2 : left + width + 2, y - up + 4);
+                    cairo().stroke(cr);
                 }
                 picture.colour(kInk);
                 picture.text(left, y - up, lines[0], Anchor::left, 11);
@@ -110,17 +110,17 @@ void plotDelayProfile(const std::string& path, const std::string& title, const s
     Picture picture(path, 880, 420, title, subtitle,
                     {"Delay against the main path (\u00B5s)", kFirstUs, kLastUs, 25},
                     {"Level against the main path (dB)", kLowestDb, kHighestDb, 10});
-    cairo_t* const cr = picture.cairo();
+    cairo_t* const cr = picture.context();
     if (guard)
         drawGuard(picture, *guard);
     picture.clip();
     picture.colour(kBlue);
-    cairo_set_line_width(cr, 1.2);
-    cairo_set_line_join(cr, CAIRO_LINE_JOIN_BEVEL);
+    cairo().set_line_width(cr, 1.2);
+    cairo().set_line_join(cr, CAIRO_LINE_JOIN_BEVEL);
     for (size_t i = 0; i < VX63_DLYPRF_SAMPLES; ++i)
-        cairo_line_to(cr, picture.x(delayOf(static_cast<double>(i))),
-                      picture.y(levelOf(profile.ucDlyPrfData[i])));
-    cairo_stroke(cr);
+        cairo().line_to(cr, picture.x(delayOf(static_cast<double>(i))),
+                        picture.y(levelOf(profile.ucDlyPrfData[i])));
+    cairo().stroke(cr);
     picture.unclip();
     drawPaths(picture, paths);
     if (guard) {

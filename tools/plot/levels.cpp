@@ -57,8 +57,8 @@ void drawLegend(const Picture& picture, const std::vector<LevelBar>& bars)
         picture.text(x, picture.top() - 12, kind.name);
         x -= 16;
         picture.colour(kind.colour);
-        cairo_rectangle(picture.cairo(), x, picture.top() - 21, 10, 10);
-        cairo_fill(picture.cairo());
+        cairo().rectangle(picture.context(), x, picture.top() - 21, 10, 10);
+        cairo().fill(picture.context());
         x -= 18;
     }
 }
@@ -71,7 +71,7 @@ void plotLevels(const std::string& path, const std::string& title, const std::st
     const double count = static_cast<double>(bars.size());
     Picture picture(path, std::clamp(count * 22, 640.0, 1500.0), 360, title, subtitle,
                     {"Channel", 0, count, 0}, {"Level (dB\u00B5V)", 0, highest(bars), kStep});
-    cairo_t* const cr = picture.cairo();
+    cairo_t* const cr = picture.context();
     drawLegend(picture, bars);
     const double slot = picture.x(1) - picture.x(0);
     const double gap = slot > 4 ? slot * 0.2 : 0;
@@ -80,8 +80,8 @@ void plotLevels(const std::string& path, const std::string& title, const std::st
         const double left = picture.x(static_cast<double>(i));
         const double top = std::min(picture.y(bars[i].level), picture.bottom());
         picture.colour(kindOf(bars[i]).colour);
-        cairo_rectangle(cr, left + gap / 2, top, slot - gap, picture.bottom() - top);
-        cairo_fill(cr);
+        cairo().rectangle(cr, left + gap / 2, top, slot - gap, picture.bottom() - top);
+        cairo().fill(cr);
         const double width = picture.textWidth(bars[i].name, 10.5);
         const double middle = left + slot / 2;
         if (middle - width / 2 < free)

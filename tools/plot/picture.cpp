@@ -16,8 +16,6 @@
 #include <unistd.h>
 #include <utility>
 
-#include <cairo-svg.h>
-
 namespace tool {
 
 namespace {
@@ -91,21 +89,21 @@ void Picture::addOption(CommandLine& line, std::string& path)
 Picture::Picture(std::string path, double width, double height, const std::string& title,
                  const std::string& subtitle, Axis x, Axis y)
     : m_path(std::move(path)), m_width(width), m_height(height), m_x(std::move(x)), m_y(std::move(y)),
-      m_surface(nullptr, cairo_surface_destroy), m_cairo(nullptr, cairo_destroy)
+      m_surface(nullptr, cairo().surface_destroy), m_context(nullptr, cairo().destroy)
 {
     const double wholeWidth = kLeftMargin + width + kRightMargin;
     const double wholeHeight = kTopMargin + height + kBottomMargin;
     if (isSvg(m_path))
-        m_surface.reset(cairo_svg_surface_create_for_stream(append, &m_bytes, wholeWidth, wholeHeight));
+        m_surface.reset(cairo().svg_surface_create_for_stream(append, &m_bytes, wholeWidth, wholeHeight));
     else
-        m_surface.reset(cairo_image_surface_create(CAIRO_FORMAT_RGB24,
-                                                   static_cast<int>(std::ceil(wholeWidth * kPngScale)),
-                                                   static_cast<int>(std::ceil(wholeHeight * kPngScale))));
-    m_cairo.reset(cairo_create(m_surface.get()));
+        m_surface.reset(cairo().image_surface_create(CAIRO_FORMAT_RGB24,
+                                                     static_cast<int>(std::ceil(wholeWidth * kPngScale)),
+                                                     static_cast<int>(std::ceil(wholeHeight * kPngScale))));
+    m_context.reset(cairo().create(m_surface.get()));
     if (!isSvg(m_path))
-        cairo_scale(cairo(), kPngScale, kPngScale);
+        cairo().scale(context(), kPngScale, kPngScale);
     colour({1, 1, 1});
-    cairo_paint(cairo());
+    cairo().paint(context());
     drawAxes(title, subtitle);
 }
 
@@ -141,45 +139,45 @@ double Picture::y(double value) const
 
 void Picture::colour(const Colour& colour) const
 {
-    cairo_set_source_rgba(cairo(), colour.red, colour.green, colour.blue, colour.alpha);
+    cairo().set_source_rgba(context(), colour.red, colour.green, colour.blue, colour.alpha);
 }
 
 double Picture::textWidth(const std::string& text, double size) const
 {
     cairo_text_extents_t extents;
-    cairo_set_font_size(cairo(), size);
-    cairo_text_extents(cairo(), text.c_str(), &extents);
+    cairo().set_font_size(context(), size);
+    cairo().text_extents(context(), text.c_str(), &extents);
     return extents.x_advance;
 }
 
 void Picture::text(double atX, double atY, const std::string& text, Anchor anchor, double size,
                    bool bold) const
 {
-    cairo_select_font_face(cairo(), "sans-serif", CAIRO_FONT_SLANT_NORMAL,
-                           bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
+    cairo().select_font_face(context(), "sans-serif", CAIRO_FONT_SLANT_NORMAL,
+                             bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
     const double width = textWidth(text, size);
     const double shift = anchor == Anchor::left ? 0 : anchor == Anchor::middle ? width / 2 : width;
-    cairo_move_to(cairo(), atX - shift, atY);
-    cairo_show_text(cairo(), text.c_str());
-    cairo_new_path(cairo());
+    cairo().move_to(context(), atX - shift, atY);
+    cairo().show_text(context(), text.c_str());
+    cairo().new_path(context());
 }
 
 void Picture::clip() const
 {
-    cairo_save(cairo());
-    cairo_rectangle(cairo(), left(), top(), m_width, m_height);
-    cairo_clip(cairo());
+    cairo().save(context());
+    cairo().rectangle(context(), left(), top(), m_width, m_height);
+    cairo().clip(context());
 }
 
 void Picture::unclip() const
 {
-    cairo_restore(cairo());
+    cairo().restore(context());
 }
 
 void Picture::drawAxes(const std::string& title, const std::string& subtitle) const
 {
-    cairo_t* const cr = cairo();
-    cairo_set_line_width(cr, 1);
+    cairo_t* const cr = context();
+    cairo().set_line_width(cr, 1);
     const auto ticks = [](const Axis& axis, const auto& draw) {
         if (axis.step <= 0)
             return;
@@ -190,44 +188,44 @@ void Picture::drawAxes(const std::string& title, const std::string& subtitle) co
     };
     ticks(m_x, [&](double value, const std::string& label) {
         colour(kGrid);
-        cairo_move_to(cr, x(value), top());
-        cairo_line_to(cr, x(value), bottom());
-        cairo_stroke(cr);
+        cairo().move_to(cr, x(value), top());
+        cairo().line_to(cr, x(value), bottom());
+        cairo().stroke(cr);
         colour(kInk);
         text(x(value), bottom() + 18, label, Anchor::middle);
     });
     ticks(m_y, [&](double value, const std::string& label) {
         colour(kGrid);
-        cairo_move_to(cr, left(), y(value));
-        cairo_line_to(cr, right(), y(value));
-        cairo_stroke(cr);
+        cairo().move_to(cr, left(), y(value));
+        cairo().line_to(cr, right(), y(value));
+        cairo().stroke(cr);
         colour(kInk);
         text(left() - 8, y(value) + 4, label, Anchor::right);
     });
     colour(kInk);
-    cairo_rectangle(cr, left(), top(), m_width, m_height);
-    cairo_stroke(cr);
+    cairo().rectangle(cr, left(), top(), m_width, m_height);
+    cairo().stroke(cr);
 
     text(left(), 26, title, Anchor::left, 16, true);
     text(left(), 46, subtitle, Anchor::left, 12.5);
     text((left() + right()) / 2, bottom() + 46, m_x.label, Anchor::middle, 13);
-    cairo_save(cr);
-    cairo_translate(cr, 26, (top() + bottom()) / 2);
-    cairo_rotate(cr, -std::numbers::pi / 2);
+    cairo().save(cr);
+    cairo().translate(cr, 26, (top() + bottom()) / 2);
+    cairo().rotate(cr, -std::numbers::pi / 2);
     text(0, 0, m_y.label, Anchor::middle, 13);
-    cairo_restore(cr);
+    cairo().restore(cr);
 }
 
 void Picture::save()
 {
-    cairo_status_t status = cairo_status(cairo());
+    cairo_status_t status = cairo().status(context());
     if (!isSvg(m_path) && status == CAIRO_STATUS_SUCCESS)
-        status = cairo_surface_write_to_png_stream(m_surface.get(), append, &m_bytes);
-    cairo_surface_finish(m_surface.get()); // an SVG is written only now
+        status = cairo().surface_write_to_png_stream(m_surface.get(), append, &m_bytes);
+    cairo().surface_finish(m_surface.get()); // an SVG is written only now
     if (status == CAIRO_STATUS_SUCCESS)
-        status = cairo_surface_status(m_surface.get());
+        status = cairo().surface_status(m_surface.get());
     if (status != CAIRO_STATUS_SUCCESS)
-        throw Failure(kExitInternal, "cannot draw the picture " + m_path, cairo_status_to_string(status),
+        throw Failure(kExitInternal, "cannot draw the picture " + m_path, cairo().status_to_string(status),
                       "leave --plot out");
     writeFile(m_path, m_bytes);
 }

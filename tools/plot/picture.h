@@ -1,7 +1,8 @@
 // A picture with axes, as a PNG or SVG file.
 #pragma once
 
-#include <cairo.h>
+#include "plot/cairo.h"
+
 #include <memory>
 #include <string>
 
@@ -43,7 +44,7 @@ public:
     Picture(std::string path, double width, double height, const std::string& title,
             const std::string& subtitle, Axis x, Axis y);
 
-    cairo_t* cairo() const { return m_cairo.get(); }
+    cairo_t* context() const { return m_context.get(); }
     double x(double value) const;
     double y(double value) const;
     double left() const;
@@ -71,7 +72,7 @@ private:
     Axis m_x, m_y;
     std::string m_bytes; // of an SVG, as they come
     std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)> m_surface;
-    std::unique_ptr<cairo_t, decltype(&cairo_destroy)> m_cairo;
+    std::unique_ptr<cairo_t, decltype(&cairo_destroy)> m_context;
 };
 
 } // namespace tool

@@ -135,11 +135,15 @@ std::vector<std::string> bubblewrapArguments(const Namespaces& namespaces,
     return arguments;
 }
 
+Namespaces wantedNamespaces()
+{
+    std::error_code error;
+    return {.mqueue = fs::is_directory("/dev/mqueue", error)};
+}
+
 Namespaces tryNamespaces()
 {
-    Namespaces namespaces;
-    std::error_code error;
-    namespaces.mqueue = fs::is_directory("/dev/mqueue", error);
+    const Namespaces namespaces = wantedNamespaces();
     const bool folder = namespaces.mqueue;
 
     Outcome first = attempt(namespaces);

@@ -17,7 +17,11 @@ struct Namespaces {
     bool mqueue = true; // /dev/mqueue shows their own queues
 };
 
-// Tries them out. Throws Failure that tells why they are refused.
+// All that this machine knows of.
+Namespaces wantedNamespaces();
+
+// Tries out what the machine allows, which takes as long as a meter's start. Throws Failure that tells why
+// they are refused.
 Namespaces tryNamespaces();
 
 // The arguments of bubblewrap, its own name first, without the command. `state` keeps log and settings

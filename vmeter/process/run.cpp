@@ -67,10 +67,12 @@ Descriptor takeState(const fs::path& state)
 // A memory file that holds the arguments as bubblewrap reads them.
 Descriptor argumentFile(const std::vector<std::string>& arguments)
 {
-    Descriptor file(memfd_create("arguments", MFD_CLOEXEC));
+    std::string text;
     for (const std::string& argument : arguments)
-        if (!file || write(file.get(), argument.c_str(), argument.size() + 1) < 0)
-            throw Failure("memory file", errorText(errno), "free some memory");
+        text.append(argument) += '\0';
+    Descriptor file(memfd_create("arguments", MFD_CLOEXEC));
+    if (!file || write(file.get(), text.data(), text.size()) < 0)
+        throw Failure("memory file", errorText(errno), "free some memory");
     lseek(file.get(), 0, SEEK_SET);
     return file;
 }
@@ -168,9 +170,6 @@ int run(const RunOptions& options)
         state = fs::absolute(*options.state);
         stateLock = takeState(*state);
     }
-    std::optional<Namespaces> namespaces;
-    if (!options.inPlace)
-        namespaces = tryNamespaces();
     const Descriptor scene(options.scene ? openScene(*options.scene) : -1);
     const Descriptor trace(options.trace ? openTrace(*options.trace) : -1);
     const Descriptor stateJson(options.stateJson ? openStateJson(*options.stateJson) : -1);
@@ -179,8 +178,8 @@ int run(const RunOptions& options)
         inPlace.emplace(state);
 
     Pipe control = makePipe();
-    Pipe begun = makePipe(); // a byte: the surroundings are made and serve has begun
-    Pipe info = makePipe();
+    const Pipe begun = makePipe(); // a byte: the surroundings are made and serve has begun
+    const Descriptor words(inPlace ? -1 : fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
 
     const CallerSignals callerSignals = CallerSignals::current();
     std::vector<std::string> inside = {ownPath(),
@@ -192,6 +191,8 @@ int run(const RunOptions& options)
                                        "--signals=" + callerSignals.text(),
                                        "--settings",
                                        options.emptySettings ? "empty" : "factory"};
+    if (words)
+        inside.insert(inside.end(), {"--words", std::to_string(words.get())});
     if (stateLock)
         inside.insert(inside.end(), {"--hold", std::to_string(stateLock.get())});
     if (trace)
@@ -205,64 +206,76 @@ int run(const RunOptions& options)
     inside.push_back("--");
     inside.insert(inside.end(), options.command.begin(), options.command.end());
 
-    std::vector<std::string> outside;
-    Descriptor arguments;
-    if (namespaces) {
-        const std::vector<std::string> all = bubblewrapArguments(*namespaces, state);
-        arguments = argumentFile({all.begin() + 1, all.end()});
-        outside = {all.front(),
-                   "--args",
-                   std::to_string(arguments.get()),
-                   "--info-fd",
-                   std::to_string(info.writeEnd.get()),
-                   "--"};
-        outside.insert(outside.end(), inside.begin(), inside.end());
-    }
-
     const Descriptor signals = takeSignals(callerSignals);
     if (!signals)
         throw Failure("signals", errorText(errno), "close other programs");
-    const pid_t child = fork();
-    if (child < 0)
-        throw Failure("fork", errorText(errno), "end other programs");
-    if (child == 0) {
-        // Whatever was sent to the whole process group comes in through the control pipe, too.
-        for (const int number : CallerSignals::kNumbers)
-            signal(number, SIG_IGN);
-        sigset_t none;
-        sigemptyset(&none);
-        sigprocmask(SIG_SETMASK, &none, nullptr);
-        control.writeEnd = Descriptor();
-        for (const Descriptor* handed : std::initializer_list<const Descriptor*>{
-                 &control.readEnd, &begun.writeEnd, &stateLock, &scene, &trace, &stateJson})
-            if (*handed)
-                handed->inherit();
-        info.readEnd = Descriptor();
-        if (inPlace) {
-            info.writeEnd = Descriptor();
-            inPlace->guard(inside);
+    Namespaces namespaces = wantedNamespaces();
+    // Most machines allow all namespaces: they are tried out only where the first attempt, which is quiet,
+    // fails.
+    for (bool quiet = !inPlace;; quiet = false) {
+        Pipe info = makePipe();
+        std::vector<std::string> outside;
+        Descriptor arguments;
+        if (!inPlace) {
+            const std::vector<std::string> all = bubblewrapArguments(namespaces, state);
+            arguments = argumentFile({all.begin() + 1, all.end()});
+            outside = {all.front(),
+                       "--args",
+                       std::to_string(arguments.get()),
+                       "--info-fd",
+                       std::to_string(info.writeEnd.get()),
+                       "--"};
+            outside.insert(outside.end(), inside.begin(), inside.end());
         }
-        arguments.inherit();
-        info.writeEnd.inherit();
-        become(outside);
+
+        const pid_t child = fork();
+        if (child < 0)
+            throw Failure("fork", errorText(errno), "end other programs");
+        if (child == 0) {
+            // Whatever was sent to the whole process group comes in through the control pipe, too.
+            for (const int number : CallerSignals::kNumbers)
+                signal(number, SIG_IGN);
+            sigset_t none;
+            sigemptyset(&none);
+            sigprocmask(SIG_SETMASK, &none, nullptr);
+            control.writeEnd = Descriptor();
+            for (const Descriptor* handed : std::initializer_list<const Descriptor*>{
+                     &control.readEnd, &begun.writeEnd, &words, &stateLock, &scene, &trace, &stateJson})
+                if (*handed)
+                    handed->inherit();
+            info.readEnd = Descriptor();
+            if (inPlace) {
+                info.writeEnd = Descriptor();
+                inPlace->guard(inside);
+            }
+            if (quiet && words)
+                dup2(Descriptor(open("/dev/null", O_WRONLY | O_CLOEXEC)).get(), STDERR_FILENO);
+            arguments.inherit();
+            info.writeEnd.inherit();
+            become(outside);
+        }
+
+        info.writeEnd = Descriptor();
+        const FirstProcess first(info.readEnd.get());
+        const int how = waitFor(child, signals, control.writeEnd);
+        first.end();
+        if (inPlace)
+            inPlace->cleanUp();
+
+        uint8_t byte = 0;
+        fcntl(begun.readEnd.get(), F_SETFL, O_NONBLOCK);
+        const bool hasBegun = readFully(begun.readEnd.get(), &byte, 1) == 1;
+        if (!hasBegun && !WIFSIGNALED(how)) {
+            if (quiet) {
+                namespaces = tryNamespaces();
+                continue;
+            }
+            if (WEXITSTATUS(how) != kExitFailure)
+                throw Failure("bubblewrap", "it could not make the surroundings (see above)",
+                              "see 'vx63-vmeter check'");
+        }
+        return WIFSIGNALED(how) ? 128 + WTERMSIG(how) : WEXITSTATUS(how);
     }
-
-    control.readEnd = Descriptor();
-    begun.writeEnd = Descriptor();
-    info.writeEnd = Descriptor();
-    const FirstProcess first(info.readEnd.get());
-    const int how = waitFor(child, signals, control.writeEnd);
-    first.end();
-    if (inPlace)
-        inPlace->cleanUp();
-
-    uint8_t byte = 0;
-    fcntl(begun.readEnd.get(), F_SETFL, O_NONBLOCK);
-    if (readFully(begun.readEnd.get(), &byte, 1) != 1 && !WIFSIGNALED(how) &&
-        WEXITSTATUS(how) != kExitFailure)
-        throw Failure("bubblewrap", "it could not make the surroundings (see above)",
-                      "see 'vx63-vmeter check'");
-    return WIFSIGNALED(how) ? 128 + WTERMSIG(how) : WEXITSTATUS(how);
 }
 
 } // namespace vmeter

@@ -15,10 +15,16 @@ namespace fs = std::filesystem;
 using vx63::kCatalogue;
 using vx63::SetFileDef;
 
+// The path of a file of the catalogue below the program folder: "ch_set/uhf.csv".
+std::string_view pathOf(const SetFileDef& file)
+{
+    return std::string_view(file.path).substr(std::string_view(kProgramFolder).size() + 1);
+}
+
 // Where a file of the catalogue lies here.
 fs::path placeOf(const Settings& settings, const SetFileDef& file)
 {
-    return settings.folder / fs::path(file.path).lexically_relative(kProgramFolder);
+    return settings.folder / pathOf(file);
 }
 
 // A list without names: its records are numbered from 1.
@@ -51,17 +57,17 @@ void emptyFolder(const fs::path& folder)
 }
 
 // All files or none: a folder that holds some would count as filled the next time.
-void fillFolder(const Settings& settings, const fs::path& folder)
+void fillFolder(const Settings& settings, const std::string& name)
 {
     for (uint32_t fileId = 0; fileId < kCatalogue.size(); ++fileId) {
-        const fs::path path = placeOf(settings, kCatalogue[fileId]);
-        if (path.parent_path() != folder || vx63::isSet(fileId))
+        if (!pathOf(kCatalogue[fileId]).starts_with(name + "/") || vx63::isSet(fileId))
             continue;
         const int32_t result = writeFactory(settings, fileId);
         if (result >= 0)
             continue;
-        emptyFolder(folder);
-        throw Failure(path, "it cannot be written, lsys_err=" + std::to_string(result),
+        emptyFolder(settings.folder / name);
+        throw Failure(placeOf(settings, kCatalogue[fileId]),
+                      "it cannot be written, lsys_err=" + std::to_string(result),
                       "free some space, or use --empty-settings");
     }
 }
@@ -85,7 +91,7 @@ void fillSettings(const Settings& settings)
         if (error)
             throw Failure(folder, error.message(), "create it as a folder");
         if (empty)
-            fillFolder(settings, folder);
+            fillFolder(settings, name);
     }
 }
 

@@ -100,6 +100,17 @@ def test_pictures_that_cannot_be_written(meter, tmp_path, target, why):
     assert meter.requests()[-1] == STOP
 
 
+def test_pictures_without_the_drawing_library(meter, tmp_path):
+    """Whatever draws no picture does not need it."""
+    library = tmp_path / "libcairo.so.2"
+    library.touch()
+    result = meter.vx63(*CHANNEL, "--plot", "c.png", cwd=tmp_path, env=environment(LD_LIBRARY_PATH=str(tmp_path)))
+    assert result.returncode == 70
+    assert "MER             " in result.stdout
+    assert result.stderr == (f"vx63: cannot draw a picture: {library}: file too short: "
+                             "install libcairo2, or leave --plot out\n")
+
+
 def test_without_lock(meter, tmp_path):
     result = meter.vx63(*TOO_WEAK, "--lock-timeout", "0.3", "--plot", tmp_path / "c.png")
     assert (result.returncode, result.stdout) == (3, "")

@@ -176,6 +176,13 @@ exec {real} "$@"''')
     assert (ended.returncode, ended.stdout, ended.stderr) == (0, "runs\n", "")
 
 
+def test_namespaces_are_made_once(tmp_path):
+    make_program(tmp_path / "bwrap", f'echo made >> {tmp_path}/count; exec {shutil.which("bwrap")} "$@"')
+    ended = vmeter("run", "--", "true", env={**os.environ, "PATH": f"{tmp_path}:/usr/bin:/bin"})
+    assert (ended.returncode, ended.stderr) == (0, "")
+    assert (tmp_path / "count").read_text() == "made\n"
+
+
 # ---- state ----
 
 
