@@ -10,7 +10,7 @@ int main(int argc, char** argv)
 {
     static constexpr struct {
         const char* name;
-        void (*compare)(bench::Runner&);
+        void (*run)(bench::Runner&);
     } kGroups[] = {
         {"exchanges", bench::compareExchanges},
         {"log", bench::compareLog},
@@ -42,7 +42,7 @@ int main(int argc, char** argv)
         bool known = false;
         for (const auto& group : kGroups) {
             if (std::strcmp(argv[at], group.name) == 0) {
-                group.compare(runner);
+                group.run(runner);
                 known = true;
             }
         }
