@@ -41,8 +41,8 @@ private:
 class CommandLine {
 public:
     // Declares a command below this one: `work` is called with its options when it is the one that was given.
-    // `declare` adds what the command line can hold, where it names the command; --yes and --id come by themselves
-    // where Options has `yes` and `id`.
+    // `declare` adds what the command line can hold, where it names the command; --yes and --id come by
+    // themselves where Options has `yes` and `id`.
     //   example  as a person types it: "vx63 keys --watch"
     template <class Options>
     void addCommand(const char* name, const char* description, const char* example,

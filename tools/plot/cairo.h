@@ -1,5 +1,5 @@
-// The drawing library, loaded when the first picture is drawn: with the eighteen libraries behind it, it takes
-// longer to load than most commands take altogether.
+// The drawing library, loaded when the first picture is drawn: with the eighteen libraries behind it, it
+// takes longer to load than most commands take altogether.
 #pragma once
 
 #include <cairo-svg.h>
