@@ -37,11 +37,12 @@ int main(int argc, char** argv)
             return 64;
         }
     }
-    bench::Runner runner(options);
     for (; at < argc; ++at) {
         bool known = false;
         for (const auto& group : kGroups) {
             if (std::strcmp(argv[at], group.name) == 0) {
+                options.group = group.name;
+                bench::Runner runner(options);
                 group.run(runner);
                 known = true;
             }

@@ -13,7 +13,7 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::nanoseconds;
 
 constexpr nanoseconds kBlock = std::chrono::milliseconds(3);
-constexpr nanoseconds kPair = std::chrono::milliseconds(2500);
+constexpr nanoseconds kPair = std::chrono::milliseconds(1500);
 constexpr nanoseconds kStep = std::chrono::milliseconds(500);
 constexpr size_t kFewestRounds = 15;
 
@@ -83,7 +83,8 @@ void Runner::compare(const Row& row, const Body& floor, const Body& subject)
     if (!wants(row))
         return;
     const auto [floors, subjects, ratios] = roundsOf(floor, subject, m_options.brief, kPair);
-    nlohmann::ordered_json line = {{"what", row.what},
+    nlohmann::ordered_json line = {{"group", m_options.group},
+                                   {"what", row.what},
                                    {"floor", row.floor},
                                    {"floor_ns", quantile(floors, 0.5)},
                                    {"ns", quantile(subjects, 0.5)},

@@ -28,6 +28,7 @@ using Body = std::function<void()>;
 struct Options {
     bool brief = false; // proves that it works, and measures nothing worth reading
     std::string only;   // rows that contain this text
+    std::string group;  // of the rows
 };
 
 class Runner {
