@@ -689,6 +689,19 @@ TEST_F(Lmsg, ReceiverFindsTheQueueMadeAnew)
     EXPECT_EQ(-4, receive(id).result);
 }
 
+// It waits on the old queue first, but not for long.
+TEST_F(Lmsg, ReceiverThatWaitsFindsTheQueueMadeAnewToo)
+{
+    ASSERT_EQ(LMSG_OK, send(id, text("old")));
+    ASSERT_EQ((Received{LMSG_OK, text("old")}), receive(id));
+    unlink();
+    const OtherSide other(id, O_CREAT | O_EXCL);
+    ASSERT_TRUE(other.send(text("new")));
+    const int64_t& waitedNs = passTime();
+    EXPECT_EQ((Received{LMSG_OK, text("new")}), receive(id, kLong));
+    EXPECT_EQ(10 * kNsPerMs, waitedNs);
+}
+
 TEST_F(Lmsg, MakesAnUnlinkedQueueAnewItself)
 {
     ASSERT_EQ(LMSG_OK, send(id, text("old")));
@@ -789,6 +802,31 @@ TEST_F(Lmsg, NeverTakesOneQueueForAnother)
     EXPECT_EQ((Received{LMSG_OK, text("two")}), receive(id2));
     EXPECT_EQ((Received{LMSG_OK, text("one")}), receive(id));
     EXPECT_EQ(first, descriptorsOf(id2).at(0));
+}
+
+// Nor when it waits for a message, without a look before.
+TEST_F(Lmsg, NeverWaitsAtOneQueueForAnother)
+{
+    ASSERT_EQ(LMSG_OK, send(id, text("one")));
+    ASSERT_EQ(LMSG_OK, send(id2, text("two")));
+    const int first = descriptorsOf(id).at(0);
+    close(first);
+    close(descriptorsOf(id2).at(0));
+    ASSERT_EQ(LMSG_OK, send(id2, text("three")));
+    ASSERT_EQ(first, descriptorsOf(id2).at(0));
+    EXPECT_EQ((Received{LMSG_OK, text("one")}), receive(id, kLong));
+    EXPECT_EQ((Received{LMSG_OK, text("two")}), receive(id2, kLong));
+}
+
+TEST_F(Lmsg, WaitsAnewWhereItsNumberIsAnotherFile)
+{
+    ASSERT_EQ(LMSG_OK, send(id, text("one")));
+    const int kept = descriptorsOf(id).at(0);
+    close(kept);
+    ASSERT_EQ(kept, open("/tmp", O_TMPFILE | O_RDWR, 0600));
+    EXPECT_EQ((Received{LMSG_OK, text("one")}), receive(id, kLong));
+    close(kept);
+    EXPECT_EQ(-4, receive(id, 20).result);
 }
 
 // ---- threads and processes
