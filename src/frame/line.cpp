@@ -31,10 +31,23 @@ struct Pairs {
 };
 constexpr Pairs kPairs;
 
+int digitsOf(uint64_t value)
+{
+    int count = 1;
+    for (; value >= 10000; value /= 10000) {
+        count += 4;
+    }
+    return count + (value >= 10) + (value >= 100) + (value >= 1000);
+}
+
 char* putDecimal(char* at, uint64_t value, int width)
 {
-    char text[20];
-    char* digit = std::end(text);
+    if (value < 10 && width <= 1) { // as most are
+        *at = static_cast<char>('0' + value);
+        return at + 1;
+    }
+    char* const end = at + std::max(digitsOf(value), width);
+    char* digit = end;
     for (; value > UINT32_MAX; value /= 10) {
         *--digit = static_cast<char>('0' + value % 10);
     }
@@ -44,16 +57,13 @@ char* putDecimal(char* at, uint64_t value, int width)
         digit -= 2;
         memcpy(digit, kPairs.digits[rest % 100], 2);
     }
-    if (rest != 0 || digit == std::end(text)) {
+    if (rest != 0) {
         *--digit = static_cast<char>('0' + rest);
     }
-    while (std::end(text) - digit < width) {
+    while (digit != at) {
         *--digit = '0';
     }
-    while (digit != std::end(text)) {
-        *at++ = *digit++;
-    }
-    return at;
+    return end;
 }
 
 } // namespace
@@ -143,13 +153,16 @@ void Line::addMessage(const char* format, va_list arguments)
             return;
         }
         ++format;
-        const int width = readNumber(format);
+        int width = 0;
         size_t precision = SIZE_MAX;
-        if (*format == '.') {
-            ++format;
-            const bool given = *format == '*';
-            format += given;
-            precision = static_cast<size_t>(given ? va_arg(arguments, int) : readNumber(format));
+        if (*format < 'A') { // most have none of these
+            width = readNumber(format);
+            if (*format == '.') {
+                ++format;
+                const bool given = *format == '*';
+                format += given;
+                precision = static_cast<size_t>(given ? va_arg(arguments, int) : readNumber(format));
+            }
         }
         const bool isShort = *format == 'h';
         format += isShort;
