@@ -75,11 +75,11 @@ void compareOtherReaders(Runner& runner)
             std::fill(records.begin(), records.end(), uint8_t{0});
             runner.compare({what + std::string(", ") + size, "open, read, close, memcpy"}, floor, read);
         };
-        compare("lsys_readCsvNewFmt", [&] { file.read(records); });
-        compare("std::ifstream, std::getline, std::from_chars (takes no quotes)",
+        compare("reading by lsys_readCsvNewFmt", [&] { file.read(records); });
+        compare("reading by std::ifstream",
                 [&] { require(readByStream(file, records), "std::ifstream", "not that file"); });
         if (readByLibcsv != nullptr) {
-            compare("libcsv, std::from_chars",
+            compare("reading by libcsv",
                     [&] { require(readByLibcsv(file, records), "libcsv", "not that file"); });
         }
     }

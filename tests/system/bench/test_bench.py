@@ -52,9 +52,9 @@ def test_the_table(tmp_path):
         '{"table":"threads","at":1,"series":"s","value":2}\n'
         '{"what":"bb","floor":"f","floor_ns":2000000,"ns":2000000,"ratio":1,"ratio_low":1,"ratio_high":1,"rounds":9}\n')
     assert run(REPORT, results).stdout.splitlines() == [
-        "what  floor  floor  cost    ratio   quartiles     target",
-        "a     f      10 ns  1.5 us  150.00  1.00 .. 2.35  7.00    -",
-        "bb    f      2 ms   2 ms    1.00    1.00 .. 1.00",
+        "what  time    ratio   quartiles     target     floor  its time",
+        "a     1.5 us  150.00  1.00 .. 2.35  7.00    -  f      10 ns",
+        "bb    2 ms    1.00    1.00 .. 1.00             f      2 ms",
     ]
     assert run(REPORT, "--json", results).stdout == results.read_text()
     assert run(REPORT).returncode == 64
