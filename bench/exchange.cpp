@@ -48,7 +48,7 @@ void compareExchanges(Runner& runner)
                 {"lmsg_tsndMq, lmsg_trcvMq" + bytes + place, "mq_timedsend, mq_timedreceive", bareTarget},
                 [size] { askEcho<BareQueues>(size); }, [size] { askEcho<Platform>(size); });
             runner.compare(
-                {"lmsg_tsndMq, lmsg_trcvMq" + bytes + place, "fstat, mq_send; ppoll, mq_receive",
+                {"lmsg_tsndMq, lmsg_trcvMq" + bytes + place, "fstat, mq_send; fstat, ppoll, mq_receive",
                  bareTarget},
                 [size] { askEcho<CarefulQueues>(size); }, [size] { askEcho<Platform>(size); });
         }

@@ -76,6 +76,7 @@ size_t receiveCarefully(mqd_t queue, uint8_t* message)
 {
     int count = 0;
     while (count == 0) {
+        look(queue);
         pollfd ready{queue, POLLIN, 0};
         const timespec time{1, 0};
         count = ppoll(&ready, 1, &time, nullptr);

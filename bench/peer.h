@@ -53,7 +53,7 @@ struct BareQueues {
 };
 
 // The system calls of an exchange that finds a queue made anew, and waits by the monotonic clock: looking at
-// the queue, sending; waiting, receiving.
+// the queue, sending; looking, waiting, receiving.
 struct CarefulQueues {
     static void ask(const Message& request);
     static void serve();

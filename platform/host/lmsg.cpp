@@ -27,7 +27,6 @@ constexpr int64_t kNsPerSecond = 1'000'000'000;
 
 // A descriptor in ppoll() does not notice that its queue was unlinked and made anew: look that often.
 constexpr int64_t kLookNs = kNsPerSecond;
-constexpr int64_t kSoonMs = 10; // the first time
 
 // A descriptor and the inode behind it: a program that closes all its descriptors leaves us a number that
 // soon means another file, perhaps another queue.
@@ -86,19 +85,6 @@ int32_t openQueue(uint8_t ucQueId, Queue& queue)
     return LMSG_OK;
 }
 
-// Who has closed one of our descriptors has closed them all, and what is opened next takes their numbers:
-// none is kept that is no longer what it was.
-void forgetForeign()
-{
-    for (Slot& slot : s_slots) {
-        Queue kept = slot.load();
-        struct stat status;
-        if (kept.descriptor >= 0 &&
-            (fstat(kept.descriptor, &status) != 0 || static_cast<uint32_t>(status.st_ino) != kept.inode))
-            slot.compare_exchange_strong(kept, Queue{});
-    }
-}
-
 // The descriptor of a queue that has a name now; opened if need be.
 int32_t findQueue(uint8_t ucQueId, int& descriptor)
 {
@@ -125,8 +111,6 @@ int32_t findQueue(uint8_t ucQueId, int& descriptor)
                                    : open && static_cast<uint32_t>(status.st_ino) == fresh.inode;
         if (replaced)
             fresh.descriptor = kept.descriptor;
-        else if (kept.descriptor >= 0)
-            forgetForeign();
         const bool stored = slot.compare_exchange_strong(kept, fresh);
         if (!stored || replaced)
             close(opened);
@@ -142,40 +126,43 @@ int64_t now()
     return time.tv_sec * kNsPerSecond + time.tv_nsec;
 }
 
-int64_t deadlineAfter(uint32_t ulTimeout)
-{
-    return ulTimeout == LMSG_FOREVER ? INT64_MAX : now() + ulTimeout * kNsPerMs;
-}
-
-// What ppoll() gives: 1 if one of the events may have come.
-int waitFor(int descriptor, short events, int64_t ns)
-{
-    const timespec time{static_cast<time_t>(ns / kNsPerSecond), static_cast<long>(ns % kNsPerSecond)};
-    pollfd ready{descriptor, events, 0};
-    return ppoll(&ready, 1, &time, nullptr);
-}
-
 // Finds the queue and performs `attempt` on it, again whenever ppoll() sees `events`, until the attempt
 // succeeds, fails for good or the time is over. The attempt gives what mq_send() or mq_receive() gave.
+//
+// There is nearly always room to send, so that is tried first. A message to be received is nearly always
+// still to come, so that is waited for first.
 template <class Attempt>
-int32_t exchange(uint8_t ucQueId, short events, int64_t deadline, Attempt attempt)
+int32_t exchange(uint8_t ucQueId, short events, uint32_t ulTimeout, Attempt attempt)
 {
+    const int64_t deadline = ulTimeout == LMSG_FOREVER ? INT64_MAX : now() + ulTimeout * kNsPerMs;
+    int64_t rest = ulTimeout * kNsPerMs;
+    bool wait = events == POLLIN && ulTimeout != 0;
     for (;;) {
         int descriptor;
         const int32_t result = findQueue(ucQueId, descriptor);
         if (result != LMSG_OK)
             return result;
+        if (wait) {
+            const int64_t slice = rest < kLookNs ? rest : kLookNs;
+            const timespec time{static_cast<time_t>(slice / kNsPerSecond),
+                                static_cast<long>(slice % kNsPerSecond)};
+            pollfd ready{descriptor, events, 0};
+            const int count = ppoll(&ready, 1, &time, nullptr);
+            if (count < 0 && errno != EINTR)
+                return errno == ENOMEM ? LMSG_ERR_RESOURCE : LMSG_ERR_SYSTEM;
+            if (count <= 0) { // the queue may be another by now
+                wait = false;
+                continue;
+            }
+        }
         if (attempt(descriptor) >= 0)
             return LMSG_OK;
         if (errno != EAGAIN && errno != EINTR)
             return LMSG_ERR_SYSTEM;
-
-        const int64_t rest = deadline - now();
+        rest = deadline - now();
         if (rest <= 0)
             return LMSG_ERR_TIMEOUT;
-        // Whatever ended the wait, the next attempt and the clock tell what to do.
-        if (waitFor(descriptor, events, rest < kLookNs ? rest : kLookNs) < 0 && errno != EINTR)
-            return errno == ENOMEM ? LMSG_ERR_RESOURCE : LMSG_ERR_SYSTEM;
+        wait = true;
     }
 }
 
@@ -187,7 +174,7 @@ LMSG_EXPORT int32_t lmsg_tsndMq(uint8_t ucQueId, const void* pMsg, uint32_t ulLe
 {
     if (pMsg == nullptr || ulLen == 0 || ulLen > LMSG_SIZE_MAX)
         return LMSG_ERR_ARG;
-    return exchange(ucQueId, POLLOUT, deadlineAfter(ulTimeout), [&](mqd_t descriptor) {
+    return exchange(ucQueId, POLLOUT, ulTimeout, [&](mqd_t descriptor) {
         return mq_send(descriptor, static_cast<const char*>(pMsg), ulLen, 0);
     });
 }
@@ -197,18 +184,10 @@ LMSG_EXPORT int32_t lmsg_trcvMq(uint8_t ucQueId, void* pMsg, uint32_t ulLen, uin
 {
     if (pMsg == nullptr || ulLen < LMSG_SIZE_MAX)
         return LMSG_ERR_ARG;
-    ssize_t length = -1;
-    const auto attempt = [&](mqd_t descriptor) {
+    ssize_t length = 0;
+    const int32_t result = exchange(ucQueId, POLLIN, ulTimeout, [&](mqd_t descriptor) {
         return length = mq_receive(descriptor, static_cast<char*>(pMsg), ulLen, nullptr);
-    };
-    // Nearly always what was just asked for is still to come, and comes soon: that is waited for first,
-    // without a look at the queue.
-    const int64_t deadline = deadlineAfter(ulTimeout);
-    const int64_t soon = ulTimeout < kSoonMs ? ulTimeout : kSoonMs;
-    const int kept = s_slots[ucQueId].load().descriptor;
-    int32_t result = LMSG_OK;
-    if (kept < 0 || soon == 0 || waitFor(kept, POLLIN, soon * kNsPerMs) <= 0 || attempt(kept) < 0)
-        result = exchange(ucQueId, POLLIN, deadline, attempt);
+    });
     if (result == LMSG_OK && pulMsgLen != nullptr)
         *pulMsgLen = static_cast<uint32_t>(length);
     return result;

@@ -31,7 +31,7 @@ struct Pairs {
 };
 constexpr Pairs kPairs;
 
-int digitsOf(uint64_t value)
+int digitsOf(uint32_t value)
 {
     int count = 1;
     for (; value >= 10000; value /= 10000) {
@@ -46,13 +46,15 @@ char* putDecimal(char* at, uint64_t value, int width)
         *at = static_cast<char>('0' + value);
         return at + 1;
     }
-    char* const end = at + std::max(digitsOf(value), width);
-    char* digit = end;
-    for (; value > UINT32_MAX; value /= 10) {
-        *--digit = static_cast<char>('0' + value % 10);
+    constexpr uint32_t kBillion = 1'000'000'000;
+    if (value > UINT32_MAX) { // a 32-bit processor divides the others by itself
+        at = putDecimal(at, value / kBillion, width - 9);
+        value %= kBillion;
+        width = 9;
     }
-    // What is left, which is nearly always all, a 32-bit processor divides by itself.
     auto rest = static_cast<uint32_t>(value);
+    char* const end = at + std::max(digitsOf(rest), width);
+    char* digit = end;
     for (; rest >= 10; rest /= 100) {
         digit -= 2;
         memcpy(digit, kPairs.digits[rest % 100], 2);

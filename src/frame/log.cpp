@@ -37,17 +37,6 @@ constexpr off_t kSizeLimit = 0x200000;
 
 static_assert(sizeof(time_t) == 8, "time stamps and files go beyond 2038");
 
-template <class Part>
-void refreshPart(size_t at)
-{
-    Part right;
-    memcpy(&right, kPath + at, sizeof right);
-    auto* const part = reinterpret_cast<Part*>(g_cLibTestLogFilePath + at);
-    if (__atomic_load_n(part, __ATOMIC_RELAXED) != right) {
-        __atomic_store_n(part, right, __ATOMIC_RELAXED);
-    }
-}
-
 // Other threads may be reading the buffer, so that a part is stored only where it is not yet right: what
 // holds the path keeps holding it, without a moment in which it does not.
 void refreshPath()
@@ -55,9 +44,17 @@ void refreshPath()
     constexpr size_t kLength = sizeof kPath - 1;
     static_assert(kLength % sizeof(Word) == 0);
     for (size_t i = 0; i < kLength; i += sizeof(Word)) {
-        refreshPart<Word>(i);
+        Word right;
+        memcpy(&right, kPath + i, sizeof right);
+        Word* const word = reinterpret_cast<Word*>(g_cLibTestLogFilePath + i);
+        if (__atomic_load_n(word, __ATOMIC_RELAXED) != right) {
+            __atomic_store_n(word, right, __ATOMIC_RELAXED);
+        }
     }
-    refreshPart<char>(kLength);
+    char* const end = g_cLibTestLogFilePath + kLength;
+    if (__atomic_load_n(end, __ATOMIC_RELAXED) != '\0') {
+        __atomic_store_n(end, '\0', __ATOMIC_RELAXED);
+    }
 }
 
 // Empties a log that has grown past the limit. Of several that find it so, one does: the others' lines, which

@@ -16,7 +16,7 @@ constexpr uint32_t kLong = 60000;
 
 // The clock is read without the kernel, but for this program's own hook.
 const Calls kSend = {{"clock_gettime", 1}, {"fstat", 1}, {"mq_send", 1}};
-const Calls kReceive = {{"clock_gettime", 1}, {"ppoll", 1}, {"mq_receive", 1}};
+const Calls kReceive = {{"clock_gettime", 1}, {"fstat", 1}, {"ppoll", 1}, {"mq_receive", 1}};
 
 void send()
 {
