@@ -2,6 +2,7 @@
 #include "groups.h"
 #include "inside.h"
 #include "peer.h"
+#include "require.h"
 
 namespace bench {
 namespace {
@@ -20,7 +21,9 @@ void exchangeInside(size_t size)
     static uint8_t s_body[kMessageSize];
     static uint8_t s_response[kMessageSize];
     constexpr size_t kHead = 8;
-    inside_exchange(Platform::kService, kEcho, s_body, static_cast<uint16_t>(size - kHead), s_response);
+    const auto length = static_cast<uint16_t>(size - kHead);
+    require(inside_exchange(Platform::kService, kEcho, s_body, length, s_response) == 0, "an exchange",
+            "no answer");
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "libvx63.h"
 #include "peer.h"
 #include "ready_line.h"
+#include "require.h"
 
 #include <cstring>
 
@@ -16,8 +17,9 @@ struct Asked {
 };
 
 void compareOperation(Runner& runner, const std::string& what, double target, const Asked& asked,
-                      const Body& operation)
+                      const std::function<int32_t()>& call)
 {
+    const Body operation = [&] { require(call() == VX63_OK, what.c_str(), "refused"); };
     operation();
     const std::vector<std::string> lines = linesOf(operation);
     const Message message = request(asked.command, asked.size);
@@ -57,18 +59,19 @@ void compareOperations(Runner& runner)
 
         const MeasCondition condition{};
         compareOperation(runner, "vx63_startSingleMeas" + place, 1.08, {.command = 0x0103, .size = 48},
-                         [&] { vx63_startSingleMeas(0, &condition); });
+                         [&] { return vx63_startSingleMeas(0, &condition); });
         SingleMeasResult result;
         compareOperation(runner, "vx63_getSingleMeasResult" + place, 1.08, {.command = 0x0104, .size = 12},
-                         [&] { vx63_getSingleMeasResult(0, &result); });
+                         [&] { return vx63_getSingleMeasResult(0, &result); });
         compareOperation(runner, "vx63_getSingleMeasResult of 624 points" + place, 1.10,
-                         {.command = 0x0106, .size = 16}, [&] { vx63_getSingleMeasResult(624, &result); });
+                         {.command = 0x0106, .size = 16},
+                         [&] { return vx63_getSingleMeasResult(624, &result); });
         for (const int channels : {40, 255}) {
             const std::vector<uint8_t> memory = registration(channels);
             compareOperation(
                 runner, "vx63_startMultiMeas of " + std::to_string(channels) + " channels" + place, 1.10,
                 {.command = 0x0109, .size = kMessageSize, .times = (channels - 1) / kPartChannels + 1},
-                [&] { vx63_startMultiMeas(0, reinterpret_cast<const MultiMeasReg*>(memory.data())); });
+                [&] { return vx63_startMultiMeas(0, reinterpret_cast<const MultiMeasReg*>(memory.data())); });
         }
     }
     tie(-1);

@@ -1,5 +1,7 @@
 #include "paired.h"
 
+#include "require.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -45,7 +47,7 @@ double quantile(std::vector<double> values, double part)
 void print(const nlohmann::ordered_json& line)
 {
     std::printf("%s\n", line.dump().c_str());
-    std::fflush(stdout);
+    require(std::fflush(stdout) == 0, "standard output");
 }
 
 // Each in nanoseconds a call.

@@ -161,13 +161,21 @@ Peer::~Peer()
 
 bool tie(int processor)
 {
-    cpu_set_t set;
-    CPU_ZERO(&set);
-    for (int i = 0; i < CPU_SETSIZE; ++i) {
-        if (processor < 0 || i == processor)
-            CPU_SET(i, &set);
+    static const cpu_set_t s_allowed = [] {
+        cpu_set_t allowed;
+        require(sched_getaffinity(0, sizeof allowed, &allowed) == 0, "sched_getaffinity");
+        return allowed;
+    }();
+    if (processor >= CPU_COUNT(&s_allowed))
+        return false;
+    cpu_set_t one;
+    CPU_ZERO(&one);
+    for (int i = 0, nth = 0; i < CPU_SETSIZE; ++i) {
+        if (CPU_ISSET(i, &s_allowed) && nth++ == processor)
+            CPU_SET(i, &one);
     }
-    return sched_setaffinity(0, sizeof set, &set) == 0;
+    require(sched_setaffinity(0, sizeof one, processor < 0 ? &s_allowed : &one) == 0, "sched_setaffinity");
+    return true;
 }
 
 void Platform::ask(const Message& request)

@@ -33,7 +33,8 @@ private:
     pid_t m_process;
 };
 
-// Ties the calling thread to one processor, if the machine has it; any one with -1.
+// Ties the calling thread to one of the processors that the program may use, counted from 0; to any with -1.
+// False where there are not so many.
 bool tie(int processor);
 
 // Ways to exchange: each has a side that asks and one that serves for ever.

@@ -44,9 +44,11 @@ bool run(const Command& command)
 // What the virtual meter asks of bwrap, with a command that does nothing. Empty where namespaces are refused.
 Command namespaces()
 {
+    const vmeter::Namespaces wanted = vmeter::wantedNamespaces();
     for (const bool proc : {true, false}) {
         for (const bool mqueue : {true, false}) {
-            Command command = vmeter::bubblewrapArguments({.proc = proc, .mqueue = mqueue}, std::nullopt);
+            Command command = vmeter::bubblewrapArguments(
+                {.proc = wanted.proc && proc, .mqueue = wanted.mqueue && mqueue}, std::nullopt);
             command.insert(command.end(), {"--", "true"});
             if (run(command))
                 return command;

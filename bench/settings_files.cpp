@@ -6,6 +6,7 @@
 #include "libvx63_settings.h"
 #include "lsys.h"
 #include "ready_line.h"
+#include "require.h"
 
 #include <cstring>
 #include <fcntl.h>
@@ -105,14 +106,16 @@ FactoryFile::~FactoryFile()
 
 void FactoryFile::write() const
 {
-    lsys_writeCsvNewFmt(path.c_str(), vx63::settings::kVersion, def.header, count, def.columnCount,
-                        records.data(), def.dataSize, def.columns);
+    const int32_t result = lsys_writeCsvNewFmt(path.c_str(), vx63::settings::kVersion, def.header, count,
+                                               def.columnCount, records.data(), def.dataSize, def.columns);
+    require(result == LSYS_OK, path.c_str(), "it cannot be written");
 }
 
 void FactoryFile::read(std::vector<uint8_t>& into) const
 {
-    lsys_readCsvNewFmt(path.c_str(), vx63::settings::kVersion, count, def.columnCount, into.data(),
-                       def.dataSize, def.columns);
+    const int32_t result = lsys_readCsvNewFmt(path.c_str(), vx63::settings::kVersion, count, def.columnCount,
+                                              into.data(), def.dataSize, def.columns);
+    require(result == static_cast<int32_t>(count), path.c_str(), "it cannot be read");
 }
 
 std::string contentsOf(const std::string& path)

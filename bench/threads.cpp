@@ -3,6 +3,7 @@
 #include "groups.h"
 #include "inside.h"
 #include "peer.h"
+#include "require.h"
 
 #include <algorithm>
 #include <atomic>
@@ -37,7 +38,8 @@ Rate rateOf(size_t threads, std::chrono::milliseconds time)
             uint8_t response[kMessageSize];
             int64_t count = 0;
             for (; !over; ++count)
-                inside_exchange(Platform::kService, kEcho, body, sizeof body, response);
+                require(inside_exchange(Platform::kService, kEcho, body, sizeof body, response) == 0,
+                        "an exchange", "no answer");
             made[i] = count;
         });
     }

@@ -11,6 +11,7 @@
 #include "process/supervisor.h"
 #include "scene/fault_rules.h"
 #include "scene/load.h"
+#include "services/settings_files.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
@@ -91,6 +92,11 @@ int serve(const Options& options)
     Descriptor stateJson = takeOver(options.stateJsonFd);
     if (options.stateJson)
         stateJson = Descriptor(openStateJson(*options.stateJson));
+    // What an earlier meter has told stays until this one has begun.
+    for (const Descriptor* told : {&trace, &stateJson}) {
+        if (*told) [[maybe_unused]]
+            const int result = ftruncate(told->get(), 0); // a pipe has no length
+    }
 
     const Descriptor claim = claimQueues();
     Supervision supervision;
@@ -101,7 +107,8 @@ int serve(const Options& options)
     supervision.claimFd = claim.get();
     supervision.stateJsonFd = stateJson.get();
     supervision.settings.own = !options.settings.empty();
-    supervision.fillSettings = options.settings == "factory";
+    if (options.settings == "factory")
+        fillSettings(supervision.settings);
     supervision.callerSignals =
         options.controlFd >= 0 ? CallerSignals::fromText(options.signals) : CallerSignals::current();
     return supervise(scene, supervision);
@@ -333,6 +340,11 @@ int runMain(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    // A standard descriptor that is closed would become the first file that is opened.
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(standard, F_GETFD) < 0)
+            open("/dev/null", O_RDWR);
+    }
     try {
         return runMain(argc, argv);
     } catch (const std::exception& error) {

@@ -148,7 +148,7 @@ int openScene(const std::string& path)
 
 int openStateJson(const std::string& path)
 {
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOCTTY, 0666);
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOCTTY, 0666);
     if (file < 0)
         throw Failure(path, errorText(errno), "give a file that you may write to with --state-json");
     return file;
@@ -156,7 +156,7 @@ int openStateJson(const std::string& path)
 
 int openTrace(const std::string& path)
 {
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_TRUNC | O_CLOEXEC | O_NOCTTY, 0666);
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY, 0666);
     if (file < 0)
         throw Failure(path, errorText(errno), "give a file that you may write to with --trace");
     return file;
@@ -265,11 +265,11 @@ int run(const RunOptions& options)
         uint8_t byte = 0;
         fcntl(begun.readEnd.get(), F_SETFL, O_NONBLOCK);
         const bool hasBegun = readFully(begun.readEnd.get(), &byte, 1) == 1;
+        if (!hasBegun && quiet)
+            namespaces = tryNamespaces();
         if (!hasBegun && !WIFSIGNALED(how)) {
-            if (quiet) {
-                namespaces = tryNamespaces();
+            if (quiet)
                 continue;
-            }
             if (WEXITSTATUS(how) != kExitFailure)
                 throw Failure("bubblewrap", "it could not make the surroundings (see above)",
                               "see 'vx63-vmeter check'");

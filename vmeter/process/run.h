@@ -29,10 +29,10 @@ int run(const RunOptions& options);
 // Opens a scene file for reading. Throws Failure.
 int openScene(const std::string& path);
 
-// Opens a trace file for appending, empty. Throws Failure.
+// Opens a trace file for appending; what it holds stays until the meter begins. Throws Failure.
 int openTrace(const std::string& path);
 
-// Opens a file for the state at the end, empty. Throws Failure.
+// Opens a file for the state at the end; what it holds stays until the meter begins. Throws Failure.
 int openStateJson(const std::string& path);
 
 } // namespace vmeter

@@ -10,7 +10,6 @@
 #include "process/state_query.h"
 #include "process/trace.h"
 #include "services/power.h"
-#include "services/settings_files.h"
 
 #include <algorithm>
 #include <array>
@@ -153,28 +152,13 @@ private:
         dup2(nothing.get(), STDIN_FILENO);
         dup2(nothing.get(), STDOUT_FILENO);
 
-        const auto ready = [this, index] {
-            if (kServices[index] == &kSystemService && m_supervision.fillSettings && !m_begun)
-                fillSettingsOrExit();
-            writeByte(m_readyWrite.get(), static_cast<uint8_t>(index));
-        };
+        const auto ready = [this, index] { writeByte(m_readyWrite.get(), static_cast<uint8_t>(index)); };
         const ServiceProcess process{
             index, m_scene, m_shared, m_faults, m_trace, ready, m_supervision.settings};
         const int32_t error = serve(process);
         std::fprintf(stderr, "vx63-vmeter: message queue of service %s: lmsg_err=%d: %s\n",
                      kServices[index]->name, static_cast<int>(error), whatToTry(error));
         _exit(kExitFailure);
-    }
-
-    // The system service does it, while the others start.
-    void fillSettingsOrExit() const
-    {
-        try {
-            fillSettings(m_supervision.settings);
-        } catch (const std::exception& error) {
-            std::fprintf(stderr, "vx63-vmeter: %s\n", error.what());
-            _exit(kExitFailure);
-        }
     }
 
     static void dieWithParent(pid_t parent)

@@ -38,7 +38,6 @@ struct Supervision {
     int claimFd = -1;     // of claimQueues(): answers who asks for the state
     int stateJsonFd = -1; // gets the state at the end
     Settings settings;
-    bool fillSettings = false; // before the meter is ready
 };
 
 // Runs the services, and the command, to the end. Gives the exit status for the whole program: that of the
