@@ -161,6 +161,29 @@ def test_refused_namespaces(tmp_path):
                                 "its own\n")
 
 
+@pytest.mark.parametrize("end", ["echo 'No permissions' >&2; exit 1", "kill -SYS $$"])
+def test_what_an_earlier_meter_told_outlives_a_refusal(tmp_path, end):
+    """Also where a sandbox kills bubblewrap."""
+    make_program(tmp_path / "bwrap", end)
+    trace, state = tmp_path / "trace", tmp_path / "state"
+    for path in trace, state:
+        path.write_text("told\n")
+    ended = vmeter("run", "--trace", trace, "--state-json", state, "--", "true",
+                   env={**os.environ, "PATH": f"{tmp_path}:/usr/bin:/bin"})
+    assert ended.returncode == 125
+    assert ended.stderr.startswith("vx63-vmeter: namespaces: ")
+    assert "allow user namespaces on this machine" in ended.stderr
+    assert (trace.read_text(), state.read_text()) == ("told\n", "told\n")
+
+
+def test_a_closed_standard_error_is_no_other_file(tmp_path):
+    trace = tmp_path / "trace"
+    ended = run("sh", "-c", 'exec 2>&-; exec "$@"', "sh", VMETER, "run", "--trace", trace, "--", "sh", "-c",
+                "echo said >&2; echo runs")
+    assert (ended.returncode, ended.stdout) == (0, "runs\n")
+    assert "said" not in trace.read_text()
+
+
 @pytest.mark.parametrize("refused", ["--proc", "--mqueue"])
 def test_some_mounts_refused(tmp_path, refused):
     """Containers often refuse a new /proc or mqueue: the meter does without."""
