@@ -92,7 +92,8 @@ def test_a_run_has_every_table(tmp_path):
         cannot(done.stderr.strip())
     assert done.returncode == 0, done.stderr
     figures = [json.loads(line) for line in done.stdout.splitlines()]
-    assert all(figure["value"] > 0 for figure in figures if "table" in figure)
+    # A thread that does not get its turn in so short a time has made no exchange.
+    assert all(figure["value"] >= 0 for figure in figures if "table" in figure)
     steps = {}
     for figure in figures[1:]:
         steps.setdefault(figure["table"], set()).add(figure["at"])
