@@ -220,7 +220,7 @@ void Line::addMessage(const char* format, va_list arguments)
 
 void Line::writeTo(int fd)
 {
-    addLiteral("\n");
+    *m_end++ = '\n';
     endPiece();
     [[maybe_unused]] const ssize_t written =
         m_count == 1 ? write(fd, m_pieces[0].iov_base, m_pieces[0].iov_len) : writev(fd, m_pieces, m_count);

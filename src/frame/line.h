@@ -53,8 +53,8 @@ private:
     char* m_end = m_text;   // behind what is composed
     char* m_start = m_text; // of what is not yet in a piece
     int m_count = 0;
-    iovec m_pieces[12]; // for five long texts: the head has two
-    char m_text[kRoom];
+    iovec m_pieces[12];     // for five long texts: the head has two
+    char m_text[kRoom + 1]; // and the end of the line
 };
 
 } // namespace vx63
