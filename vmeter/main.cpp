@@ -92,13 +92,14 @@ int serve(const Options& options)
     Descriptor stateJson = takeOver(options.stateJsonFd);
     if (options.stateJson)
         stateJson = Descriptor(openStateJson(*options.stateJson));
-    // What an earlier meter has told stays until this one has begun.
-    for (const Descriptor* told : {&trace, &stateJson}) {
-        if (*told) [[maybe_unused]]
-            const int result = ftruncate(told->get(), 0); // a pipe has no length
-    }
 
     const Descriptor claim = claimQueues();
+    // What an earlier meter has told stays until this one begins.
+    for (const Descriptor* told : {&trace, &stateJson}) {
+        if (*told && ftruncate(told->get(), 0) != 0) {
+            // A pipe has no length.
+        }
+    }
     Supervision supervision;
     supervision.command = options.command;
     supervision.traceFd = trace.get();
