@@ -64,9 +64,12 @@ def test_killed_supervisor_takes_everything_along():
             process.wait()
 
 
-def test_one_meter_on_the_queues():
-    ended = run(*ROOM, VMETER, "serve", "--", VMETER, "serve", "--", "echo", "started")
+def test_one_meter_on_the_queues(tmp_path):
+    told = tmp_path / "told"
+    told.write_text("by another meter\n")
+    ended = run(*ROOM, VMETER, "serve", "--", VMETER, "serve", "--trace", told, "--", "echo", "started")
     assert (ended.returncode, ended.stdout) == (125, "")
+    assert told.read_text() == "by another meter\n"
     assert ended.stderr == ("vx63-vmeter: message queues: another meter serves them: wait for its end, or use "
                             "'vx63-vmeter run', which has queues of its own\n")
 
