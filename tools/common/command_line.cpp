@@ -200,6 +200,31 @@ void CommandLine::finish(Command work)
     });
 }
 
+void CommandLine::addForm(const char* name, Form& target, Form form, const std::string& description)
+{
+    CLI::Option* added = m_app->add_flag_callback(
+        name, [&target, form] { target = form; }, description);
+    for (CLI::Option* other : m_forms)
+        added->excludes(other);
+    m_forms.push_back(added);
+}
+
+void CommandLine::csv(Form& form, const std::string& description)
+{
+    addForm("--csv", form, Form::csv, description);
+}
+
+void CommandLine::addForms(Form& form)
+{
+    addForm("--json", form, Form::json, "Print a JSON array");
+    addForm("--jsonl", form, Form::jsonl, "Print JSON, an object a line");
+}
+
+void CommandLine::addJson(bool& json)
+{
+    flag("--json", json, "Print a JSON object");
+}
+
 void CommandLine::addYes(bool& yes)
 {
     flag("--yes", yes, "Do not ask; needed where there is no terminal");

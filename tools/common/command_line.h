@@ -3,6 +3,7 @@
 #pragma once
 
 #include "cli/declaration.h"
+#include "common/list.h"
 #include "common/numbers.h"
 
 #include <cstdint>
@@ -41,8 +42,9 @@ private:
 class CommandLine {
 public:
     // Declares a command below this one: `work` is called with its options when it is the one that was given.
-    // `declare` adds what the command line can hold, where it names the command; --yes and --id come by
-    // themselves where Options has `yes` and `id`.
+    // `declare` adds what the command line can hold, where it names the command; by themselves come --json
+    // where Options has `json` (an answer that is one object), --json and --jsonl where it has `form` (one
+    // that is a list), --yes and --id where it has `yes` and `id`.
     //   example  as a person types it: "vx63 keys --watch"
     template <class Options>
     void addCommand(const char* name, const char* description, const char* example,
@@ -55,6 +57,10 @@ public:
         const auto options = std::make_shared<Options>();
         if (declare != nullptr)
             declare(line, *options);
+        if constexpr (requires { options->form; })
+            line.addForms(options->form);
+        if constexpr (requires { options->json; })
+            line.addJson(options->json);
         if constexpr (requires { options->yes; })
             line.addYes(options->yes);
         if constexpr (requires { options->id; })
@@ -71,6 +77,8 @@ public:
     Option flag(const std::string& name, bool& target, const std::string& description);
     Option text(const std::string& name, std::string& target, const std::string& type,
                 const std::string& description);
+    // --csv, of a command whose Options has `form`.
+    void csv(Form& form, const std::string& description = "Print comma-separated values");
     // Whole seconds or a fraction of them, kept in milliseconds.
     Option seconds(const std::string& name, int64_t& targetMs, const std::string& description, double lowest,
                    double highest);
@@ -106,6 +114,9 @@ private:
     CommandLine(CLI::App* app, Program& program) : m_app(app), m_program(&program) {}
     bool isWanted(const std::string& name) const;
     CommandLine add(const char* name, const char* description, const char* example);
+    void addForm(const char* name, Form& target, Form form, const std::string& description);
+    void addForms(Form& form);
+    void addJson(bool& json);
     void addYes(bool& yes);
     void addId(int32_t& id);
     void finish(Command work);
@@ -116,6 +127,7 @@ private:
 
     CLI::App* m_app; // null: of a group that nobody asks for, which takes commands and notes in vain
     Program* m_program;
+    std::vector<CLI::Option*> m_forms; // of which one can be given
     std::function<void()> m_check;
 };
 

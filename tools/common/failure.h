@@ -13,14 +13,16 @@ namespace tool {
 // sign, the others are those of sysexits.
 enum ExitCode {
     kExitSuccess = 0,
-    kExitCommunication = 1, // VX63_ERR_COMM
-    kExitArgument = 2,      // VX63_ERR_ARG
-    kExitNoLock = 3,        // measured, but without lock
-    kExitDiffer = 4,        // settings files differ
-    kExitUnhealthy = 5,     // the doctor found something wrong
-    kExitRepeat = 6,        // VX63_ERR_REPEAT
-    kExitPowerSupply = 7,   // VX63_ERR_POWER
-    kExitPriority = 8,      // VX63_ERR_PRIORITY
+    kExitCommunication = 1,    // VX63_ERR_COMM
+    kExitArgument = 2,         // VX63_ERR_ARG
+    kExitNoLock = 3,           // measured, but without lock
+    kExitDiffer = 4,           // settings files differ
+    kExitUnhealthy = 5,        // the doctor found something wrong
+    kExitRepeat = 6,           // VX63_ERR_REPEAT
+    kExitPowerSupply = 7,      // VX63_ERR_POWER
+    kExitPriority = 8,         // VX63_ERR_PRIORITY
+    kExitVerdictFail = 14,     // --check
+    kExitVerdictMarginal = 15, // --check
     kExitUsage = 64,
     kExitData = 65,
     kExitNoInput = 66,

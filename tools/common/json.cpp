@@ -7,6 +7,32 @@ namespace tool {
 
 using Value = nlohmann::ordered_json;
 
+namespace {
+
+std::string dump(const Value& value)
+{
+    return value.dump(-1, ' ', false, Value::error_handler_t::replace);
+}
+
+std::string csvField(const std::string& text)
+{
+    if (text.find_first_of(",\"\r\n") == std::string::npos)
+        return text;
+    std::string quoted = "\"";
+    for (const char c : text)
+        quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return quoted + "\"";
+}
+
+std::string csvField(const Value& value)
+{
+    return value.is_null()     ? std::string()
+           : value.is_string() ? csvField(value.get<std::string>())
+                               : csvField(dump(value));
+}
+
+} // namespace
+
 Json::Json(std::nullptr_t) : m_json(std::make_unique<Value>(nullptr)) {}
 Json::Json(const char* text) : Json(std::string_view(text)) {}
 Json::Json(std::string_view text) : m_json(std::make_unique<Value>(text)) {}
@@ -55,15 +81,25 @@ void Json::add(const Json& object)
     m_json->update(*object.m_json);
 }
 
-std::string Json::plain(const std::string& key) const
-{
-    const Value& value = m_json->at(key);
-    return value.is_null() ? std::string() : value.is_string() ? value.get<std::string>() : value.dump();
-}
-
 std::string Json::line() const
 {
-    return m_json->dump(-1, ' ', false, Value::error_handler_t::replace) + "\n";
+    return dump(*m_json) + "\n";
+}
+
+std::string Json::csvHeader() const
+{
+    std::string line;
+    for (const auto& [key, value] : m_json->items())
+        line += (line.empty() ? "" : ",") + csvField(key);
+    return line + "\n";
+}
+
+std::string Json::csvLine() const
+{
+    std::string line;
+    for (auto value = m_json->begin(); value != m_json->end(); ++value)
+        line += (value == m_json->begin() ? "" : ",") + csvField(*value);
+    return line + "\n";
 }
 
 } // namespace tool

@@ -5,6 +5,8 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 
 namespace tool {
 
@@ -42,6 +44,22 @@ int64_t secondsIn(const std::string& option, const std::string& text, double low
         throw WrongUsage(
             option, format("'%s' is not a number of seconds from %g to %g", text.c_str(), lowest, highest));
     return std::llround(value * 1000);
+}
+
+double rounded(double value, int decimals)
+{
+    const double scale = std::pow(10, decimals);
+    const double scaled = std::round(value * scale);
+    return std::isfinite(scaled) ? scaled / scale + 0.0 : value;
+}
+
+double significant(double value, int digits)
+{
+    if (value == 0 || !std::isfinite(value))
+        return value;
+    char text[32];
+    std::snprintf(text, sizeof text, "%.*e", digits - 1, value);
+    return std::strtod(text, nullptr);
 }
 
 } // namespace tool

@@ -1,4 +1,4 @@
-// Numbers on the command line.
+// Numbers: on the command line, and as they are told.
 #pragma once
 
 #include <cstdint>
@@ -16,5 +16,11 @@ uint64_t numberIn(const std::string& option, const std::string& text, uint64_t l
 
 // Seconds with or without a fraction, from lowest to highest, as milliseconds. Throws WrongUsage.
 int64_t secondsIn(const std::string& option, const std::string& text, double lowest, double highest);
+
+// To so many decimals, and never to -0; no number stays none.
+double rounded(double value, int decimals);
+
+// To so many significant digits.
+double significant(double value, int digits);
 
 } // namespace tool

@@ -1,6 +1,7 @@
 #include "common/output.h"
 
 #include "common/failure.h"
+#include "common/terminal.h"
 #include "common/text.h"
 
 #include <algorithm>
@@ -46,7 +47,8 @@ int writeAll(int fd, std::string_view text)
 
 void complain(const std::string& text)
 {
-    writeAll(STDERR_FILENO, "vx63: " + printable(text) + "\n"); // nobody is left to tell of an error here
+    // Nobody is left to tell of an error here.
+    writeAll(STDERR_FILENO, tinted(Tint::bad, "vx63:", STDERR_FILENO) + " " + printable(text) + "\n");
 }
 
 void prepareOutput()
@@ -83,10 +85,13 @@ void Progress::show(std::string_view text)
 {
     if (!m_terminal)
         return;
+    // The last column stays free: some terminals go on to the next line when it is written.
+    text = cut(text, columnsOf(STDERR_FILENO).value_or(80) - 1);
     // Blanks instead of an escape sequence: every terminal knows them.
-    const std::string blanks(m_width > text.size() ? m_width - text.size() : 0, ' ');
-    writeAll(STDERR_FILENO, "\r" + std::string(text) + blanks);
-    m_width = std::max(m_width, text.size());
+    const size_t width = widthOf(text);
+    writeAll(STDERR_FILENO,
+             "\r" + std::string(text) + std::string(m_width > width ? m_width - width : 0, ' '));
+    m_width = width;
 }
 
 } // namespace tool

@@ -31,7 +31,7 @@ public:
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
-    void show(std::string_view text);
+    void show(std::string_view text); // as much of it as has room
 
 private:
     bool m_terminal;

@@ -1,12 +1,34 @@
-// A table for people.
+// Tables for people, as narrow as their terminal: what does not fit goes on in the next line.
 #pragma once
 
+#include "common/terminal.h"
+
+#include <concepts>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tool {
 
-// One line a row, every column as wide as its widest cell; safe on a terminal.
-std::string table(const std::vector<std::vector<std::string>>& rows);
+struct Cell {
+    template <std::convertible_to<std::string> Text>
+    Cell(Text&& words, Tint colour = Tint::none) : text(std::forward<Text>(words)), tint(colour)
+    {}
+
+    std::string text;
+    Tint tint;
+};
+
+using Table = std::vector<std::vector<Cell>>; // rows of cells, the headings first
+
+// One line a row, every column as wide as its widest cell; safe on a terminal. Where that is wider than the
+// terminal, the last column is wrapped, or else the columns that do not fit stand indented in further lines.
+//   alignment  '>' for a column that is aligned on the right: "<>>"
+std::string table(const Table& rows, std::string_view alignment = "");
+
+// "Label  value" lines, the values in one column.
+using Rows = std::vector<std::pair<std::string, Cell>>;
+std::string aligned(const Rows& rows);
 
 } // namespace tool

@@ -73,21 +73,6 @@ std::string format(const char* pattern, ...)
     return result;
 }
 
-std::string aligned(const Rows& rows)
-{
-    size_t width = 0;
-    for (const auto& [label, value] : rows)
-        width = std::max(width, label.size());
-    std::string result;
-    for (const auto& [label, value] : rows) {
-        result += label;
-        result.append(width + 2 - label.size(), ' ');
-        result += value;
-        result += '\n';
-    }
-    return result;
-}
-
 std::string tenths(uint32_t value)
 {
     return format("%u.%u", value / 10, value % 10);

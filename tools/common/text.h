@@ -3,8 +3,6 @@
 
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 namespace tool {
 
@@ -14,10 +12,6 @@ std::string printable(std::string_view text);
 
 // printf into a string.
 [[gnu::format(printf, 1, 2)]] std::string format(const char* pattern, ...);
-
-// "Label  value" lines, the values in one column.
-using Rows = std::vector<std::pair<std::string, std::string>>;
-std::string aligned(const Rows& rows);
 
 // A value that comes in tenths: 623 as "62.3".
 std::string tenths(uint32_t value);

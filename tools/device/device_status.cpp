@@ -1,6 +1,7 @@
 #include "device/device_status.h"
 
 #include "common/exchange.h"
+#include "common/text.h"
 
 #include <iterator>
 #include <string>

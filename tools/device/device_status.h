@@ -2,7 +2,7 @@
 #pragma once
 
 #include "common/json.h"
-#include "common/text.h"
+#include "common/table.h"
 #include "libvx63.h"
 
 namespace tool {

@@ -6,6 +6,7 @@
 #include "common/json.h"
 #include "common/numbers.h"
 #include "common/output.h"
+#include "common/table.h"
 #include "common/text.h"
 #include "libvx63.h"
 
@@ -109,10 +110,7 @@ void addFailure(CommandLine& program)
 {
     CommandLine failure =
         program.addGroup("failure", "Show, set or clear the failure record", "vx63 failure show");
-    failure.addCommand("show", "Show the failure record", "vx63 failure show --json", showFailure,
-                       [](CommandLine& line, ShowOptions& options) {
-                           line.flag("--json", options.json, "Print a JSON object");
-                       });
+    failure.addCommand("show", "Show the failure record", "vx63 failure show --json", showFailure);
     failure.addCommand(
         "set", "Report a failure as present", "vx63 failure set 0x0102 --info 00ff", setFailure,
         [](CommandLine& line, SetOptions& options) {

@@ -5,6 +5,7 @@
 #include "common/identity.h"
 #include "common/json.h"
 #include "common/output.h"
+#include "common/table.h"
 #include "common/text.h"
 #include "libvx63.h"
 
@@ -60,9 +61,7 @@ int showInfo(const Options& options)
 void addInfo(CommandLine& program)
 {
     program.addCommand("info", "Show what the meter is: model, serial number, versions", "vx63 info",
-                       showInfo, [](CommandLine& line, Options& options) {
-                           line.flag("--json", options.json, "Print a JSON object");
-                       });
+                       showInfo);
 }
 
 } // namespace tool

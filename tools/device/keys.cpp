@@ -1,5 +1,6 @@
 // vx63 keys: which keys are pressed, once or as they change.
 #include "commands.h"
+#include "common/clock.h"
 #include "common/exchange.h"
 #include "common/failure.h"
 #include "common/identity.h"
@@ -12,7 +13,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <ctime>
 #include <string>
 #include <vector>
 
@@ -24,7 +24,7 @@ using std::chrono::milliseconds;
 
 struct Options {
     int32_t id = kDefaultProcessId;
-    bool json = false;
+    Form form = Form::text;
     bool watch = false;
     int64_t intervalMs = 100;
 };
@@ -54,19 +54,21 @@ std::string pressedText(const KeyStatus& keys)
     return text.empty() ? "none" : text;
 }
 
-void show(const Options& options, const KeyStatus& keys)
+void show(const Options& options, const KeyStatus& keys, List& changes)
 {
-    const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
-    const int64_t timeMs = std::chrono::floor<milliseconds>(sinceEpoch).count();
-    if (options.json) {
+    const int64_t timeMs = unixTimeMs();
+    if (options.form != Form::text) {
         const Json json = {{"time", static_cast<double>(timeMs) / 1000},
                            {"pressed", Json::arrayOf(pressed(keys))},
                            {"key_codes", Json::arrayOf(keys.stat)}};
-        print(json.line());
+        if (options.watch) {
+            changes.add(json);
+            changes.flush();
+        } else {
+            print(json.line());
+        }
     } else if (options.watch) {
-        const auto seconds = static_cast<time_t>(timeMs / 1000);
-        struct tm local {};
-        localtime_r(&seconds, &local);
+        const tm local = localTime(timeMs / 1000);
         print(format("%02d:%02d:%02d.%03d  %s\n", local.tm_hour, local.tm_min, local.tm_sec,
                      static_cast<int>(timeMs % 1000), pressedText(keys).c_str()));
     } else {
@@ -80,16 +82,18 @@ int showKeys(const Options& options)
     if (options.watch)
         catchInterruption("");
     KeyStatus keys = readKeys();
-    show(options, keys);
+    List changes(options.watch ? options.form : Form::jsonl);
+    show(options, keys, changes);
     while (options.watch && interruption() == 0) {
         waitFor(milliseconds(options.intervalMs));
         if (interruption() != 0)
             break;
         const KeyStatus now = readKeys();
         if (!std::ranges::equal(now.stat, keys.stat))
-            show(options, now);
+            show(options, now, changes);
         keys = now;
     }
+    changes.end();
     return interruption() != 0 ? kExitSignal + interruption() : kExitSuccess;
 }
 
@@ -104,7 +108,6 @@ void addKeys(CommandLine& program)
                 line.flag("--watch", options.watch, "Go on with a line for every change, until interrupted");
             line.seconds("--interval", options.intervalMs, "Seconds from one look to the next [0.1]", 0, 3600)
                 .needs(watch);
-            line.flag("--json", options.json, "Print a JSON object, with --watch one a line");
         });
 }
 

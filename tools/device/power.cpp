@@ -109,10 +109,7 @@ void addPower(CommandLine& program)
     power.addCommand("shutdown", "Switch the meter off", "vx63 power shutdown", shutDown);
     power.addCommand("standby", "Put the meter into standby", "vx63 power standby", standby, addSleepOptions);
     power.addCommand("wakeup", "Wake the meter up", "vx63 power wakeup", wakeUp, addSleepOptions);
-    power.addCommand("state", "Show whether the meter is in standby", "vx63 power state", showState,
-                     [](CommandLine& line, StateOptions& options) {
-                         line.flag("--json", options.json, "Print a JSON object");
-                     });
+    power.addCommand("state", "Show whether the meter is in standby", "vx63 power state", showState);
 }
 
 } // namespace tool

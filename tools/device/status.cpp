@@ -5,6 +5,7 @@
 #include "common/identity.h"
 #include "common/json.h"
 #include "common/output.h"
+#include "common/table.h"
 #include "common/text.h"
 #include "device/device_status.h"
 #include "libvx63.h"
@@ -65,9 +66,7 @@ int showStatus(const Options& options)
 void addStatus(CommandLine& program)
 {
     program.addCommand("status", "Show how the meter is: measurement, power supply, battery",
-                       "vx63 status --json", showStatus, [](CommandLine& line, Options& options) {
-                           line.flag("--json", options.json, "Print a JSON object");
-                       });
+                       "vx63 status --json", showStatus);
 }
 
 } // namespace tool

@@ -6,6 +6,7 @@
 #include "common/identity.h"
 #include "common/json.h"
 #include "common/output.h"
+#include "common/table.h"
 #include "common/text.h"
 #include "device/device_status.h"
 #include "doctor/interrogation.h"
@@ -360,11 +361,10 @@ int examine(const Options& options)
 void addDoctor(CommandLine& program)
 {
     program.addCommand("doctor", "Find out why the meter does not answer", "vx63 doctor", examine,
-                       [](CommandLine& line, Options& options) {
+                       [](CommandLine& line, Options&) {
                            line.notes(
                                "Exits with 0 when nothing wrong was found, else with 5. A service that "
                                "does not answer takes\n10 s.");
-                           line.flag("--json", options.json, "Print a JSON object");
                        });
 }
 

@@ -112,16 +112,19 @@ std::string logLineText(std::string_view text)
 Json logLineJson(std::string_view text)
 {
     const auto line = parseLogLine(text);
-    if (!line)
-        return {{"text", text}};
-    return {
-        {"time", static_cast<double>(line->seconds) + line->microseconds / 1e6},
-        {"program", line->program},
-        {"file", line->file},
-        {"line", line->line},
-        {"function", line->function},
-        {"message", line->message},
-    };
+    Json json = {{"time", nullptr},     {"program", nullptr}, {"file", nullptr}, {"line", nullptr},
+                 {"function", nullptr}, {"message", nullptr}, {"text", nullptr}};
+    if (!line) {
+        json.set("text", text);
+        return json;
+    }
+    json.set("time", static_cast<double>(line->seconds) + line->microseconds / 1e6);
+    json.set("program", line->program);
+    json.set("file", line->file);
+    json.set("line", line->line);
+    json.set("function", line->function);
+    json.set("message", line->message);
+    return json;
 }
 
 } // namespace tool

@@ -30,7 +30,7 @@ bool isFailure(const LogLine& line);
 // The text for people: the time as local date and time, the rest as it is; safe on a terminal.
 std::string logLineText(std::string_view text);
 
-// The fields as an object; a text that is no log line as {"text": ...}.
+// The fields as an object; of a text that is no log line only "text".
 Json logLineJson(std::string_view text);
 
 } // namespace tool

@@ -23,30 +23,41 @@ struct Options {
     std::string path;
     bool follow = false;
     bool errors = false;
-    bool json = false;
+    Form form = Form::text;
     std::optional<uint64_t> lines;
 };
 
 // Lines on their way to standard output: written in large pieces.
 class LinePrinter {
 public:
-    explicit LinePrinter(bool json) : m_json(json) {}
+    explicit LinePrinter(Form form) : m_form(form), m_objects(form) {}
 
     void add(std::string_view text)
     {
-        m_pending += m_json ? logLineJson(text).line() : logLineText(text) + '\n';
+        if (m_form != Form::text)
+            return m_objects.add(logLineJson(text));
+        m_pending += logLineText(text) + '\n';
         if (m_pending.size() >= kFlushSize)
             flush();
     }
 
     void flush()
     {
+        if (m_form != Form::text)
+            return m_objects.flush();
         print(m_pending);
         m_pending.clear();
     }
 
+    void end()
+    {
+        flush();
+        m_objects.end();
+    }
+
 private:
-    bool m_json;
+    Form m_form;
+    List m_objects;
     std::string m_pending;
 };
 
@@ -61,7 +72,7 @@ bool isWanted(const Options& options, std::string_view text)
 int showLog(const Options& options)
 {
     LogReader reader(options.path);
-    LinePrinter printer(options.json);
+    LinePrinter printer(options.form);
 
     const FolderWatch watch(options.path); // before the first look, so that nothing falls between the two
     if (!reader.open()) {
@@ -99,6 +110,7 @@ int showLog(const Options& options)
         });
         printer.flush();
     }
+    printer.end();
     return kExitSuccess;
 }
 
@@ -113,10 +125,11 @@ void addLog(CommandLine& program)
             line.text("FILE", options.path, "", "The log [" + options.path + "]");
             line.flag("--follow", options.follow, "Go on with new lines as they come, until interrupted");
             line.flag("--errors", options.errors, "Only lines that tell of a failure");
-            line.flag("--json", options.json, "Print a JSON object a line");
             line.number("--lines", options.lines, "N", "Only the last N lines [all; 10 with --follow]", 0,
                         UINT32_MAX);
             line.check([&options] {
+                if (options.follow && options.form == Form::json)
+                    throw WrongUsage("--json", "an array that is followed has no end: use --jsonl");
                 if (options.follow && !options.lines)
                     options.lines = kFollowLines;
             });

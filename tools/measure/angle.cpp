@@ -5,8 +5,10 @@
 #include "common/identity.h"
 #include "common/interrupt.h"
 #include "common/json.h"
+#include "common/numbers.h"
 #include "common/output.h"
 #include "common/running.h"
+#include "common/table.h"
 #include "common/text.h"
 #include "libvx63.h"
 
@@ -46,7 +48,8 @@ double headingOf(const AngleCalInfoDetail& info)
 // Floats arrive bit for bit: what is no number is null in JSON by itself.
 Json vectorJson(float x, float y, float z)
 {
-    return Json::array({x, y, z});
+    const auto number = [](float value) { return rounded(static_cast<double>(value), 3); };
+    return Json::array({number(x), number(y), number(z)});
 }
 
 std::string vectorText(float x, float y, float z, const char* unit)
@@ -86,9 +89,9 @@ int measureAngle(const MeasureOptions& options)
     const bool calibrated = calibration.lStatus == kFinished;
     if (options.json) {
         const Json json = {
-            {"roll_deg", info.flRoll},
-            {"pitch_deg", info.flPitch},
-            {"heading_deg", calibrated ? Json(headingOf(info)) : Json()},
+            {"roll_deg", rounded(static_cast<double>(info.flRoll), 2)},
+            {"pitch_deg", rounded(static_cast<double>(info.flPitch), 2)},
+            {"heading_deg", calibrated ? Json(rounded(headingOf(info), 1)) : Json()},
             {"calibrated", calibrated},
             {"acceleration_g", vectorJson(info.flAx, info.flAy, info.flAz)},
             {"field_ut", vectorJson(info.flMx, info.flMy, info.flMz)},
@@ -157,10 +160,7 @@ int calibrate(const CalibrateOptions& options)
 
 void addMeasureAngle(CommandLine& measure)
 {
-    measure.addCommand("angle", "Read the angle sensor on the antenna", "vx63 measure angle", measureAngle,
-                       [](CommandLine& line, MeasureOptions& options) {
-                           line.flag("--json", options.json, "Print a JSON object");
-                       });
+    measure.addCommand("angle", "Read the angle sensor on the antenna", "vx63 measure angle", measureAngle);
 }
 
 void addAngle(CommandLine& program)
@@ -171,7 +171,6 @@ void addAngle(CommandLine& program)
                     [](CommandLine& line, CalibrateOptions& options) {
                         line.seconds("--timeout", options.timeoutMs,
                                      "How long to wait for the end, in seconds [60]", 0, 3600);
-                        line.flag("--json", options.json, "Print a JSON object");
                     });
 }
 

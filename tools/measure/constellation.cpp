@@ -7,6 +7,7 @@
 #include "common/json.h"
 #include "common/numbers.h"
 #include "common/output.h"
+#include "common/table.h"
 #include "common/text.h"
 #include "measure/channel_options.h"
 #include "measure/modulation_error.h"
@@ -36,18 +37,18 @@ struct Options : ChannelOptions {
 };
 
 struct Constellation {
-    SingleMeasResult result;
+    Reading reading; // taken with the last points
     std::vector<ConstaPoint> points;
 };
 
 // All points, or those that there were before the lock was lost or an interruption.
-Constellation readPoints(const Options& options, const SingleMeasResult& locked, Progress& progress)
+Constellation readPoints(const Options& options, const SingleMeasurement& measurement, Progress& progress)
 {
     const uint8_t dispType = options.ucDispType;
     Running collection(
         "the collection of points", [&] { return vx63_startConstaMeas(dispType, options.points); },
         [dispType] { return vx63_stopConstaMeas(dispType); });
-    const auto record = std::make_unique<SingleMeasResult>(locked);
+    const auto record = std::make_unique<SingleMeasResult>();
     std::vector<ConstaPoint> points;
     int empty = 0;
     while (points.size() < options.points && empty < kMaxEmptyReads && interruption() == 0) {
@@ -61,8 +62,9 @@ Constellation readPoints(const Options& options, const SingleMeasResult& locked,
         if (came == 0)
             waitFor(kPollTime);
     }
+    Constellation constellation{measurement.readingOf(*record), std::move(points)};
     collection.stop();
-    return {*record, std::move(points)};
+    return constellation;
 }
 
 std::string titleOf(const Options& options, const std::optional<IdealPoints>& ideal)
@@ -73,8 +75,8 @@ std::string titleOf(const Options& options, const std::optional<IdealPoints>& id
 
 void show(const Options& options, const Constellation& constellation)
 {
-    const SingleMeasResult& result = constellation.result;
-    const Reading reading = readingNow(options, result);
+    const Reading& reading = constellation.reading;
+    const MultiMeasResult& result = reading.result;
     const auto ideal = idealPoints(result.MOD, constellation.points, result.CNR / 10.0);
     std::optional<double> mer;
     if (ideal)
@@ -82,7 +84,7 @@ void show(const Options& options, const Constellation& constellation)
     const std::string merText = mer ? format("%.1f dB", *mer) : "-";
     if (options.json) {
         Json json = readingJson(reading);
-        json.set("mer_db", mer);
+        json.set("mer_db", mer ? Json(rounded(*mer, 2)) : Json());
         json.set("points_modulation", ideal ? Json(ideal->modulation) : Json());
         Json points = Json::array();
         for (const ConstaPoint& point : constellation.points)
@@ -115,15 +117,15 @@ int measureConstellation(const Options& options)
         return kExitSignal + interruption();
 
     SingleMeasurement measurement(options);
-    const SingleMeasResult locked = measurement.readLocked(*progress);
-    if (interruption() == 0 && locked.lock == 0) {
+    const Reading locked = measurement.readLocked(*progress);
+    if (interruption() == 0 && locked.result.lock == 0) {
         progress.reset();
         measurement.stop();
         throw noLock(options);
     }
     std::optional<Constellation> constellation;
     if (interruption() == 0)
-        constellation = readPoints(options, locked, *progress);
+        constellation = readPoints(options, measurement, *progress);
     progress.reset();
     measurement.stop();
     if (interruption() != 0)
@@ -154,7 +156,6 @@ void addConstellation(CommandLine& measure)
                                .offers("1000, 2000, 4000");
                            Picture::addOption(line, options.plot);
                            addChannelOptions(line, options);
-                           line.flag("--json", options.json, "Print a JSON object");
                            line.check([&options] { resolveModulation(options); });
                        });
 }

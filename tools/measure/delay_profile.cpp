@@ -6,6 +6,7 @@
 #include "common/interrupt.h"
 #include "common/json.h"
 #include "common/names.h"
+#include "common/numbers.h"
 #include "common/output.h"
 #include "common/text.h"
 #include "measure/channel_options.h"
@@ -58,7 +59,7 @@ std::unique_ptr<DlyPrfResult> readProfile(const Options& options, Progress& prog
 }
 
 // Begins with the first path: what comes within it does not disturb.
-std::optional<GuardInterval> guardOf(const SingleMeasResult& result, const std::vector<Path>& paths)
+std::optional<GuardInterval> guardOf(const MultiMeasResult& result, const std::vector<Path>& paths)
 {
     const auto name = guardIntervalName(result.GI);
     if (!name || result.MOD != VX63_MOD_OFDM || paths.empty())
@@ -83,30 +84,31 @@ std::string pathsText(const std::vector<Path>& paths, const std::optional<GuardI
     return text;
 }
 
-void show(const Options& options, const SingleMeasResult& result, const DlyPrfResult& profile)
+void show(const Options& options, const Reading& reading, const DlyPrfResult& profile)
 {
+    const MultiMeasResult& result = reading.result;
     const std::vector<Path> paths = findPaths(profile.ucDlyPrfData);
     const auto guard = guardOf(result, paths);
     if (options.json) {
         Json pathsJson = Json::array();
         for (const Path& path : paths)
-            pathsJson.push({{"delay_us", path.delayUs},
-                            {"distance_km", distanceKm(path.delayUs)},
-                            {"level_db", path.levelDb},
+            pathsJson.push({{"delay_us", rounded(path.delayUs, 3)},
+                            {"distance_km", rounded(distanceKm(path.delayUs), 3)},
+                            {"level_db", rounded(path.levelDb, 2)},
                             {"outside_guard", isOutside(path, guard)}});
         Json samplesJson = Json::array();
         for (const int8_t sample : profile.ucDlyPrfData)
             samplesJson.push(levelOf(sample));
-        Json json = readingJson(readingNow(options, result));
-        json.set("guard_from_us", guard ? Json(guard->from) : Json());
-        json.set("guard_to_us", guard ? Json(guard->to) : Json());
+        Json json = readingJson(reading);
+        json.set("guard_from_us", guard ? Json(rounded(guard->from, 3)) : Json());
+        json.set("guard_to_us", guard ? Json(rounded(guard->to, 3)) : Json());
         json.set("paths", pathsJson);
         json.set("sample_us", kSampleUs);
         json.set("first_sample_us", delayOf(0));
         json.set("samples_db", samplesJson);
         print(json.line());
     } else {
-        print(readingText(readingNow(options, result)) + "\n" + pathsText(paths, guard) + "\n" +
+        print(readingText(reading) + "\n" + pathsText(paths, guard) + "\n" +
               delayProfileText(profile, guard, textStyle()));
     }
     if (!options.plot.empty())
@@ -128,21 +130,21 @@ int measureDelayProfile(const Options& options)
         return kExitSignal + interruption();
 
     // The guard interval is known only to the single measurement; one run at a time.
-    SingleMeasResult result;
+    std::optional<Reading> reading;
     {
         SingleMeasurement measurement(options);
-        result = measurement.readLocked(*progress);
+        reading = measurement.readLocked(*progress);
         measurement.stop();
     }
     std::unique_ptr<DlyPrfResult> profile;
-    if (interruption() == 0 && result.lock != 0)
+    if (interruption() == 0 && reading->result.lock != 0)
         profile = readProfile(options, *progress);
     progress.reset();
     if (interruption() != 0)
         return kExitSignal + interruption();
     if (!profile)
         throw noLock(options);
-    show(options, result, *profile);
+    show(options, *reading, *profile);
     return kExitSuccess;
 }
 
@@ -155,7 +157,6 @@ void addDelayProfile(CommandLine& measure)
                        [](CommandLine& line, Options& options) {
                            Picture::addOption(line, options.plot);
                            addChannelOptions(line, options);
-                           line.flag("--json", options.json, "Print a JSON object");
                            line.check([&options] { resolveModulation(options); });
                        });
 }

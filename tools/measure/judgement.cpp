@@ -1,6 +1,7 @@
 #include "measure/judgement.h"
 
-#include "measure/channel_list.h"
+#include "common/failure.h"
+#include "common/output.h"
 #include "settings/file.h"
 
 #include <algorithm>
@@ -16,7 +17,7 @@ const Threshold* thresholdOf(const std::vector<Threshold>& thresholds, const Mea
     const uint16_t system = result.lock != 0 ? result.bdSys : condition.usBdSys;
     const uint32_t modulation = result.lock != 0 ? result.MOD : condition.usMod;
     for (const Threshold& threshold : thresholds)
-        if (threshold.BAND == condition.usBand && threshold.SPEC == system &&
+        if ((threshold.BAND == condition.usBand || condition.usBand == 0) && threshold.SPEC == system &&
             (threshold.MODULATION == 0 || modulation == 0 || (threshold.MODULATION & modulation) != 0))
             return &threshold;
     return nullptr;
@@ -72,6 +73,14 @@ const char* verdictName(Verdict verdict)
 std::vector<Threshold> readThresholds()
 {
     return recordsOrFactory<Threshold>(VX63_SET_FILE_THRD);
+}
+
+std::vector<Threshold> readThresholdsIfAny()
+try {
+    return readThresholds();
+} catch (const Failure& failure) {
+    complain(failure.what());
+    return {};
 }
 
 Judgement judge(const std::vector<Threshold>& thresholds, const MeasCondition& condition,

@@ -43,7 +43,11 @@ struct Judgement {
 // From the settings file, or the factory table where it is missing. Throws Failure where it is broken.
 std::vector<Threshold> readThresholds();
 
-// No verdict where there is no signal or no threshold for its band, system and modulation.
+// The same, but none and a complaint where it is broken.
+std::vector<Threshold> readThresholdsIfAny();
+
+// No verdict where there is no signal or no threshold for its band, system and modulation; without a band
+// (0) the first threshold of the system counts.
 Judgement judge(const std::vector<Threshold>& thresholds, const MeasCondition& condition,
                 const MultiMeasResult& result);
 

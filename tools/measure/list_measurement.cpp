@@ -1,6 +1,8 @@
 #include "measure/list_measurement.h"
 
+#include "common/clock.h"
 #include "common/command_line.h"
+#include "common/exchange.h"
 #include "common/failure.h"
 #include "common/interrupt.h"
 #include "common/json.h"
@@ -10,188 +12,85 @@
 #include "measure/conditions_file.h"
 #include "measure/judgement.h"
 #include "measure/reading.h"
+#include "measure/verdict_check.h"
 #include "plot/levels.h"
 #include "plot/picture.h"
 
 #include <algorithm>
-#include <chrono>
 
 namespace tool {
 
 namespace {
 
-struct Measured {
-    ListChannel channel;
-    MultiMeasResult result;
-    int64_t timeMs;
-    Judgement judgement;
-};
-
-bool hasSignal(const MultiMeasResult& result)
-{
-    return (result.stat & VX63_STAT_SIGNAL) != 0;
-}
-
-Reading readingOf(const Measured& measured)
-{
-    const MultiMeasResult& from = measured.result;
-    Reading reading{measured.timeMs, measured.channel.condition.ulFreq, {}};
-    SingleMeasResult& to = reading.result;
-    to.lock = from.lock;
-    to.stat = from.stat;
-    to.mesCond = from.mesCond;
-    to.bdSys = from.bdSys;
-    to.LEVEL = from.LEVEL;
-    to.CNR = from.CNR;
-    to.BER_TOTAL = from.BER_TOTAL;
-    to.BER_ERR = from.BER_ERR;
-    to.TSID = from.TSID;
-    to.GI = from.GI;
-    to.LAYER = from.LAYER;
-    to.MOD = from.MOD;
-    return reading;
-}
-
 // Of the ways in which a channel can be occupied that which was found: it locks, or there is a signal at all.
-std::vector<Measured> bestOfGroups(const std::vector<ListChannel>& channels,
-                                   const std::vector<MultiMeasResult>& results,
-                                   const std::vector<Threshold>& thresholds)
+std::vector<Reading> bestOfGroups(const std::vector<ListChannel>& channels,
+                                  const std::vector<MultiMeasResult>& results,
+                                  const std::vector<Threshold>& thresholds, const MeasStatus& status)
 {
     const auto rank = [](const MultiMeasResult& result) {
         return result.lock != 0 ? 2 : hasSignal(result) ? 1 : 0;
     };
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    const int64_t timeMs = std::chrono::floor<std::chrono::milliseconds>(now).count();
-    std::vector<Measured> best;
+    const int64_t timeMs = unixTimeMs();
+    std::vector<Reading> best;
     for (size_t i = 0; i < channels.size(); ++i) {
-        const Measured measured{channels[i], results[i], timeMs,
-                                judge(thresholds, channels[i].condition, results[i])};
-        if (best.empty() || best.back().channel.group != channels[i].group)
-            best.push_back(measured);
+        const ListChannel& channel = channels[i];
+        Reading reading{timeMs, channel.name, channel.condition, results[i], {}, {}, {}};
+        setSurroundings(reading, status);
+        reading.supply = channel.condition.powerSupply; // it changes from channel to channel
+        reading.judgement = judge(thresholds, channel.condition, results[i]);
+        if (i == 0 || channels[i - 1].group != channel.group)
+            best.push_back(reading);
         else if (rank(results[i]) > rank(best.back().result))
-            best.back() = measured;
+            best.back() = reading;
     }
     return best;
 }
 
-std::string verdictText(const Judgement& judgement, bool locked, bool needsLock)
+std::string tableOf(ListKind kind, const std::vector<Reading>& list)
 {
-    const char* name = verdictName(judgement.whole);
-    if (name == nullptr)
-        return "-";
-    if (judgement.whole == Verdict::pass)
-        return name;
-    std::string why;
-    const auto add = [&](Verdict verdict, const char* what) {
-        if (verdict == judgement.whole)
-            why += (why.empty() ? "" : ", ") + std::string(what);
-    };
-    add(judgement.level, "level");
-    add(judgement.cnr, "C/N");
-    add(judgement.ber, "BER");
-    if (!locked && needsLock)
-        why += why.empty() ? "no lock" : ", no lock";
-    return name + (": " + why);
-}
-
-std::string tableOf(ListKind kind, const std::vector<Measured>& list)
-{
-    std::string text = format("%-8s %12s %6s %6s %9s %-4s %-7s %s\n", "Channel", "kHz", "dBuV", "C/N dB",
-                              "BER", "Lock", "Mod", "Verdict");
-    for (const Measured& measured : list) {
-        const MultiMeasResult& result = measured.result;
+    Table rows = {{"Channel", "kHz", "dBuV", "C/N dB", "BER", "Lock", "Mod", "Verdict"}};
+    for (const Reading& reading : list) {
+        const MultiMeasResult& result = reading.result;
         if (kind == ListKind::scan && !hasSignal(result))
             continue;
         const bool locked = result.lock != 0;
-        const bool needsLock = measured.channel.condition.usBdSys != VX63_BDSYS_LEVEL;
-        const auto modulation = modulationName(result.MOD);
-        text += format("%-8s %12u %6s %6s %9s %-4s %-7s %s\n", printable(measured.channel.name).c_str(),
-                       measured.channel.condition.ulFreq, tenths(result.LEVEL).c_str(),
-                       hasSignal(result) ? tenths(result.CNR).c_str() : "-",
-                       bitErrorRateText(readingOf(measured).result).c_str(),
-                       locked      ? "yes"
-                       : needsLock ? "no"
-                                   : "-",
-                       locked ? std::string(modulation.value_or("?")).c_str() : "-",
-                       verdictText(measured.judgement, locked, needsLock).c_str());
+        rows.push_back({reading.channel, format("%u", reading.condition.ulFreq), tenths(result.LEVEL),
+                        hasSignal(result) ? tenths(result.CNR) : "-", bitErrorRateText(result),
+                        locked                         ? "yes"
+                        : needsLock(reading.condition) ? "no"
+                                                       : "-",
+                        locked ? std::string(modulationName(result.MOD).value_or("?")) : "-",
+                        verdictCell(reading)});
     }
-    return text;
+    return table(rows, "<>>>>");
 }
 
-std::string summaryOf(const std::vector<Measured>& list)
+std::string summaryOf(const std::vector<Reading>& list)
 {
-    const auto found = std::ranges::count_if(list, [](const Measured& one) { return hasSignal(one.result); });
-    const auto locked = std::ranges::count_if(list, [](const Measured& one) { return one.result.lock != 0; });
+    const auto found = std::ranges::count_if(list, [](const Reading& one) { return hasSignal(one.result); });
+    const auto locked = std::ranges::count_if(list, [](const Reading& one) { return one.result.lock != 0; });
     return format("%td of %zu channels carry a signal, %td locked", found, list.size(), locked);
 }
 
-Json verdictJson(Verdict verdict)
-{
-    const char* name = verdictName(verdict);
-    return name ? Json(name) : Json();
-}
-
-Json jsonOf(const Measured& measured)
-{
-    Json json = {{"channel", measured.channel.name},
-                 {"signal", hasSignal(measured.result)},
-                 {"verdict", verdictJson(measured.judgement.whole)},
-                 {"level_verdict", verdictJson(measured.judgement.level)},
-                 {"cnr_verdict", verdictJson(measured.judgement.cnr)},
-                 {"ber_verdict", verdictJson(measured.judgement.ber)},
-                 {"lo_khz", measured.channel.condition.ulLoFreq}};
-    json.add(readingJson(readingOf(measured)));
-    return json;
-}
-
-// RFC 4180.
-std::string csvField(const std::string& text)
-{
-    if (text.find_first_of(",\"\r\n") == std::string::npos)
-        return text;
-    std::string quoted = "\"";
-    for (const char c : text)
-        quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-    return quoted + "\"";
-}
-
-std::string csvOf(const std::vector<Measured>& list)
-{
-    std::string text = "channel,frequency_khz,lo_khz,signal,locked,level_dbuv,cnr_db,ber,ber_errors,ber_bits,"
-                       "system,modulation,"
-                       "tsid,verdict\n";
-    for (const Measured& measured : list) {
-        const Json json = jsonOf(measured);
-        std::string line = csvField(measured.channel.name);
-        for (const char* key : {"frequency_khz", "lo_khz", "signal", "locked", "level_dbuv", "cnr_db", "ber",
-                                "ber_errors", "ber_bits", "system", "modulation", "tsid", "verdict"})
-            line += "," + json.plain(key);
-        text += line + "\n";
-    }
-    return text;
-}
-
-std::vector<LevelBar> barsOf(const std::vector<Measured>& list)
+std::vector<LevelBar> barsOf(const std::vector<Reading>& list)
 {
     std::vector<LevelBar> bars;
-    for (const Measured& measured : list)
-        bars.push_back({measured.channel.name, measured.result.LEVEL / 10.0, hasSignal(measured.result),
-                        measured.judgement.whole});
+    for (const Reading& reading : list)
+        bars.push_back({reading.channel, reading.result.LEVEL / 10.0, hasSignal(reading.result),
+                        reading.judgement.whole});
     return bars;
 }
 
-void show(ListKind kind, const ListOptions& options, const std::vector<Measured>& list)
+void show(ListKind kind, const ListOptions& options, const std::vector<Reading>& list)
 {
-    if (options.json) {
-        std::string text;
-        for (const Measured& measured : list)
-            text += jsonOf(measured).line();
-        print(text);
-    } else if (options.csv) {
-        print(csvOf(list));
-    } else {
+    if (options.form == Form::text) {
         print(tableOf(kind, list) + "\n" + levelsText(barsOf(list), textStyle()) + "\n" + summaryOf(list) +
               "\n");
+    } else {
+        List objects(options.form);
+        for (const Reading& reading : list)
+            objects.add(readingJson(reading));
+        objects.end();
     }
     if (!options.plot.empty())
         plotLevels(options.plot,
@@ -230,8 +129,9 @@ std::vector<Option> addListOptions(CommandLine& line, ListOptions& options)
     line.number("--input", options.input, "0|1", "Select this RF input first [leave it]", 0, 1);
     line.number("--disp-type", options.ucDispType, "N", "Display type [0]", 0, UINT8_MAX);
     Picture::addOption(line, options.plot);
-    const Option json = line.flag("--json", options.json, "Print a JSON object a channel");
-    line.flag("--csv", options.csv, "Print comma-separated values").excludes(json);
+    line.csv(options.form);
+    line.flag("--check", options.check,
+              "Exit with 14 where a verdict is fail, with 15 where one is marginal");
     return ofPlan;
 }
 
@@ -256,6 +156,8 @@ int runList(ListKind kind, const ListOptions& options)
     selectInput(options.input);
     if (interruption() != 0)
         return kExitSignal + interruption();
+    MeasStatus status{};
+    require("cannot read the measurement status", [&] { return vx63_getMeasStatus(&status); });
     std::vector<MultiMeasResult> results;
     {
         Progress progress;
@@ -263,7 +165,14 @@ int runList(ListKind kind, const ListOptions& options)
     }
     if (interruption() != 0)
         return kExitSignal + interruption();
-    show(kind, options, bestOfGroups(channels, results, thresholds));
+    const std::vector<Reading> readings = bestOfGroups(channels, results, thresholds, status);
+    show(kind, options, readings);
+    if (options.check) {
+        VerdictCheck verdicts;
+        for (const Reading& reading : readings)
+            verdicts.add(reading);
+        verdicts.conclude();
+    }
     return kExitSuccess;
 }
 

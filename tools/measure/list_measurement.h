@@ -2,6 +2,7 @@
 #pragma once
 
 #include "common/identity.h"
+#include "common/list.h"
 #include "measure/channel_list.h"
 #include "measure/channel_plan.h"
 
@@ -24,8 +25,8 @@ struct ListOptions {
     PlanChanges changes;
     std::string modulation; // resolved once the system is known
     std::string plot;
-    bool json = false;
-    bool csv = false;
+    Form form = Form::text;
+    bool check = false;
 };
 
 // Declares all of them but --conditions. Returns those that a file of conditions leaves no room for, --plan

@@ -9,6 +9,7 @@
 #include "measure/channel_options.h"
 #include "measure/reading.h"
 #include "measure/single_measurement.h"
+#include "measure/verdict_check.h"
 
 #include <chrono>
 #include <optional>
@@ -22,22 +23,42 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 struct Options : ChannelOptions {
-    uint32_t count = 1;
+    uint32_t count = 0; // 0: one reading, shown as such and not as a list
     int64_t intervalMs = 1000;
-    bool json = false;
-    bool table = false;
+    Form form = Form::text;
+    bool check = false;
 };
 
-void printReading(const Options& options, const SingleMeasResult& result)
-{
-    const Reading reading = readingNow(options, result);
-    if (options.json)
-        print(readingJson(reading).line());
-    else if (options.table)
-        print(readingTableRow(reading));
-    else
-        print(readingText(reading));
-}
+// Readings on their way to standard output.
+class Output {
+public:
+    explicit Output(const Options& options)
+        : m_form(options.form), m_isList(options.count > 0 || options.form == Form::csv),
+          m_list(m_isList ? m_form : Form::text)
+    {
+        if (m_isList && m_form == Form::text)
+            print(readingTableHeader());
+    }
+
+    void add(const Reading& reading)
+    {
+        if (m_form == Form::text) {
+            print(m_isList ? readingTableRow(reading) : readingText(reading));
+        } else if (m_isList) {
+            m_list.add(readingJson(reading));
+            m_list.flush();
+        } else {
+            print(readingJson(reading).line());
+        }
+    }
+
+    void end() { m_list.end(); }
+
+private:
+    Form m_form;
+    bool m_isList;
+    List m_list;
+};
 
 int measureSingle(const Options& options)
 {
@@ -50,23 +71,25 @@ int measureSingle(const Options& options)
         return kExitSignal + interruption();
 
     SingleMeasurement measurement(options);
-    SingleMeasResult result = measurement.readLocked(*progress);
+    Reading reading = measurement.readLocked(*progress);
     progress.reset();
-    if (options.table && !options.json)
-        print(readingTableHeader());
+    Output output(options);
+    VerdictCheck verdicts;
     uint32_t unlocked = 0;
     const auto start = Clock::now();
     for (uint32_t taken = 0; interruption() == 0;) {
-        printReading(options, result);
-        unlocked += result.lock == 0 && needsLock(options);
-        if (++taken == options.count)
+        output.add(reading);
+        verdicts.add(reading);
+        unlocked += reading.result.lock == 0 && needsLock(options.condition);
+        if (++taken >= options.count)
             break;
         const auto due = start + taken * milliseconds(options.intervalMs);
         for (auto now = Clock::now(); now < due && interruption() == 0; now = Clock::now())
             waitFor(std::chrono::ceil<milliseconds>(due - now));
         if (interruption() == 0)
-            result = measurement.read();
+            reading = measurement.read();
     }
+    output.end();
     measurement.stop();
     if (interruption() != 0)
         return kExitSignal + interruption();
@@ -74,23 +97,24 @@ int measureSingle(const Options& options)
         throw noLock(options, options.count > 1
                                   ? format("%u of %u readings were without it", unlocked, options.count)
                                   : "");
+    if (options.check)
+        verdicts.conclude();
     return kExitSuccess;
 }
 
 void addSingleOptions(CommandLine& line, Options& options)
 {
     addChannelOptions(line, options);
-    const Option count =
-        line.number("--count", options.count, "N", "Readings to take, one a line [1]", 1, UINT32_MAX);
+    const Option count = line.number("--count", options.count, "N",
+                                     "Readings to take, as a list [one, not as a list]", 1, UINT32_MAX);
     line.seconds("--interval", options.intervalMs,
                  "Seconds from one reading to the next; 0: as fast as the meter answers [1]", 0, 3600)
         .needs(count);
-    line.flag("--json", options.json, "Print a JSON object a reading");
+    line.csv(options.form);
+    line.flag("--check", options.check,
+              "Exit with 14 where the verdict is fail, with 15 where it is marginal");
     line.notes("Ctrl-C stops the measurement at the meter before the program ends.");
-    line.check([&options, count] {
-        resolveModulation(options);
-        options.table = count.given();
-    });
+    line.check([&options] { resolveModulation(options); });
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "common/json.h"
 #include "common/output.h"
 #include "common/running.h"
+#include "common/table.h"
 #include "common/text.h"
 #include "libvx63.h"
 #include "measure/channel_options.h"
@@ -86,7 +87,6 @@ void addOptical(CommandLine& measure)
         measureOptical, [](CommandLine& line, OpticalOptions& options) {
             line.number("--wavelength", options.ulWaveLength, "NM", "Wavelength in nm", 1, UINT32_MAX)
                 .required();
-            line.flag("--json", options.json, "Print a JSON object");
         });
 }
 
@@ -96,7 +96,6 @@ void addDc(CommandLine& measure)
                        [](CommandLine& line, DcOptions& options) {
                            line.number("--input", options.input, "0|1",
                                        "Select this RF input first [leave it]", 0, 1);
-                           line.flag("--json", options.json, "Print a JSON object");
                        });
 }
 

@@ -6,6 +6,7 @@
 #include "common/json.h"
 #include "common/numbers.h"
 #include "common/output.h"
+#include "common/table.h"
 #include "common/text.h"
 #include "libvx63.h"
 #include "measure/supply.h"
@@ -49,7 +50,10 @@ void addPowerSupply(CommandLine& program)
                     options.supply = text == "off" ? VX63_POWER_SUPPLY_OFF
                                                    : static_cast<int32_t>(numberIn("SUPPLY", text, 0, 4));
                 });
-            line.flag("--json", options.json, "Print the readings as a JSON object").excludes(selection);
+            line.check([&options, selection] {
+                if (options.json && selection.given())
+                    throw WrongUsage("--json", "shows the readings: leave SUPPLY out");
+            });
         });
 }
 

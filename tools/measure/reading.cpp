@@ -1,27 +1,27 @@
 #include "measure/reading.h"
 
+#include "common/clock.h"
 #include "common/names.h"
+#include "common/numbers.h"
+#include "common/table.h"
 #include "common/text.h"
 
-#include <ctime>
 #include <string_view>
 
 namespace tool {
 
 namespace {
 
-constexpr uint32_t kOfdm = 1;
-
 // What a demodulator without lock says of the signal means nothing.
-bool isLocked(const SingleMeasResult& result)
+bool isLocked(const MultiMeasResult& result)
 {
     return result.lock != 0;
 }
 
 // Only OFDM signals have one.
-bool hasGuardInterval(const SingleMeasResult& result)
+bool hasGuardInterval(const MultiMeasResult& result)
 {
-    return isLocked(result) && result.MOD == kOfdm;
+    return isLocked(result) && result.MOD == VX63_MOD_OFDM;
 }
 
 std::string nameOrCode(std::optional<std::string_view> name, uint32_t code)
@@ -29,16 +29,67 @@ std::string nameOrCode(std::optional<std::string_view> name, uint32_t code)
     return name ? std::string(*name) : format("code 0x%X", code);
 }
 
+std::string supplyText(uint32_t code)
+{
+    return nameOrCode(powerSupplyName(static_cast<uint8_t>(code)), code);
+}
+
+Json verdictJson(Verdict verdict)
+{
+    const char* name = verdictName(verdict);
+    return name ? Json(name) : Json();
+}
+
 } // namespace
 
-std::optional<double> bitErrorRate(const SingleMeasResult& result)
+void setSurroundings(Reading& reading, const MeasStatus& status)
+{
+    const auto has = [&](unsigned bit) { return (status.usInputStat & bit) != 0; };
+    reading.input = has(VX63_INPUT_STAT_1) ? VX63_INPUT_1 : VX63_INPUT_0;
+    if (!has(VX63_INPUT_STAT_SUPPLY))
+        reading.supply = VX63_POWER_SUPPLY_OFF;
+    else if (has(VX63_INPUT_STAT_TONE))
+        reading.supply = has(VX63_INPUT_STAT_15V) ? VX63_POWER_SUPPLY_15V_TONE : VX63_POWER_SUPPLY_11V_TONE;
+    else
+        reading.supply = has(VX63_INPUT_STAT_15V) ? VX63_POWER_SUPPLY_15V : VX63_POWER_SUPPLY_11V;
+}
+
+bool needsLock(const MeasCondition& condition)
+{
+    return condition.usBdSys != VX63_BDSYS_LEVEL;
+}
+
+bool hasSignal(const MultiMeasResult& result)
+{
+    return (result.stat & VX63_STAT_SIGNAL) != 0;
+}
+
+MultiMeasResult valuesOf(const SingleMeasResult& result)
+{
+    MultiMeasResult values{};
+    values.lock = result.lock;
+    values.stat = result.stat;
+    values.mesCond = result.mesCond;
+    values.bdSys = result.bdSys;
+    values.LEVEL = result.LEVEL;
+    values.CNR = result.CNR;
+    values.BER_TOTAL = result.BER_TOTAL;
+    values.BER_ERR = result.BER_ERR;
+    values.TSID = result.TSID;
+    values.GI = result.GI;
+    values.LAYER = result.LAYER;
+    values.MOD = result.MOD;
+    return values;
+}
+
+std::optional<double> bitErrorRate(const MultiMeasResult& result)
 {
     if (result.BER_TOTAL == 0)
         return std::nullopt;
     return static_cast<double>(result.BER_ERR) / result.BER_TOTAL;
 }
 
-std::string bitErrorRateText(const SingleMeasResult& result)
+std::string bitErrorRateText(const MultiMeasResult& result)
 {
     const auto rate = bitErrorRate(result);
     if (!rate)
@@ -46,13 +97,35 @@ std::string bitErrorRateText(const SingleMeasResult& result)
     return result.BER_ERR == 0 ? format("< %.1e", 1.0 / result.BER_TOTAL) : format("%.1e", *rate);
 }
 
+Cell verdictCell(const Reading& reading)
+{
+    const Judgement& judgement = reading.judgement;
+    const char* name = verdictName(judgement.whole);
+    if (name == nullptr)
+        return "-";
+    if (judgement.whole == Verdict::pass)
+        return {name, Tint::good};
+    std::string why;
+    const auto add = [&](bool because, const char* what) {
+        if (because)
+            why += (why.empty() ? "" : ", ") + std::string(what);
+    };
+    add(judgement.level == judgement.whole, "level");
+    add(judgement.cnr == judgement.whole, "C/N");
+    add(judgement.ber == judgement.whole, "BER");
+    add(!isLocked(reading.result) && needsLock(reading.condition), "no lock");
+    return {name + (": " + why), judgement.whole == Verdict::fail ? Tint::bad : Tint::doubtful};
+}
+
 std::string readingText(const Reading& reading)
 {
-    const SingleMeasResult& result = reading.result;
+    const MultiMeasResult& result = reading.result;
     const bool locked = isLocked(result);
     const auto ifLocked = [locked](const std::string& value) { return locked ? value : std::string("-"); };
-    return aligned({
-        {"Frequency", format("%u kHz", reading.ulFreq)},
+    Rows rows = {
+        {"Frequency", format("%u kHz", reading.condition.ulFreq)},
+        {"Input", reading.input ? format("%u", *reading.input) : "-"},
+        {"Supply", reading.supply ? supplyText(*reading.supply) : "-"},
         {"System", nameOrCode(systemName(result.bdSys), result.bdSys)},
         {"Lock", locked ? "yes" : "no"},
         {"Level", tenths(result.LEVEL) + " dBuV"},
@@ -64,7 +137,11 @@ std::string readingText(const Reading& reading)
          hasGuardInterval(result) ? nameOrCode(guardIntervalName(result.GI), result.GI) : "-"},
         {"TSID", ifLocked(format("0x%04X", result.TSID))},
         {"Layer", ifLocked(format("%u", result.LAYER))},
-    });
+        {"Verdict", verdictCell(reading)},
+    };
+    if (!reading.channel.empty())
+        rows.insert(rows.begin(), {"Channel", reading.channel});
+    return aligned(rows);
 }
 
 std::string readingTableHeader()
@@ -74,9 +151,7 @@ std::string readingTableHeader()
 
 std::string readingTableRow(const Reading& reading)
 {
-    const time_t seconds = static_cast<time_t>(reading.timeMs / 1000);
-    struct tm local {};
-    localtime_r(&seconds, &local);
+    const tm local = localTime(reading.timeMs / 1000);
     return format("%02d:%02d:%02d %6s %6s %10s %4s\n", local.tm_hour, local.tm_min, local.tm_sec,
                   tenths(reading.result.LEVEL).c_str(), tenths(reading.result.CNR).c_str(),
                   bitErrorRateText(reading.result).c_str(), isLocked(reading.result) ? "yes" : "no");
@@ -84,16 +159,22 @@ std::string readingTableRow(const Reading& reading)
 
 Json readingJson(const Reading& reading)
 {
-    const SingleMeasResult& result = reading.result;
+    const MultiMeasResult& result = reading.result;
     const bool locked = isLocked(result);
     const auto ifLocked = [locked](const Json& value) { return locked ? value : Json(); };
+    const auto rate = bitErrorRate(result);
     return {
         {"time", static_cast<double>(reading.timeMs) / 1000},
-        {"frequency_khz", reading.ulFreq},
+        {"channel", reading.channel.empty() ? Json() : Json(reading.channel)},
+        {"frequency_khz", reading.condition.ulFreq},
+        {"lo_khz", reading.condition.ulLoFreq},
+        {"input", reading.input},
+        {"power_supply", reading.supply},
+        {"signal", hasSignal(result)},
         {"locked", locked},
-        {"level_dbuv", result.LEVEL / 10.0},
-        {"cnr_db", result.CNR / 10.0},
-        {"ber", bitErrorRate(result)},
+        {"level_dbuv", rounded(result.LEVEL / 10.0, 1)},
+        {"cnr_db", rounded(result.CNR / 10.0, 1)},
+        {"ber", rate ? Json(significant(*rate, 4)) : Json()},
         {"ber_errors", result.BER_ERR},
         {"ber_bits", result.BER_TOTAL},
         {"system", systemName(result.bdSys)},
@@ -101,6 +182,10 @@ Json readingJson(const Reading& reading)
         {"guard_interval", hasGuardInterval(result) ? Json(guardIntervalName(result.GI)) : Json()},
         {"tsid", ifLocked(result.TSID)},
         {"layer", ifLocked(result.LAYER)},
+        {"verdict", verdictJson(reading.judgement.whole)},
+        {"level_verdict", verdictJson(reading.judgement.level)},
+        {"cnr_verdict", verdictJson(reading.judgement.cnr)},
+        {"ber_verdict", verdictJson(reading.judgement.ber)},
         {"lock_code", result.lock},
         {"status_code", result.stat},
         {"condition_code", result.mesCond},

@@ -1,8 +1,10 @@
-// A reading of a single measurement as text and as JSON.
+// A reading of a channel as text and as JSON.
 #pragma once
 
 #include "common/json.h"
+#include "common/table.h"
 #include "libvx63.h"
+#include "measure/judgement.h"
 
 #include <cstdint>
 #include <optional>
@@ -11,16 +13,34 @@
 namespace tool {
 
 struct Reading {
-    int64_t timeMs; // Unix time, milliseconds
-    uint32_t ulFreq;
-    SingleMeasResult result;
+    int64_t timeMs;          // Unix time, milliseconds
+    std::string channel;     // empty: it has no name
+    MeasCondition condition; // as the meter was told
+    MultiMeasResult result;  // what a single measurement delivers as well
+    std::optional<uint32_t> input;
+    std::optional<uint32_t> supply; // VX63_POWER_SUPPLY_*
+    Judgement judgement;
 };
 
+// What the meter has selected, by its status: input and supply.
+void setSurroundings(Reading& reading, const MeasStatus& status);
+
+// Of a level carrier only the level is measured.
+bool needsLock(const MeasCondition& condition);
+
+bool hasSignal(const MultiMeasResult& result);
+
+// The values of a single measurement, without its points.
+MultiMeasResult valuesOf(const SingleMeasResult& result);
+
 // Erroneous bits over bits; nothing as long as no bits are counted.
-std::optional<double> bitErrorRate(const SingleMeasResult& result);
+std::optional<double> bitErrorRate(const MultiMeasResult& result);
 
 // "2.1e-04"; "< 1.0e-06" when none of a million bits is wrong; "-" as long as no bits are counted.
-std::string bitErrorRateText(const SingleMeasResult& result);
+std::string bitErrorRateText(const MultiMeasResult& result);
+
+// "pass", "fail: level, no lock"; "-" where there is none.
+Cell verdictCell(const Reading& reading);
 
 // One value a line.
 std::string readingText(const Reading& reading);

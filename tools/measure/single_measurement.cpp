@@ -1,11 +1,13 @@
 #include "measure/single_measurement.h"
 
+#include "common/clock.h"
 #include "common/exchange.h"
 #include "common/interrupt.h"
 #include "common/text.h"
 
 #include <algorithm>
 #include <chrono>
+#include <cstring>
 
 namespace tool {
 
@@ -16,49 +18,60 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kPollTime{200};
 
-} // namespace
-
-SingleMeasurement::SingleMeasurement(const ChannelOptions& options)
-    : m_options(options),
-      m_running(
-          "the measurement", [&] { return vx63_startSingleMeas(options.ucDispType, &options.condition); },
-          [&] { return vx63_stopSingleMeas(options.ucDispType); })
-{}
-
-SingleMeasResult SingleMeasurement::read()
+SingleMeasResult readResult()
 {
     SingleMeasResult result{};
     require("cannot read the measurement", [&] { return vx63_getSingleMeasResult(0, &result); });
     return result;
 }
 
-SingleMeasResult SingleMeasurement::readLocked(Progress& progress)
+std::string nameOf(const MeasCondition& condition)
+{
+    const auto* name = reinterpret_cast<const char*>(condition.ucStrChan);
+    return {name, strnlen(name, sizeof condition.ucStrChan)};
+}
+
+} // namespace
+
+SingleMeasurement::SingleMeasurement(const ChannelOptions& options)
+    : m_options(options), m_thresholds(readThresholdsIfAny()),
+      m_running(
+          "the measurement", [&] { return vx63_startSingleMeas(options.ucDispType, &options.condition); },
+          [&] { return vx63_stopSingleMeas(options.ucDispType); })
+{}
+
+Reading SingleMeasurement::readingOf(const SingleMeasResult& result) const
+{
+    const MeasCondition& condition = m_options.condition;
+    Reading reading{unixTimeMs(), nameOf(condition), condition, valuesOf(result), {}, {}, {}};
+    MeasStatus status{};
+    if (exchange([&] { return vx63_getMeasStatus(&status); }) == VX63_OK)
+        setSurroundings(reading, status);
+    reading.judgement = judge(m_thresholds, condition, reading.result);
+    return reading;
+}
+
+Reading SingleMeasurement::read()
+{
+    return readingOf(readResult());
+}
+
+Reading SingleMeasurement::readLocked(Progress& progress)
 {
     const auto start = Clock::now();
-    const auto deadline = start + milliseconds(needsLock(m_options) ? m_options.lockTimeoutMs : 0);
+    const auto deadline = start + milliseconds(needsLock(m_options.condition) ? m_options.lockTimeoutMs : 0);
     for (;;) {
-        const SingleMeasResult result = read();
+        const SingleMeasResult result = readResult();
         const auto now = Clock::now();
         if (result.lock != 0 || now >= deadline)
-            return result;
+            return readingOf(result);
         progress.show(format("Waiting for lock: %.1f s, %s dBuV",
                              std::chrono::duration<double>(now - start).count(),
                              tenths(result.LEVEL).c_str()));
         waitFor(std::min(kPollTime, std::chrono::ceil<milliseconds>(deadline - now)));
         if (interruption() != 0)
-            return result;
+            return readingOf(result);
     }
-}
-
-bool needsLock(const ChannelOptions& options)
-{
-    return options.condition.usBdSys != VX63_BDSYS_LEVEL;
-}
-
-Reading readingNow(const ChannelOptions& options, const SingleMeasResult& result)
-{
-    const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
-    return {std::chrono::floor<milliseconds>(sinceEpoch).count(), options.condition.ulFreq, result};
 }
 
 Failure noLock(const ChannelOptions& options, const std::string& why)

@@ -8,6 +8,9 @@
 #include "measure/channel_options.h"
 #include "measure/reading.h"
 
+#include <string>
+#include <vector>
+
 namespace tool {
 
 class SingleMeasurement {
@@ -16,24 +19,22 @@ public:
     explicit SingleMeasurement(const ChannelOptions& options);
 
     // Throws Failure.
-    SingleMeasResult read();
+    Reading read();
 
     // The first reading with lock, or the last one before the time-out or an interruption. Throws Failure.
-    SingleMeasResult readLocked(Progress& progress);
+    Reading readLocked(Progress& progress);
+
+    // The reading that this result of the running measurement makes, with what is known besides.
+    Reading readingOf(const SingleMeasResult& result) const;
 
     // Throws Failure.
     void stop() { m_running.stop(); }
 
 private:
     const ChannelOptions& m_options;
+    std::vector<Threshold> m_thresholds;
     Running m_running;
 };
-
-// Of a level carrier only the level is measured.
-bool needsLock(const ChannelOptions& options);
-
-// The reading of the channel, taken now.
-Reading readingNow(const ChannelOptions& options, const SingleMeasResult& result);
 
 // None within the time-out of the options, unless `why` says otherwise.
 Failure noLock(const ChannelOptions& options, const std::string& why = "");

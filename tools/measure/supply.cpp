@@ -2,6 +2,7 @@
 
 #include "common/exchange.h"
 #include "common/names.h"
+#include "common/text.h"
 
 namespace tool {
 

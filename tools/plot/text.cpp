@@ -1,14 +1,9 @@
 #include "plot/text.h"
 
-#include "common/numbers.h"
+#include "common/terminal.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <cstring>
-#include <langinfo.h>
-#include <locale.h>
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace tool {
@@ -18,32 +13,11 @@ namespace {
 constexpr size_t kLeastColumns = 20;
 constexpr size_t kMostColumns = 240;
 
-bool isUnicode()
-{
-    // The locale of this question alone: that of the program stays "C", and numbers keep their point.
-    const locale_t locale = newlocale(LC_CTYPE_MASK, "", nullptr);
-    if (locale == nullptr)
-        return false;
-    const bool utf8 = std::strcmp(nl_langinfo_l(CODESET, locale), "UTF-8") == 0;
-    freelocale(locale);
-    return utf8;
-}
-
-size_t columnsOfOutput()
-{
-    winsize size{};
-    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
-        return size.ws_col;
-    const char* columns = std::getenv("COLUMNS");
-    const auto number = parseNumber(columns ? columns : "");
-    return static_cast<size_t>(number.value_or(0) > 0 ? *number : 80);
-}
-
 } // namespace
 
 TextStyle textStyle()
 {
-    return {std::clamp(columnsOfOutput(), kLeastColumns, kMostColumns), isUnicode()};
+    return {std::clamp(columnsOf(STDOUT_FILENO).value_or(80), kLeastColumns, kMostColumns), isUnicode()};
 }
 
 DotCanvas::DotCanvas(size_t columns, size_t rows, bool unicode)

@@ -15,7 +15,7 @@ namespace tool {
 namespace {
 
 struct Options {
-    bool json = false;
+    Form form = Form::text;
 };
 
 Json findingJson(const Finding& finding)
@@ -39,7 +39,8 @@ Json findingJson(const Finding& finding)
 
 int check(const Options& options)
 {
-    std::vector<std::vector<std::string>> rows;
+    Table rows;
+    List findings(options.form);
     int code = kExitSuccess;
     for (const Finding& finding : examineFiles()) {
         std::string verdict = "ok";
@@ -50,13 +51,14 @@ int check(const Options& options)
             verdict = "broken: " + faultText(*finding.fault);
             code = kExitData;
         }
-        if (options.json)
-            print(findingJson(finding).line());
+        if (options.form != Form::text)
+            findings.add(findingJson(finding));
         else
             rows.push_back({nameOf(finding.file), verdict});
     }
-    if (!options.json)
+    if (options.form == Form::text)
         print(table(rows));
+    findings.end();
     return code;
 }
 
@@ -65,9 +67,7 @@ int check(const Options& options)
 void addSettingsCheck(CommandLine& settings)
 {
     settings.addCommand("check", "Read every file and tell what is wrong with it", "vx63 settings check",
-                        check, [](CommandLine& line, Options& options) {
-                            line.flag("--json", options.json, "Print a JSON object a file");
-                        });
+                        check);
 }
 
 } // namespace tool

@@ -24,7 +24,7 @@ namespace {
 struct Options {
     std::optional<FileRef> file;
     std::string folder; // empty: the factory contents
-    bool json = false;
+    Form form = Form::text;
 };
 
 const uint8_t* recordAt(uint32_t fileId, const Contents& contents, uint32_t record)
@@ -41,9 +41,10 @@ std::string quoted(const vx63::settings::Column& column, const uint8_t* record)
 
 class Comparison {
 public:
-    explicit Comparison(const Options& options) : m_options(options) {}
+    explicit Comparison(const Options& options) : m_options(options), m_differences(options.form) {}
 
     void compare(const FileRef& file);
+    void end() { m_differences.end(); }
     int exitCode() const { return m_broken ? kExitData : m_differ ? kExitDiffer : kExitSuccess; }
 
 private:
@@ -54,6 +55,7 @@ private:
     void tell(const FileRef& file, const std::string& text, const Json& json);
 
     const Options& m_options;
+    List m_differences;
     bool m_differ = false;
     bool m_broken = false;
 };
@@ -61,13 +63,14 @@ private:
 void Comparison::tell(const FileRef& file, const std::string& text, const Json& json)
 {
     m_differ = true;
-    if (!m_options.json) {
+    if (m_options.form == Form::text) {
         print(printable(nameOf(file) + text) + "\n");
         return;
     }
-    Json object = {{"name", nameOf(file)}};
+    Json object = {{"name", nameOf(file)}, {"record", nullptr}, {"column", nullptr},
+                   {"value", nullptr},     {"other", nullptr},  {"missing", nullptr}};
     object.add(json);
-    print(object.line());
+    m_differences.add(object);
 }
 
 void Comparison::compare(const FileRef& file)
@@ -136,6 +139,7 @@ int diff(const Options& options)
             throw Failure(kExitUsage, "cannot compare " + nameOf(*options.file),
                           "sets and lists have no factory contents", "compare with a folder: --with DIR");
         comparison.compare(*options.file);
+        comparison.end();
         return comparison.exitCode();
     }
     for (const vx63::settings::File& entry : vx63::settings::kFiles) {
@@ -153,6 +157,7 @@ int diff(const Options& options)
             if (!setNameFault(name))
                 comparison.compare({entry.fileId, name});
     }
+    comparison.end();
     return comparison.exitCode();
 }
 
@@ -182,7 +187,6 @@ void addSettingsDiff(CommandLine& settings)
                             addFileArgument(line, options.file);
                             line.text("--with", options.folder, "DIR",
                                       "Compare with this folder, one that 'export' made");
-                            line.flag("--json", options.json, "Print a JSON object a difference");
                         });
 }
 

@@ -19,7 +19,7 @@ namespace tool {
 namespace {
 
 struct Options {
-    bool json = false;
+    Form form = Form::text;
 };
 
 // What the disk tells of a file; nothing where it does not apply.
@@ -96,17 +96,19 @@ Json stateJson(const vx63::settings::File& entry, const State& state)
 
 int list(const Options& options)
 {
-    std::vector<std::vector<std::string>> rows = {{"ID", "FILE", "RECORDS", "STATE"}};
+    Table rows = {{"ID", "FILE", "RECORDS", "STATE"}};
+    List files(options.form);
     for (const vx63::settings::File& entry : vx63::settings::kFiles) {
         const State state = stateOf(entry.fileId);
-        if (options.json)
-            print(stateJson(entry, state).line());
+        if (options.form != Form::text)
+            files.add(stateJson(entry, state));
         else
             rows.push_back({std::to_string(entry.fileId), nameOf({entry.fileId, ""}),
                             std::to_string(entry.rows), state.text});
     }
-    if (!options.json)
+    if (options.form == Form::text)
         print(table(rows));
+    files.end();
     return kExitSuccess;
 }
 
@@ -114,10 +116,7 @@ int list(const Options& options)
 
 void addSettingsList(CommandLine& settings)
 {
-    settings.addCommand("list", "List the settings files and their state", "vx63 settings list", list,
-                        [](CommandLine& line, Options& options) {
-                            line.flag("--json", options.json, "Print a JSON object a file, its columns too");
-                        });
+    settings.addCommand("list", "List the settings files and their state", "vx63 settings list", list);
 }
 
 } // namespace tool

@@ -42,13 +42,12 @@ struct FolderOptions {
 };
 
 struct ListOptions : FolderOptions {
-    bool json = false;
+    Form form = Form::text;
 };
 
 struct ShowOptions : FolderOptions {
     std::string name;
-    bool json = false;
-    bool csv = false;
+    Form form = Form::text;
 };
 
 struct CreateOptions : FolderOptions {
@@ -80,7 +79,8 @@ struct ClearOptions : FolderOptions {
 int list(const ListOptions& options)
 {
     const SetFolder folder(options.set());
-    std::vector<std::vector<std::string>> rows = {{"RECORD", "NAME", "CHANNELS"}};
+    Table rows = {{"RECORD", "NAME", "CHANNELS"}};
+    List sets(options.form);
     const auto add = [&](std::optional<uint32_t> record, const std::string& name) {
         std::optional<uint32_t> channels;
         std::string text = "no file";
@@ -91,13 +91,12 @@ int list(const ListOptions& options)
             else if (!read.fault->missing)
                 text = "broken: " + faultText(*read.fault);
         }
-        if (options.json) {
-            const Json json = {
+        if (options.form != Form::text) {
+            sets.add({
                 {"record", record},
                 {"name", printable(name)},
                 {"channels", channels},
-            };
-            print(json.line());
+            });
         } else {
             rows.push_back({record ? std::to_string(*record) : "not listed", name, text});
         }
@@ -107,18 +106,16 @@ int list(const ListOptions& options)
     for (const std::string& name : folder.files())
         if (std::ranges::find(folder.listed(), name, &ListEntry::name) == folder.listed().end())
             add(std::nullopt, name);
-    if (!options.json)
+    if (options.form == Form::text)
         print(table(rows));
+    sets.end();
     return kExitSuccess;
 }
 
 int show(const ShowOptions& options)
 {
     const FileRef set{options.set(), options.name};
-    print(shownRecords(set, readOrFactory(set),
-                       options.json  ? Form::json
-                       : options.csv ? Form::csv
-                                     : Form::text));
+    printRecords(set, readOrFactory(set), options.form);
     return kExitSuccess;
 }
 
@@ -245,15 +242,13 @@ void addFolderOptions(CommandLine& line, FolderOptions& options)
 void addListOptions(CommandLine& line, ListOptions& options)
 {
     addFolderOptions(line, options);
-    line.flag("--json", options.json, "Print a JSON object a set");
 }
 
 void addShowOptions(CommandLine& line, ShowOptions& options)
 {
     addFolderOptions(line, options);
     addName(line, "NAME", options.name).offers(setsOfGiven);
-    const Option json = line.flag("--json", options.json, "Print a JSON object a channel");
-    line.flag("--csv", options.csv, "Print the text of the file").excludes(json);
+    line.csv(options.form, "Print the text of the file");
 }
 
 void addCreateOptions(CommandLine& line, CreateOptions& options)

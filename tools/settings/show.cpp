@@ -36,8 +36,13 @@ std::string csvCell(const std::string& text)
 struct Options {
     FileRef file{};
     bool factory = false;
-    bool json = false;
-    bool csv = false;
+};
+
+struct ShowOptions : Options {
+    Form form = Form::text;
+};
+
+struct GetOptions : Options {
     uint32_t record = 0;
     std::string column;
 };
@@ -52,16 +57,13 @@ Contents contentsOf(const Options& options)
     return factoryContents(options.file.fileId);
 }
 
-int show(const Options& options)
+int show(const ShowOptions& options)
 {
-    print(shownRecords(options.file, contentsOf(options),
-                       options.json  ? Form::json
-                       : options.csv ? Form::csv
-                                     : Form::text));
+    printRecords(options.file, contentsOf(options), options.form);
     return kExitSuccess;
 }
 
-int get(const Options& options)
+int get(const GetOptions& options)
 {
     const vx63::settings::File& entry = entryOf(options.file);
     const vx63::settings::Column* column = requireColumn(options.file, options.column);
@@ -73,52 +75,53 @@ int get(const Options& options)
 
 } // namespace
 
-std::string shownRecords(const FileRef& file, const Contents& contents, Form form)
+void printRecords(const FileRef& file, const Contents& contents, Form form)
 {
     const vx63::settings::File& entry = entryOf(file);
     std::string result;
-    std::vector<std::vector<std::string>> rows(1, {"RECORD"});
+    Table rows = {{"RECORD"}};
+    List objects(form == Form::csv ? Form::text : form);
     if (form == Form::csv)
         result = vx63::settings::kVersion + ("\n" + headerOf(entry)) + "\n";
     for (uint32_t i = 0; i < entry.columnCount; ++i)
-        rows.front().emplace_back(entry.columns[i].name);
+        rows.front().emplace_back(std::string(entry.columns[i].name));
     for (uint32_t record = 0; record < contents.records; ++record) {
         const uint8_t* bytes = contents.bytes.data() + record * entry.dataSize;
-        std::vector<std::string> row(1, std::to_string(record));
+        std::vector<Cell> row = {std::to_string(record)};
         Json json = {{"record", record}};
         std::string line;
         for (uint32_t i = 0; i < entry.columnCount; ++i) {
             const vx63::settings::Column& column = entry.columns[i];
             row.push_back(cellText(column, bytes));
             json.set(std::string(column.name), cellJson(column, bytes));
-            line += (i == 0 ? "" : ",") + csvCell(row.back());
+            line += (i == 0 ? "" : ",") + csvCell(row.back().text);
         }
-        if (form == Form::json)
-            result += json.line();
-        else if (form == Form::csv)
+        if (form == Form::csv)
             result += line + "\n";
-        else
+        else if (form == Form::text)
             rows.push_back(row);
+        else
+            objects.add(json);
     }
-    return form == Form::text ? table(rows) : result;
+    print(form == Form::text ? table(rows) : result);
+    objects.end();
 }
 
 void addSettingsShow(CommandLine& settings)
 {
-    settings.addCommand(
-        "show", "Show the records of a file", "vx63 settings show ch_set/uhf --default", show,
-        [](CommandLine& line, Options& options) {
-            addFileArgument(line, options.file).required();
-            line.flag("--default", options.factory, "The factory contents instead of the file");
-            const Option json = line.flag("--json", options.json, "Print a JSON object a record");
-            line.flag("--csv", options.csv, "Print the text of the file").excludes(json);
-        });
+    settings.addCommand("show", "Show the records of a file", "vx63 settings show ch_set/uhf --default", show,
+                        [](CommandLine& line, ShowOptions& options) {
+                            addFileArgument(line, options.file).required();
+                            line.flag("--default", options.factory,
+                                      "The factory contents instead of the file");
+                            line.csv(options.form, "Print the text of the file");
+                        });
 }
 
 void addSettingsGet(CommandLine& settings)
 {
     settings.addCommand("get", "Print one value of a file", "vx63 settings get ch_set/uhf 0 CENT_FREQ", get,
-                        [](CommandLine& line, Options& options) {
+                        [](CommandLine& line, GetOptions& options) {
                             addFileArgument(line, options.file).required();
                             addRecordArgument(line, options.record);
                             addColumnArgument(line, options.column);

@@ -1,15 +1,12 @@
 // The records of a file, shown.
 #pragma once
 
+#include "common/list.h"
 #include "settings/file.h"
-
-#include <string>
 
 namespace tool {
 
-enum class Form { text, csv, json };
-
-// A table; the file itself, as the platform writes it; or an object a record.
-std::string shownRecords(const FileRef& file, const Contents& contents, Form form);
+// Prints a table; with csv the file itself, as the platform writes it; or an object a record.
+void printRecords(const FileRef& file, const Contents& contents, Form form);
 
 } // namespace tool

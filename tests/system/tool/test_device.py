@@ -86,7 +86,7 @@ def test_keys_watched(device):
     """A look takes 100 ms of the scene's time: key 5 is seen on the third and fourth, key 0 on the fourth."""
     scene = ("[[key]]\ntime_ms = 200\nkey = 5\nduration_ms = 200\n"
              "[[key]]\ntime_ms = 300\nkey = 0\nduration_ms = 100\n")
-    result, _ = device("$VX63 keys --watch --interval 0 --json | head -n 4", scene)
+    result, _ = device("$VX63 keys --watch --interval 0 --jsonl | head -n 4", scene)
     assert [json.loads(line)["pressed"] for line in result.stdout.splitlines()] == [[], [5], [0, 5], []]
     assert result.stderr == ""
 

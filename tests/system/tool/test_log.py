@@ -8,6 +8,8 @@ import pytest
 
 from tool_support import VX63, default_signals, environment, isolation, meter, run  # noqa: F401 (fixtures)
 
+NO_LINE = dict.fromkeys(["time", "program", "file", "line", "function", "message"])
+
 
 def line(number, message="Start."):
     return f"1700000000.{number:06d} : demo : libvx63.cpp(7) vx63_init() : {message}\n"
@@ -46,7 +48,7 @@ def append(path, text):
 
 
 def test_log_of_a_real_call(meter):
-    result = meter.shell("$VX63 power-supply 1 && $VX63 log --json")
+    result = meter.shell("$VX63 power-supply 1 && $VX63 log --jsonl")
     assert (result.returncode, result.stderr) == (0, "")
     lines = [json.loads(text) for text in result.stdout.splitlines()]
     assert [(entry["function"], entry["message"]) for entry in lines[-2:]] == [
@@ -82,15 +84,15 @@ def test_garbage(log):
     text = run(VX63, "log", log)
     assert (text.returncode, text.stderr) == (0, "")
     assert text.stdout == "\\x00\\xFF\\x1B[2J\n" + shown(1) + "\n" + shown(2, "x" * 300000) + line(3)[:20] + "\n"
-    result = run(VX63, "log", "--json", log)
+    result = run(VX63, "log", "--jsonl", log)
     assert (result.returncode, result.stderr) == (0, "")
     first, second, empty, long_one, cut = map(json.loads, result.stdout.splitlines())
-    assert first == {"text": "\0\ufffd\x1b[2J"}
+    assert first == NO_LINE | {"text": "\0\ufffd\x1b[2J"}
     assert second == {"time": 1700000000.000001, "program": "demo", "file": "libvx63.cpp", "line": 7,
-                      "function": "vx63_init", "message": "Start."}
-    assert empty == {"text": ""}
+                      "function": "vx63_init", "message": "Start.", "text": None}
+    assert empty == NO_LINE | {"text": ""}
     assert len(long_one["message"]) == 300000
-    assert cut == {"text": line(3)[:20]}
+    assert cut == NO_LINE | {"text": line(3)[:20]}
     assert run(VX63, "log", "--errors", log).stdout == ""
 
 
@@ -103,7 +105,7 @@ def test_line_without_end(log):
 
 def test_empty_log(log):
     log.touch()
-    result = run(VX63, "log", "--json", log)
+    result = run(VX63, "log", "--jsonl", log)
     assert (result.returncode, result.stdout, result.stderr) == (0, "", "")
 
 
@@ -170,7 +172,7 @@ def test_follow_waits_for_the_file(log):
 
 def test_follow_filters_and_writes_json(log):
     log.write_text(line(1))
-    with Follower("--errors", "--json", log) as follower:
+    with Follower("--errors", "--jsonl", log) as follower:
         append(log, line(2) + line(3, "End. vx63_err=-1"))
         assert json.loads(follower.next())["message"] == "End. vx63_err=-1"
 
@@ -188,7 +190,7 @@ def test_follow_over_the_librarys_own_rotation(meter):
     script = """
         log=/var/log/libvx63.cpp.txt
         mkfifo "$DIR/lines"
-        $VX63 log --follow --errors --json $log > "$DIR/lines" 2> /dev/null & follower=$!
+        $VX63 log --follow --errors --jsonl $log > "$DIR/lines" 2> /dev/null & follower=$!
         exec 3< "$DIR/lines"
         echo "1.000000 : me : f(1) g() : first error." >> $log
         read -r line <&3; echo "$line"

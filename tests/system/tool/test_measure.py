@@ -1,5 +1,7 @@
 """vx63 measure single."""
 
+import csv
+import io
 import json
 import re
 import signal
@@ -18,6 +20,8 @@ def test_reading_as_text(meter):
     assert result.stderr == ""
     assert re.fullmatch(
         r"Frequency       557143 kHz\n"
+        r"Input           0\n"
+        r"Supply          off\n"
         r"System          terrestrial\n"
         r"Lock            yes\n"
         r"Level           6\d\.\d dBuV\n"
@@ -27,10 +31,11 @@ def test_reading_as_text(meter):
         r"Modulation      OFDM\n"
         r"Guard interval  1/8\n"
         r"TSID            0x7FE0\n"
-        r"Layer           3\n", result.stdout)
+        r"Layer           3\n"
+        r"Verdict         pass\n", result.stdout)
     requests = meter.requests()
     assert requests[0] == START and requests[-1] == STOP
-    assert {name for name, _ in requests[1:-1]} == {"single-result"}
+    assert {name for name, _ in requests[1:-1]} == {"single-result", "meas-status"}
 
 
 def test_reading_as_json(meter):
@@ -39,14 +44,16 @@ def test_reading_as_json(meter):
     assert result.stdout.count("\n") == 1
     reading = json.loads(result.stdout)
     assert list(reading) == [
-        "time", "frequency_khz", "locked", "level_dbuv", "cnr_db", "ber", "ber_errors", "ber_bits", "system",
-        "modulation", "guard_interval", "tsid", "layer", "lock_code", "status_code", "condition_code",
+        "time", "channel", "frequency_khz", "lo_khz", "input", "power_supply", "signal", "locked", "level_dbuv",
+        "cnr_db", "ber", "ber_errors", "ber_bits", "system", "modulation", "guard_interval", "tsid", "layer",
+        "verdict", "level_verdict", "cnr_verdict", "ber_verdict", "lock_code", "status_code", "condition_code",
         "system_code", "modulation_code", "guard_interval_code"]
     assert reading["frequency_khz"] == 557143
     assert reading["locked"] is True
     assert 60 < reading["level_dbuv"] < 70
     assert 30 < reading["cnr_db"] < 40
-    assert reading["ber"] == reading["ber_errors"] / reading["ber_bits"]
+    assert reading["ber"] == pytest.approx(reading["ber_errors"] / reading["ber_bits"], rel=5e-4)
+    assert (reading["input"], reading["power_supply"], reading["verdict"]) == (0, 0, "pass")
     assert (reading["system"], reading["modulation"], reading["guard_interval"]) == ("terrestrial", "OFDM", "1/8")
     assert (reading["tsid"], reading["layer"], reading["modulation_code"]) == (0x7FE0, 3, 1)
 
@@ -76,11 +83,72 @@ def test_count_prints_a_table(meter):
     assert meter.requests().count(START) == meter.requests().count(STOP) == 1
 
 
-def test_count_with_json_prints_an_object_a_line(meter):
-    result = meter.vx63(*CHANNEL, "--count", "2", "--interval", "0.1", "--json")
+def test_count_as_lines_as_an_array_and_as_csv(meter):
+    result = meter.vx63(*CHANNEL, "--count", "2", "--interval", "0.1", "--jsonl")
     assert (result.returncode, result.stderr) == (0, "")
     first, second = map(json.loads, result.stdout.splitlines())
     assert second["time"] - first["time"] > 0.09  # both are rounded
+    result = meter.vx63(*CHANNEL, "--count", "1", "--json")
+    [reading] = json.loads(result.stdout)
+    result = meter.vx63(*CHANNEL, "--csv")
+    assert (result.returncode, result.stderr) == (0, "")
+    header, row = csv.reader(io.StringIO(result.stdout))
+    assert header == list(reading) == list(first)
+    assert dict(zip(header, row))["modulation"] == "OFDM"
+
+
+def test_array_is_whole_however_the_command_ends(meter):
+    """Interrupted, and when the meter falls silent in between."""
+    result = meter.shell("""
+        $VX63 measure single --freq 557143 --count 1000 --interval 0.05 --json > $DIR/readings &
+        until [ $(grep -c frequency $DIR/readings) -ge 2 ]; do sleep 0.02; done
+        kill -TERM $!; wait $!; cat $DIR/readings""")
+    assert len(json.loads(result.stdout)) >= 2
+    result = meter.vx63(*CHANNEL, "--count", "4", "--interval", "0", "--json", fault="meas/0x104:3-=ret,2")
+    assert result.returncode == 2
+    assert 1 <= len(json.loads(result.stdout)) <= 2
+
+
+def test_input_and_supply_are_told(meter):
+    result = meter.vx63(*CHANNEL, "--input", "1", "--supply", "4", "--lock-timeout", "0")
+    assert "Input           1\nSupply          15 V, tone\n" in result.stdout
+    script = "$VX63 input 1 && $VX63 power-supply 1 && $VX63 measure single --freq 76500 --system level --json"
+    reading = json.loads(meter.shell(script).stdout)
+    assert (reading["input"], reading["channel"]) == (1, None)
+
+
+@pytest.mark.parametrize("words, code, why", [
+    (CHANNEL, 0, ""),
+    (("measure", "single", "--freq", "491143"), 14, "vx63: 1 of 1 fail: 491143 kHz: fail: BER: "),
+    (("measure", "single", "--freq", "491143", "--count", "2", "--interval", "0"), 14, "vx63: 2 of 2 fail: "),
+    (("measure", "single", "--freq", "70000", "--system", "level"), 14, "vx63: nothing can be judged: "),
+    (TOO_WEAK + ("--lock-timeout", "0"), 3, "vx63: no lock at 575143 kHz"),
+    (("scan", "--plan", "uhf"), 14, "vx63: 3 of 40 fail: 16: fail: BER: "),
+    (("measure", "multi", "--plan", "fm"), 0, ""),
+])
+def test_check(meter, words, code, why):
+    result = meter.vx63(*words, "--check")
+    assert result.returncode == code, result.stderr
+    assert result.stderr.startswith(why) and (why != "" or result.stderr == "")
+    assert result.stdout == "" or "\n" in result.stdout
+
+
+def test_marginal_verdict(meter, tmp_path):
+    """A threshold between the two edges of the C/N."""
+    script = ("$VX63 settings set meas_set/thrd 0 CN_LOW 100 && $VX63 settings set meas_set/thrd 0 CN_HIGH 990 && "
+              "$VX63 measure single --freq 557143 --check")
+    result = meter.shell(script)
+    assert result.returncode == 15
+    assert "Verdict         marginal: C/N\n" in result.stdout
+    assert result.stderr.startswith("vx63: 1 of 1 are marginal: 557143 kHz: marginal: C/N: ")
+
+
+def test_broken_thresholds_leave_a_reading(meter):
+    result = meter.shell("echo x > /usr/local/bin/meas_set/measrement_setting_file_thrd.csv; "
+                         "$VX63 measure single --freq 557143")
+    assert result.returncode == 0
+    assert "Lock            yes\n" in result.stdout and "Verdict         -\n" in result.stdout
+    assert result.stderr.count("\n") == 1
 
 
 def test_without_lock(meter):
@@ -95,7 +163,7 @@ def test_without_lock(meter):
 
 
 def test_some_readings_without_lock(meter):
-    result = meter.vx63(*TOO_WEAK, "--lock-timeout", "0", "--count", "2", "--interval", "0.1", "--json")
+    result = meter.vx63(*TOO_WEAK, "--lock-timeout", "0", "--count", "2", "--interval", "0.1", "--jsonl")
     assert result.returncode == 3
     assert [json.loads(line)["locked"] for line in result.stdout.splitlines()] == [False, False]
     assert "2 of 2 readings were without it" in result.stderr
@@ -124,6 +192,17 @@ def test_failures(meter, fault, code, why):
     assert result.stderr.count("\n") == 1 and result.stderr.count(": ") >= 3
     if "0x104" in fault:
         assert meter.requests()[-1] == STOP
+
+
+def test_colours_are_for_terminals(meter):
+    """Where somebody looks on, and wants them."""
+    def shown(*words, **env):
+        terminal = Terminal(*meter.command(VX63, *words), **env)
+        terminal.finish()
+        return terminal.shown
+    assert "Verdict         \x1b[32mpass\x1b[0m\r\n" in shown(*CHANNEL, NO_COLOR="")
+    assert "\x1b[1;31mvx63:\x1b[0m no lock" in shown(*TOO_WEAK, "--lock-timeout", "0", NO_COLOR="")
+    assert "\x1b" not in shown(*CHANNEL) + shown(*CHANNEL, NO_COLOR="", TERM="dumb")
 
 
 def test_failing_stop_is_told(meter):

@@ -35,19 +35,19 @@ def test_chart_fits_the_width(meter, columns):
     (["--plan", "jsat3a"], []),
 ])
 def test_plans(meter, options, names):
-    assert found(meter.vx63("scan", *options, "--json")) == names
+    assert found(meter.vx63("scan", *options, "--jsonl")) == names
 
 
 def test_changes_of_a_plan(meter):
     """The odd channels of the scene come with 11 V and the oscillator of the even ones."""
-    result = meter.vx63("scan", "--plan", "cs", "--lo", "10678000", "--supply", "1", "--system", "satellite", "--json")
+    result = meter.vx63("scan", "--plan", "cs", "--lo", "10678000", "--supply", "1", "--system", "satellite", "--jsonl")
     locked = [channel["channel"] for channel in channels(result) if channel["locked"]]
     assert locked == ["ND1", "ND3", "ND9"]
 
 
 def test_cable_plan_tells_qam_from_ofdm(meter):
     """Each of 150 channels in two ways: more than one run can hold."""
-    result = meter.vx63("scan", "--plan", "catv", "--input", "1", "--json")
+    result = meter.vx63("scan", "--plan", "catv", "--input", "1", "--jsonl")
     list_ = channels(result)
     assert len(list_) == 150
     assert {channel["channel"]: channel["modulation"] for channel in list_ if channel["signal"]} == CATV
@@ -58,7 +58,7 @@ def test_cable_plan_tells_qam_from_ofdm(meter):
 
 def test_part_of_a_cable_plan(meter):
     result = meter.vx63("measure", "multi", "--plan", "catv-high", "--system", "catv", "--mod", "256QAM", "--input", "1",
-                        "--json")
+                        "--jsonl")
     list_ = channels(result)
     assert len(list_) == 88
     assert [channel["channel"] for channel in list_ if channel["locked"]] == ["14", "15"]
@@ -66,7 +66,7 @@ def test_part_of_a_cable_plan(meter):
 
 
 def test_thousand_channels(meter):
-    list_ = channels(meter.vx63("scan", "--plan", "up-stream", "--input", "1", "--json"))
+    list_ = channels(meter.vx63("scan", "--plan", "up-stream", "--input", "1", "--jsonl"))
     assert len(list_) == 1001
     assert [channel["channel"] for channel in list_ if channel["signal"]] == ["19.95", "20.00", "20.05"]
     assert [first for kind, first, _ in parts(meter) if kind == 2] == [240, 240, 240, 200]
@@ -74,7 +74,7 @@ def test_thousand_channels(meter):
 
 
 def test_supply_of_several_bands_is_switched_back(meter):
-    assert meter.vx63("scan", "--plan", "bs-cs", "--json").returncode == 0
+    assert meter.vx63("scan", "--plan", "bs-cs", "--jsonl").returncode == 0
     requests = [(name, body[0]) for name, body in meter.requests() if name == "mix-band-supply"]
     assert requests == [("mix-band-supply", 1), ("mix-band-supply", 0)]
 
@@ -83,7 +83,7 @@ def test_plan_comes_from_the_settings_file(meter):
     """A channel that was moved in the file is measured where it lies now."""
     script = """
         file=/usr/local/bin/ch_set/channel_setting_file_uhf_6mhz.csv
-        sed -i 's/^13,473143/13,557143/' $file && $VX63 scan --plan uhf --json
+        sed -i 's/^13,473143/13,557143/' $file && $VX63 scan --plan uhf --jsonl
     """
     assert [channel["channel"] for channel in channels(meter.shell(script)) if channel["signal"]] == ["13", *UHF]
 
@@ -93,7 +93,7 @@ def test_missing_files_are_told(meter):
     result = meter.shell(f"""
         rm {ROOT}ch_set/channel_setting_file_uhf_6mhz.csv {ROOT}ch_set/channel_setting_file_bs_34.5mhz.csv \\
             {ROOT}meas_set/*
-        $VX63 scan --plan uhf --json; $VX63 scan --plan bs --json
+        $VX63 scan --plan uhf --jsonl; $VX63 scan --plan bs --jsonl
     """)
     list_ = [json.loads(line) for line in result.stdout.splitlines()]
     assert result.returncode == 0
@@ -125,7 +125,7 @@ def test_missing_files_are_told(meter):
 def test_broken_files_end_it(meter, path, break_it, name, why):
     """Before anything is measured, and in the words of 'vx63 settings show'."""
     plan = "uhf" if name in ("ch_set/uhf", "meas_set/thrd") else "bs"
-    result = meter.shell(f"{break_it} {ROOT}{path}; $VX63 scan --plan {plan} --json")
+    result = meter.shell(f"{break_it} {ROOT}{path}; $VX63 scan --plan {plan} --jsonl")
     told = f"vx63: cannot read {name}: {why}: correct {ROOT}{path}, or use 'vx63 settings reset {name}'\n"
     assert (result.returncode, result.stdout, result.stderr) == (65, "", told)
     assert meter.requests() == []
@@ -136,7 +136,7 @@ def test_broken_files_end_it(meter, path, break_it, name, why):
 def test_thresholds_come_from_the_settings_file(meter):
     script = """
         file=/usr/local/bin/meas_set/measrement_setting_file_thrd.csv
-        sed -i 's/^1,0,1,200,470,/1,0,1,200,680,/' $file && $VX63 scan --plan uhf --json
+        sed -i 's/^1,0,1,200,470,/1,0,1,200,680,/' $file && $VX63 scan --plan uhf --jsonl
     """
     verdicts = {channel["channel"]: channel["level_verdict"] for channel in channels(meter.shell(script))}
     assert verdicts["27"] == verdicts["21"] == "fail"

@@ -25,11 +25,11 @@ def test_each_folder(meter, options, folder, set_id):
         "$VX63" sets copy 'A B' C {where}
         cmp '{ROOT}{folder}/A B.csv' {ROOT}{folder}/C.csv
         sed -n 3p {ROOT}{folder}/C.csv
-        "$VX63" sets list --json {where}
+        "$VX63" sets list --jsonl {where}
         "$VX63" sets delete 'A B' --yes {where}
-        "$VX63" sets list --json {where}
+        "$VX63" sets list --jsonl {where}
         "$VX63" sets clear --yes {where}
-        "$VX63" sets list --json {where}
+        "$VX63" sets list --jsonl {where}
         ls {ROOT}{folder}
     """)
     assert (result.returncode, result.stderr) == (0, "")
@@ -50,7 +50,7 @@ def test_each_folder(meter, options, folder, set_id):
 def test_channels_of_a_plan(meter):
     result = meter.shell("""
         "$VX63" sets create UHF --from uhf && "$VX63" sets show UHF --csv | sed -n '2,3p;$p'
-        "$VX63" sets create CATV --from catv_all && "$VX63" sets show CATV --json | sed -n '1p'
+        "$VX63" sets create CATV --from catv_all && "$VX63" sets show CATV --jsonl | sed -n '1p'
         "$VX63" settings set user_set/UHF 39 MOD 8 && "$VX63" settings get user_set/UHF 39 MOD
     """)
     assert result.stderr == ""

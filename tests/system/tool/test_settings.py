@@ -75,7 +75,7 @@ def test_a_whole_session(meter):
 
 
 def test_the_catalogue(meter):
-    result = meter.vx63("settings", "list", "--json")
+    result = meter.vx63("settings", "list", "--jsonl")
     assert (result.returncode, result.stderr) == (0, "")
     layouts = {file_id: text.split() for ids, text in COLUMNS.items() for file_id in ids}
     listed = lines(result.stdout)
@@ -101,7 +101,7 @@ def test_state_of_the_files(meter):
         rm {ROOT}sys_set/system_setting_file_powoff.csv
         echo 9.9.9 > {FM}
         "$VX63" settings list | grep -E ' (sys_set|ch_set/fm) ?'
-        "$VX63" settings list --json | sed -n '1p;2p;30p'
+        "$VX63" settings list --jsonl | sed -n '1p;2p;30p'
     """)
     assert re.search(r"sys_set/powoff +1 +missing$", result.stdout, re.M)
     assert re.search(r"sys_set/volume +1 +changed$", result.stdout, re.M)
@@ -118,7 +118,7 @@ def test_show(meter):
     result = meter.shell(f"""
         "$VX63" settings show volume --csv | cmp - {VOLUME}
         "$VX63" settings show 29 --default --csv | cmp - {FM}
-        "$VX63" settings show ch_set/uhf --json | head -n 1
+        "$VX63" settings show ch_set/uhf --jsonl | head -n 1
         "$VX63" settings get meas_set/local_freq 0 local_freq2
         "$VX63" settings get ch_set/uhf 0 CH_NO
         "$VX63" settings show user_set/list | head -n 2
@@ -214,7 +214,7 @@ def test_broken_files(meter, record, why):
         before() {{ head -n 2 {VOLUME}; printf '{record}'; }}
         before > "$DIR/file" && cp "$DIR/file" {VOLUME}
         "$VX63" settings check | grep volume
-        "$VX63" settings check --json | grep volume
+        "$VX63" settings check --jsonl | grep volume
         "$VX63" settings check > "$DIR/out"; echo $?
         "$VX63" settings show volume; echo $?
         "$VX63" settings set volume 0 VOLUME 1; echo $?
@@ -261,14 +261,14 @@ def test_diff(meter):
         "$VX63" settings diff; echo $?
         "$VX63" settings set volume 0 VOLUME 1; "$VX63" settings set fm 2 CH_NO x
         "$VX63" settings diff; echo $?
-        "$VX63" settings diff 1 --json; echo $?
+        "$VX63" settings diff 1 --jsonl; echo $?
         "$VX63" settings diff brightness; echo $?
     """)
     assert result.stderr == ""
     assert result.stdout == (
         '0\n'
         'sys_set/volume 0 VOLUME: 1 (factory 0)\nch_set/fm 2 CH_NO: "x" (factory "70.2")\n4\n'
-        '{"name":"sys_set/volume","record":0,"column":"VOLUME","value":1,"other":0}\n4\n'
+        '{"name":"sys_set/volume","record":0,"column":"VOLUME","value":1,"other":0,"missing":null}\n4\n'
         '0\n')
 
 
@@ -362,7 +362,7 @@ def test_reader_that_goes_away(meter):
     assert result.stderr == ""
 
 
-@pytest.mark.parametrize("words", [["list"], ["show", "fm"], ["check"], ["diff"], ["list", "--json"]])
+@pytest.mark.parametrize("words", [["list"], ["show", "fm"], ["check"], ["diff"], ["list", "--jsonl"]])
 def test_full_disk(meter, words):
     result = meter.shell(f'"$VX63" settings set volume 0 VOLUME 1; "$VX63" settings {" ".join(words)} > /dev/full')
     assert result.returncode == 74
@@ -371,7 +371,7 @@ def test_full_disk(meter, words):
 
 def test_no_files_at_all(isolation):
     script = """
-        "$VX63" settings check | grep -vc missing; "$VX63" settings list --json | grep -c '"present":true'
+        "$VX63" settings check | grep -vc missing; "$VX63" settings list --jsonl | grep -c '"present":true'
         "$VX63" settings diff; echo $?
         "$VX63" settings export "$DIR"; "$VX63" settings show volume --default --csv | tail -n 1
         "$VX63" settings reset --all --yes; "$VX63" settings check | grep -c ok

@@ -92,7 +92,7 @@ def options_of(*words):
     (["input", "0", "1"], "1"),
     (["power-supply", "on"], "SUPPLY: 'on' is not"),
     (["power-supply", "5"], "SUPPLY: '5' is not"),
-    (["power-supply", "1", "--json"], "excludes"),
+    (["power-supply", "1", "--json"], "leave SUPPLY out"),
     (["status", "now"], "now"),
     (["settings"], "no command is given"),
     (["settings", "bogus"], "'bogus' is no command"),

@@ -19,7 +19,7 @@ VX63 = BUILD / "bin" / "vx63"
 
 def environment(**changes):
     env = {key: value for key, value in os.environ.items() if not key.startswith("VX63_")}
-    return env | {"TZ": "UTC0", "LC_ALL": "C.UTF-8"} | changes
+    return env | {"TZ": "UTC0", "LC_ALL": "C.UTF-8", "NO_COLOR": "1"} | changes
 
 
 def default_signals():
@@ -86,11 +86,11 @@ def until(condition):
 class Terminal:
     """A program on a terminal of its own; what it shows comes as one stream."""
 
-    def __init__(self, *command, columns=80):
+    def __init__(self, *command, columns=80, **env):
         self.master, terminal = pty.openpty()
         fcntl.ioctl(terminal, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
         self.process = subprocess.Popen([str(word) for word in command], stdin=terminal, stdout=terminal,
-                                        stderr=terminal, start_new_session=True, env=environment(),
+                                        stderr=terminal, start_new_session=True, env=environment(**env),
                                         preexec_fn=lambda: self._prepare(terminal))
         os.close(terminal)
         self.shown = ""

@@ -115,6 +115,7 @@ TEST(Judgement, OfALevelNeedsNoLock)
 
 TEST(Judgement, NoRecordNoVerdict)
 {
+    EXPECT_EQ(judge(table(), condition(0, 0), locked(600, 300, 0, 0)).whole, Verdict::pass); // no band
     EXPECT_EQ(judge(table(), condition(2, 0), locked(600, 300, 0, 0)).whole, Verdict::none);
     EXPECT_EQ(judge({}, condition(1, 0), locked(600, 300, 0, 0)).whole, Verdict::none);
     MultiMeasResult other = locked(600, 300, 0, 0);

@@ -101,10 +101,16 @@ TEST(LogLine, JsonHasTheFieldsOrTheText)
 {
     EXPECT_EQ(logLineJson(kStart).line(),
               R"({"time":1700000000.012345,"program":"demo","file":"libvx63.cpp","line":42,)"
-              R"("function":"vx63_init","message":"Start."})"
+              R"("function":"vx63_init","message":"Start.","text":null})"
               "\n");
-    EXPECT_EQ(logLineJson("half a li").line(), "{\"text\":\"half a li\"}\n");
-    EXPECT_EQ(logLineJson("\xFF\x01").line(), "{\"text\":\"\xEF\xBF\xBD\\u0001\"}\n");
+    EXPECT_EQ(
+        logLineJson("half a li").line(),
+        "{\"time\":null,\"program\":null,\"file\":null,\"line\":null,\"function\":null,\"message\":null,"
+        "\"text\":\"half a li\"}\n");
+    EXPECT_EQ(
+        logLineJson("\xFF\x01").line(),
+        "{\"time\":null,\"program\":null,\"file\":null,\"line\":null,\"function\":null,\"message\":null,"
+        "\"text\":\"\xEF\xBF\xBD\\u0001\"}\n");
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "common/text.h"
 #include "measure/reading.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <ctime>
 #include <gtest/gtest.h>
@@ -17,7 +18,10 @@ namespace {
 
 Reading lockedReading()
 {
-    Reading reading{1700000000250, 557143, {}};
+    Reading reading{1700000000250, "27", {}, {}, 0, VX63_POWER_SUPPLY_15V_TONE, {}};
+    reading.condition.ulFreq = 557143;
+    reading.condition.ulLoFreq = 0;
+    reading.judgement = {Verdict::pass, Verdict::marginal, Verdict::none, Verdict::marginal};
     reading.result.lock = 1;
     reading.result.stat = 0x0007;
     reading.result.bdSys = 0;
@@ -34,7 +38,10 @@ Reading lockedReading()
 
 TEST(Reading, TextIsAligned)
 {
-    EXPECT_EQ(readingText(lockedReading()), "Frequency       557143 kHz\n"
+    EXPECT_EQ(readingText(lockedReading()), "Channel         27\n"
+                                            "Frequency       557143 kHz\n"
+                                            "Input           0\n"
+                                            "Supply          15 V, tone\n"
                                             "System          terrestrial\n"
                                             "Lock            yes\n"
                                             "Level           62.9 dBuV\n"
@@ -44,14 +51,18 @@ TEST(Reading, TextIsAligned)
                                             "Modulation      OFDM\n"
                                             "Guard interval  1/8\n"
                                             "TSID            0x7FE0\n"
-                                            "Layer           3\n");
+                                            "Layer           3\n"
+                                            "Verdict         marginal: C/N\n");
 }
 
 TEST(Reading, WithoutLockTheSignalIsUnknown)
 {
-    Reading reading{0, 575143, {}};
+    Reading reading{0, "", {}, {}, {}, {}, {}};
+    reading.condition.ulFreq = 575143;
     reading.result.LEVEL = 95;
     EXPECT_EQ(readingText(reading), "Frequency       575143 kHz\n"
+                                    "Input           -\n"
+                                    "Supply          -\n"
                                     "System          terrestrial\n"
                                     "Lock            no\n"
                                     "Level           9.5 dBuV\n"
@@ -61,24 +72,74 @@ TEST(Reading, WithoutLockTheSignalIsUnknown)
                                     "Modulation      -\n"
                                     "Guard interval  -\n"
                                     "TSID            -\n"
-                                    "Layer           -\n");
-    EXPECT_EQ(readingJson(reading).line(),
-              R"({"time":0.0,"frequency_khz":575143,"locked":false,"level_dbuv":9.5,"cnr_db":0.0,"ber":null,)"
-              R"("ber_errors":0,"ber_bits":0,"system":"terrestrial","modulation":null,"guard_interval":null,)"
-              R"("tsid":null,"layer":null,"lock_code":0,"status_code":0,"condition_code":0,"system_code":0,)"
-              R"("modulation_code":0,"guard_interval_code":0})"
-              "\n");
+                                    "Layer           -\n"
+                                    "Verdict         -\n");
+    EXPECT_EQ(
+        readingJson(reading).line(),
+        R"({"time":0.0,"channel":null,"frequency_khz":575143,"lo_khz":0,"input":null,"power_supply":null,)"
+        R"("signal":false,"locked":false,"level_dbuv":9.5,"cnr_db":0.0,"ber":null,"ber_errors":0,"ber_bits":0,)"
+        R"("system":"terrestrial","modulation":null,"guard_interval":null,"tsid":null,"layer":null,)"
+        R"("verdict":null,"level_verdict":null,"cnr_verdict":null,"ber_verdict":null,"lock_code":0,)"
+        R"("status_code":0,"condition_code":0,"system_code":0,"modulation_code":0,"guard_interval_code":0})"
+        "\n");
 }
 
 TEST(Reading, JsonHasNumbersInUnits)
 {
     EXPECT_EQ(
         readingJson(lockedReading()).line(),
-        R"({"time":1700000000.25,"frequency_khz":557143,"locked":true,"level_dbuv":62.9,"cnr_db":33.1,)"
-        R"("ber":0.00025,"ber_errors":250,"ber_bits":1000000,"system":"terrestrial","modulation":"OFDM",)"
-        R"("guard_interval":"1/8","tsid":32736,"layer":3,"lock_code":1,"status_code":7,)"
-        R"("condition_code":0,"system_code":0,"modulation_code":1,"guard_interval_code":2})"
+        R"({"time":1700000000.25,"channel":"27","frequency_khz":557143,"lo_khz":0,"input":0,"power_supply":4,)"
+        R"("signal":true,"locked":true,"level_dbuv":62.9,"cnr_db":33.1,"ber":0.00025,"ber_errors":250,)"
+        R"("ber_bits":1000000,"system":"terrestrial","modulation":"OFDM","guard_interval":"1/8","tsid":32736,)"
+        R"("layer":3,"verdict":"marginal","level_verdict":"pass","cnr_verdict":"marginal","ber_verdict":null,)"
+        R"("lock_code":1,"status_code":7,"condition_code":0,"system_code":0,"modulation_code":1,)"
+        R"("guard_interval_code":2})"
         "\n");
+}
+
+TEST(Reading, CsvHasTheKeysOfJson)
+{
+    const Json json = readingJson(lockedReading());
+    EXPECT_EQ(
+        json.csvHeader(),
+        "time,channel,frequency_khz,lo_khz,input,power_supply,signal,locked,level_dbuv,cnr_db,ber,ber_errors,"
+        "ber_bits,system,modulation,guard_interval,tsid,layer,verdict,level_verdict,cnr_verdict,ber_verdict,"
+        "lock_code,status_code,condition_code,system_code,modulation_code,guard_interval_code\n");
+    EXPECT_EQ(json.csvLine(),
+              "1700000000.25,27,557143,0,0,4,true,true,62.9,33.1,0.00025,250,1000000,terrestrial,OFDM,"
+              "1/8,32736,3,marginal,pass,marginal,,1,7,0,0,1,2\n");
+    EXPECT_EQ(Json({{"a,b", "c\"d"}, {"e", Json::array({1, 2})}, {"f", nullptr}}).csvHeader(),
+              "\"a,b\",e,f\n");
+    EXPECT_EQ(Json({{"a,b", "c\"d"}, {"e", Json::array({1, 2})}, {"f", nullptr}}).csvLine(),
+              "\"c\"\"d\",\"[1,2]\",\n");
+}
+
+TEST(Reading, SurroundingsAreThoseOfTheStatus)
+{
+    const auto supplyAt = [](uint16_t bits) {
+        Reading reading{};
+        MeasStatus status{};
+        status.usInputStat = bits;
+        setSurroundings(reading, status);
+        return std::pair(*reading.input, *reading.supply);
+    };
+    EXPECT_EQ(supplyAt(0x00), std::pair(0u, 0u));
+    EXPECT_EQ(supplyAt(0x01), std::pair(1u, 0u));
+    EXPECT_EQ(supplyAt(0x02), std::pair(0u, 1u));
+    EXPECT_EQ(supplyAt(0x06), std::pair(0u, 2u));
+    EXPECT_EQ(supplyAt(0x0A), std::pair(0u, 3u));
+    EXPECT_EQ(supplyAt(0x3F), std::pair(1u, 4u));
+    EXPECT_EQ(supplyAt(0x0C), std::pair(0u, 0u)); // what it would be does not count while it is off
+}
+
+TEST(Numbers, AreRoundedToWhatTheyMean)
+{
+    EXPECT_EQ(rounded(33.6612, 2), 33.66);
+    EXPECT_EQ(rounded(-0.005, 1), 0.0);
+    EXPECT_FALSE(std::signbit(rounded(-5.55e-17, 3)));
+    EXPECT_TRUE(std::isnan(rounded(std::nan(""), 3)));
+    EXPECT_EQ(significant(0.000123456, 4), 0.0001235);
+    EXPECT_EQ(significant(0, 4), 0.0);
 }
 
 TEST(Reading, UnknownCodesAreShownAsCodes)
@@ -101,7 +162,7 @@ TEST(Reading, UnknownCodesAreShownAsCodes)
 
 TEST(Reading, BitErrorRateSaysHowMuchIsKnown)
 {
-    SingleMeasResult result{};
+    MultiMeasResult result{};
     EXPECT_EQ(bitErrorRateText(result), "-");
     EXPECT_FALSE(bitErrorRate(result));
     result.BER_TOTAL = 2000000;
@@ -121,7 +182,8 @@ TEST(Reading, TableHasOneLineAReading)
 
 TEST(Reading, TextFitsFortyColumns)
 {
-    Reading reading{1700000000250, UINT32_MAX, {}};
+    Reading reading{1700000000250, "", {}, {}, {}, {}, {}};
+    reading.condition.ulFreq = UINT32_MAX;
     reading.result.lock = 1;
     reading.result.LEVEL = reading.result.BER_TOTAL = reading.result.BER_ERR = reading.result.MOD =
         UINT32_MAX;
