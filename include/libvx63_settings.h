@@ -30,33 +30,44 @@ enum ColumnType : uint32_t {
 
 // A value with a name of its own.
 struct Word {
-    int64_t value;
+    int64_t value;         // or a bit
     std::string_view text; // may be empty
 };
 
 // The values of a column that have a meaning.
 struct Values {
-    enum Kind { kRange, kWords, kBits };
+    // How they are told.
+    enum Kind {
+        kRange, // those of a range, and the words
+        kWords, // the words alone
+        kBits,  // the words, and any of their bits together
+    };
 
-    std::string_view unit; // "0.1 dB": a 5 is 0.5 dB; may be empty
-    Kind kind;      // those of the range and the words; the words alone; any of the words' bits together
-    int64_t lowest; // of the range
-    int64_t highest;
-    const Word* words;
-    uint32_t wordCount;
+    std::string_view unit; // of "0.1 dB" a 5 is 0.5 dB; may be empty
+    Kind kind;             // how they are told
+    int64_t lowest;        // of the range
+    int64_t highest;       // of the range
+    const Word* words;     // null where there are none
+    uint32_t wordCount;    // how many there are
 
+    // A range.
     constexpr Values(std::string_view unitOfValues, int64_t from, int64_t to)
         : unit(unitOfValues), kind(kRange), lowest(from), highest(to), words(nullptr), wordCount(0)
     {}
+
+    // A range and words.
     template <uint32_t kCount>
     constexpr Values(std::string_view unitOfValues, int64_t from, int64_t to, const Word (&beside)[kCount])
         : unit(unitOfValues), kind(kRange), lowest(from), highest(to), words(beside), wordCount(kCount)
     {}
+
+    // Words or bits.
     template <uint32_t kCount>
     constexpr Values(std::string_view unitOfValues, Kind wordsOrBits, const Word (&all)[kCount])
         : unit(unitOfValues), kind(wordsOrBits), lowest(0), highest(0), words(all), wordCount(kCount)
     {}
 
+    // Whether a value is one of them.
     constexpr bool have(int64_t value) const
     {
         int64_t bits = 0;
@@ -111,10 +122,10 @@ inline constexpr Word kBandWords[] = {
 inline constexpr Values kBands{"", Values::kWords, kBandWords};
 
 inline constexpr Word kWaveWords[] = {
-    {0, "BS and CS, first"},  //
-    {1, "BS and CS, second"}, //
-    {2, "horizontal"},        //
-    {3, "vertical"},          //
+    {0, "first of BS and CS"},  //
+    {1, "second of BS and CS"}, //
+    {2, "horizontal"},          //
+    {3, "vertical"},            //
 };
 inline constexpr Values kWaves{"", Values::kWords, kWaveWords};
 
@@ -136,8 +147,8 @@ inline constexpr Word kModulationWords[] = {
     {VX63_MOD_OFDM, "OFDM"},
     {VX63_MOD_BPSK, "BPSK"},
     {VX63_MOD_QPSK, "QPSK"},
-    {VX63_MOD_8PSK_SATELLITE, "8PSK, of satellite"},
-    {VX63_MOD_8PSK, "8PSK, of the others"},
+    {VX63_MOD_8PSK_SATELLITE, "8PSK (satellite)"},
+    {VX63_MOD_8PSK, "8PSK (others)"},
     {VX63_MOD_16APSK, "16APSK"},
     {VX63_MOD_32APSK, "32APSK"},
     {VX63_MOD_64QAM, "64QAM"},
