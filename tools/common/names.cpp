@@ -1,6 +1,7 @@
 #include "common/names.h"
 
 #include "libvx63.h"
+#include "libvx63_settings.h"
 
 #include <algorithm>
 #include <cctype>
@@ -10,40 +11,17 @@ namespace tool {
 
 namespace {
 
-struct Name {
-    uint32_t code;
-    std::string_view text;
-};
+using vx63::settings::Word;
 
-constexpr Name kSystems[] = {
-    {VX63_BDSYS_TERRESTRIAL, "terrestrial"},
-    {VX63_BDSYS_SATELLITE, "satellite"},
-    {VX63_BDSYS_SATELLITE_2, "satellite-2"},
-    {VX63_BDSYS_CATV, "catv"},
-    {VX63_BDSYS_JSAT, "jsat"},
-    {VX63_BDSYS_JSAT_2, "jsat-2"},
-    {VX63_BDSYS_SKYP, "skyp"},
-    {VX63_BDSYS_CATV_2, "catv-2"},
-    {VX63_BDSYS_LEVEL, "level"},
-};
-
-constexpr Name kModulations[] = {
+constexpr Word kModulations[] = {
     {VX63_MOD_OFDM, "OFDM"},           {VX63_MOD_BPSK, "BPSK"},   {VX63_MOD_QPSK, "QPSK"},
     {VX63_MOD_8PSK_SATELLITE, "8PSK"}, {VX63_MOD_8PSK, "8PSK"},   {VX63_MOD_16APSK, "16APSK"},
     {VX63_MOD_32APSK, "32APSK"},       {VX63_MOD_64QAM, "64QAM"}, {VX63_MOD_256QAM, "256QAM"},
     {VX63_MOD_NONE, "none"},
 };
 
-constexpr Name kGuardIntervals[] = {
+constexpr Word kGuardIntervals[] = {
     {VX63_GI_1_32, "1/32"}, {VX63_GI_1_16, "1/16"}, {VX63_GI_1_8, "1/8"}, {VX63_GI_1_4, "1/4"}};
-
-constexpr Name kPowerSupplies[] = {
-    {VX63_POWER_SUPPLY_OFF, "off"},
-    {VX63_POWER_SUPPLY_11V, "11 V"},
-    {VX63_POWER_SUPPLY_15V, "15 V"},
-    {VX63_POWER_SUPPLY_11V_TONE, "11 V, tone"},
-    {VX63_POWER_SUPPLY_15V_TONE, "15 V, tone"},
-};
 
 bool sameWord(std::string_view a, std::string_view b)
 {
@@ -52,30 +30,30 @@ bool sameWord(std::string_view a, std::string_view b)
 }
 
 template <size_t N>
-std::optional<std::string_view> nameOf(const Name (&names)[N], uint32_t code)
+std::optional<std::string_view> nameOf(const Word (&names)[N], uint32_t code)
 {
-    const auto* found = std::ranges::find(names, code, &Name::code);
+    const auto* found = std::ranges::find(names, code, &Word::value);
     if (found == std::end(names))
         return std::nullopt;
     return found->text;
 }
 
 template <size_t N>
-std::optional<uint16_t> codeOf(const Name (&names)[N], std::string_view text)
+std::optional<uint16_t> codeOf(const Word (&names)[N], std::string_view text)
 {
     const auto* found =
-        std::ranges::find_if(names, [&](const Name& name) { return sameWord(name.text, text); });
+        std::ranges::find_if(names, [&](const Word& name) { return sameWord(name.text, text); });
     if (found == std::end(names))
         return std::nullopt;
-    return static_cast<uint16_t>(found->code);
+    return static_cast<uint16_t>(found->value);
 }
 
 template <size_t N>
-std::string listOf(const Name (&names)[N])
+std::string listOf(const Word (&names)[N])
 {
     std::string list;
     std::string_view previous;
-    for (const Name& name : names) {
+    for (const Word& name : names) {
         if (name.text == previous)
             continue;
         if (!list.empty())
@@ -89,17 +67,17 @@ std::string listOf(const Name (&names)[N])
 
 std::optional<std::string_view> systemName(uint16_t code)
 {
-    return nameOf(kSystems, code);
+    return nameOf(vx63::settings::kSystemWords, code);
 }
 
 std::optional<uint16_t> systemCode(std::string_view name)
 {
-    return codeOf(kSystems, name);
+    return codeOf(vx63::settings::kSystemWords, name);
 }
 
 std::string systemNames()
 {
-    return listOf(kSystems);
+    return listOf(vx63::settings::kSystemWords);
 }
 
 std::optional<std::string_view> modulationName(uint32_t code)
@@ -125,7 +103,7 @@ std::optional<std::string_view> guardIntervalName(uint8_t code)
 
 std::optional<std::string_view> powerSupplyName(uint8_t code)
 {
-    return nameOf(kPowerSupplies, code);
+    return nameOf(vx63::settings::kSupplyWords, code);
 }
 
 } // namespace tool

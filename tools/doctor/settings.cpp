@@ -53,7 +53,7 @@ Check checkFolder(uint32_t fileId)
 
 Check checkOf(const Finding& finding)
 {
-    const auto& [file, fault, records] = finding;
+    const auto& [file, fault, records, meaningless] = finding;
     if (!fault)
         return {"files",
                 pathOf(file),

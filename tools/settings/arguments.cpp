@@ -28,9 +28,14 @@ std::vector<std::string> columnsOfGiven(const cli::Given& given)
 
 } // namespace
 
-void addColumnArgument(CommandLine& line, std::string& name)
+Option addColumnArgument(CommandLine& line, std::string& name)
 {
-    line.text("COLUMN", name, "NAME", "Name of the column").required().offers(columnsOfGiven);
+    return line.text("COLUMN", name, "NAME", "Name of the column").offers(columnsOfGiven);
+}
+
+void addForce(CommandLine& line, bool& force)
+{
+    line.flag("--force", force, "Values without a meaning, too");
 }
 
 const vx63::settings::Column* requireColumn(const FileRef& file, const std::string& name)

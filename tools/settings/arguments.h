@@ -1,4 +1,4 @@
-// The arguments FILE, RECORD and COLUMN.
+// The arguments FILE, RECORD and COLUMN, and --force.
 #pragma once
 
 #include "common/command_line.h"
@@ -19,7 +19,8 @@ Option addFileArgument(CommandLine& line, File& file)
 }
 
 void addRecordArgument(CommandLine& line, uint32_t& record);
-void addColumnArgument(CommandLine& line, std::string& name);
+Option addColumnArgument(CommandLine& line, std::string& name);
+void addForce(CommandLine& line, bool& force);
 
 // Throw Failure.
 const vx63::settings::Column* requireColumn(const FileRef& file, const std::string& name);

@@ -5,6 +5,7 @@
 #include "common/table.h"
 #include "common/text.h"
 #include "settings/findings.h"
+#include "settings/meaning.h"
 #include "settings/subcommands.h"
 
 #include <string>
@@ -26,7 +27,10 @@ Json findingJson(const Finding& finding)
                  {"missing", finding.fault && finding.fault->missing},
                  {"line", nullptr},
                  {"column", nullptr},
-                 {"fault", nullptr}};
+                 {"fault", nullptr},
+                 {"note", nullptr}};
+    if (!finding.meaningless.empty())
+        json.set("note", listedValues(finding.meaningless));
     if (!finding.fault || finding.fault->missing)
         return json;
     if (finding.fault->line != 0)
@@ -44,6 +48,8 @@ int check(const Options& options)
     int code = kExitSuccess;
     for (const Finding& finding : examineFiles()) {
         std::string verdict = "ok";
+        if (!finding.meaningless.empty())
+            verdict += ", but " + listedValues(finding.meaningless);
         if (finding.fault && finding.fault->missing) {
             verdict = kindOf(finding.file.fileId) == FileKind::ordinary ? "missing: the factory contents hold"
                                                                         : "missing";

@@ -1,5 +1,6 @@
 #include "settings/findings.h"
 
+#include "settings/meaning.h"
 #include "settings/set_list.h"
 
 #include <string>
@@ -15,10 +16,16 @@ Fault faultBecause(const std::string& reason)
     return fault;
 }
 
+Finding findingOf(const FileRef& file, const ReadResult& read)
+{
+    if (read.fault)
+        return {file, read.fault};
+    return {file, std::nullopt, read.contents.records, meaninglessValues(file.fileId, read.contents)};
+}
+
 Finding examineFile(const FileRef& file)
 {
-    const ReadResult read = readFile(file);
-    return {file, read.fault, read.contents.records};
+    return findingOf(file, readFile(file));
 }
 
 void examineFolder(uint32_t setFileId, std::vector<Finding>& findings)
@@ -33,7 +40,7 @@ void examineFolder(uint32_t setFileId, std::vector<Finding>& findings)
     }
     const FileRef list{listOf(setFileId), ""};
     const ReadResult read = readFile(list);
-    findings.push_back({list, read.fault, read.contents.records});
+    findings.push_back(findingOf(list, read));
     if (read.fault && !read.fault->missing)
         return;
     for (const std::string& reason : listFaults(listedSets(list.fileId, read.contents), names))

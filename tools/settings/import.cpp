@@ -4,7 +4,9 @@
 #include "common/identity.h"
 #include "common/output.h"
 #include "common/text.h"
+#include "settings/arguments.h"
 #include "settings/file.h"
+#include "settings/meaning.h"
 #include "settings/set_list.h"
 #include "settings/subcommands.h"
 
@@ -25,6 +27,7 @@ struct Options {
     int32_t id = kDefaultProcessId;
     std::string folder;
     bool yes = false;
+    bool force = false;
 };
 
 struct Item {
@@ -130,6 +133,15 @@ void Source::checkSets(uint32_t setFileId)
         m_faults.push_back(folder + ": in the list, " + fault);
 }
 
+std::vector<std::string> meaninglessValues(const Source& source)
+{
+    std::vector<std::string> values;
+    for (const Item& item : source.items())
+        for (const std::string& value : meaninglessValues(item.file.fileId, item.contents))
+            values.push_back(nameOf(item.file) + " " + value);
+    return values;
+}
+
 // The sets of a folder that has a list become those of the source; lists are written once their sets are
 // there, and what they do not name is removed last.
 void write(const Source& source)
@@ -166,6 +178,8 @@ int importSettings(const Options& options)
     if (source.items().empty())
         throw Failure(kExitNoInput, what, "no settings files are in it",
                       "give the folder above sys_set, ch_set and the others");
+    if (!options.force)
+        requireMeaning(kExitData, what, meaninglessValues(source), "correct them, or give --force");
     for (const Item& item : source.items())
         if (const fs::path place = fs::path(pathOf(item.file)).parent_path(); !fs::is_directory(place))
             throw Failure(kExitOutput, what, place.string() + " is not there",
@@ -186,6 +200,7 @@ void addSettingsImport(CommandLine& settings)
         "import", "Take over the files of a folder, all or none", "vx63 settings import backup --yes",
         importSettings, [](CommandLine& line, Options& options) {
             line.text("DIR", options.folder, "DIR", "The folder, one that 'export' made").required();
+            addForce(line, options.force);
         });
 }
 

@@ -20,13 +20,6 @@ uint32_t unsignedAt(const uint8_t* field, uint32_t width)
     return value;
 }
 
-// The only signed fields have 4 bytes.
-int64_t numberAt(const vx63::settings::Column& column, const uint8_t* record)
-{
-    const uint32_t value = unsignedAt(record + column.offset, column.width);
-    return column.type == vx63::settings::kSigned ? int64_t{static_cast<int32_t>(value)} : int64_t{value};
-}
-
 std::optional<int64_t> parseSigned(std::string_view text)
 {
     int64_t value = 0;
@@ -37,6 +30,21 @@ std::optional<int64_t> parseSigned(std::string_view text)
 }
 
 } // namespace
+
+Range rangeOf(const vx63::settings::Column& column)
+{
+    const int64_t values = int64_t{1} << (8 * column.width);
+    if (column.type == vx63::settings::kSigned)
+        return {-values / 2, values / 2 - 1};
+    return {0, values - 1};
+}
+
+// The only signed fields have 4 bytes.
+int64_t numberAt(const vx63::settings::Column& column, const uint8_t* record)
+{
+    const uint32_t value = unsignedAt(record + column.offset, column.width);
+    return column.type == vx63::settings::kSigned ? int64_t{static_cast<int32_t>(value)} : int64_t{value};
+}
 
 std::string cellText(const vx63::settings::Column& column, const uint8_t* record)
 {
@@ -67,10 +75,7 @@ std::optional<std::string> storeCell(const vx63::settings::Column& column, uint8
         std::memcpy(field, text.data(), text.size());
         return std::nullopt;
     }
-    const bool isSigned = column.type == vx63::settings::kSigned;
-    const int64_t values = int64_t{1} << (8 * column.width);
-    const int64_t lowest = isSigned ? -values / 2 : 0;
-    const int64_t highest = isSigned ? values / 2 - 1 : values - 1;
+    const auto [lowest, highest] = rangeOf(column);
     std::optional<int64_t> value = parseSigned(text);
     if (const auto hexadecimal = parseNumber(text); !value && hexadecimal)
         value = static_cast<int64_t>(std::min<uint64_t>(*hexadecimal, INT64_MAX));

@@ -4,11 +4,22 @@
 #include "common/json.h"
 #include "libvx63_settings.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace tool {
+
+// What a column of numbers can hold.
+struct Range {
+    int64_t lowest;
+    int64_t highest;
+};
+Range rangeOf(const vx63::settings::Column& column);
+
+// Of a column of numbers.
+int64_t numberAt(const vx63::settings::Column& column, const uint8_t* record);
 
 // As it stands in the file, but a text without quotes.
 std::string cellText(const vx63::settings::Column& column, const uint8_t* record);

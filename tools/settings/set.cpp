@@ -3,6 +3,7 @@
 #include "common/identity.h"
 #include "settings/arguments.h"
 #include "settings/file.h"
+#include "settings/meaning.h"
 #include "settings/record.h"
 #include "settings/subcommands.h"
 
@@ -19,6 +20,7 @@ struct Options {
     uint32_t record = 0;
     std::string column;
     std::string value;
+    bool force = false;
 };
 
 int set(const Options& options)
@@ -29,8 +31,11 @@ int set(const Options& options)
                       "a list must agree with the sets in its folder", "use 'vx63 sets'");
     const vx63::settings::Column* column = requireColumn(file, options.column);
     std::vector<uint8_t> scratch(entryOf(file).dataSize);
+    const std::string what = "cannot set " + std::string(column->name);
     if (const auto why = storeCell(*column, scratch.data(), options.value))
-        throw Failure(kExitUsage, "cannot set " + std::string(column->name), *why, "give another value");
+        throw Failure(kExitUsage, what, *why, "give another value");
+    if (const auto why = meaningFault(*column, scratch.data()); why && !options.force)
+        throw Failure(kExitUsage, what, *why, "give another value, or --force");
 
     const Identity identity(options.id);
     const auto fault = readFile(file).fault;
@@ -56,8 +61,9 @@ void addSettingsSet(CommandLine& settings)
                         [](CommandLine& line, Options& options) {
                             addFileArgument(line, options.file).required();
                             addRecordArgument(line, options.record);
-                            addColumnArgument(line, options.column);
+                            addColumnArgument(line, options.column).required();
                             line.text("VALUE", options.value, "VALUE", "Number or text").required();
+                            addForce(line, options.force);
                         });
 }
 

@@ -9,6 +9,7 @@
 #include "common/text.h"
 #include "libvx63.h"
 #include "settings/arguments.h"
+#include "settings/meaning.h"
 #include "settings/record.h"
 #include "settings/set_list.h"
 #include "settings/show.h"
@@ -57,6 +58,7 @@ struct CreateOptions : FolderOptions {
     uint8_t ucBand = 0;
     uint8_t ucSpec = 0;
     uint32_t ulModulation = 0;
+    bool force = false;
 };
 
 struct CopyOptions : FolderOptions {
@@ -155,8 +157,12 @@ Contents channelsOf(const CreateOptions& options)
 
 int create(const CreateOptions& options)
 {
+    const Contents channels = channelsOf(options);
+    if (!options.force)
+        requireMeaning(kExitUsage, "cannot create " + nameOf({options.set(), options.name}),
+                       meaninglessValues(options.set(), channels), "give others, or --force");
     const Identity identity(options.id);
-    SetFolder(options.set()).add(options.name, channelsOf(options));
+    SetFolder(options.set()).add(options.name, channels);
     return kExitSuccess;
 }
 
@@ -262,6 +268,7 @@ void addCreateOptions(CommandLine& line, CreateOptions& options)
     line.number("--band", options.ucBand, "N", "Band code of every channel [0]", 0, UINT8_MAX);
     line.number("--spec", options.ucSpec, "N", "Specification code of every channel [0]", 0, UINT8_MAX);
     line.number("--mod", options.ulModulation, "BITS", "Modulation bits of every channel [0]", 0, UINT32_MAX);
+    addForce(line, options.force);
 }
 
 void addCopyOptions(CommandLine& line, CopyOptions& options)

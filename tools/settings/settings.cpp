@@ -10,6 +10,7 @@ void addSettings(CommandLine& program)
     settings.notes("FILE is the id of a file, a name such as ch_set/fm, or FOLDER/NAME of a setting set.");
     addSettingsList(settings);
     addSettingsShow(settings);
+    addSettingsDescribe(settings);
     addSettingsGet(settings);
     addSettingsSet(settings);
     addSettingsDiff(settings);

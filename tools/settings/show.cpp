@@ -124,7 +124,7 @@ void addSettingsGet(CommandLine& settings)
                         [](CommandLine& line, GetOptions& options) {
                             addFileArgument(line, options.file).required();
                             addRecordArgument(line, options.record);
-                            addColumnArgument(line, options.column);
+                            addColumnArgument(line, options.column).required();
                             line.flag("--default", options.factory,
                                       "The factory contents instead of the file");
                         });

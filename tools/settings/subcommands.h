@@ -7,6 +7,7 @@ namespace tool {
 
 void addSettingsList(CommandLine& settings);
 void addSettingsShow(CommandLine& settings);
+void addSettingsDescribe(CommandLine& settings);
 void addSettingsGet(CommandLine& settings);
 void addSettingsSet(CommandLine& settings);
 void addSettingsDiff(CommandLine& settings);

@@ -97,6 +97,7 @@ def completed(request, tmp_path):
     ("vx63 power-supply o", {"off"}),
     ("vx63 settings show sys_set/v", {"sys_set/volume"}),
     ("vx63 settings get sys_set/volume 0 VOLUME_", {f"VOLUME_SEL{n}" for n in (1, 2, 3, 4)}),
+    ("vx63 settings describe sys_set/volume VOLUME_", {f"VOLUME_SEL{n}" for n in (1, 2, 3, 4)}),
     ("vx63 sets create A --from ch_set/jsat3", {"ch_set/jsat3a", "ch_set/jsat3a_antenna"}),
     ("vx63 update u", {"update.bin"}),
     ("vx63 settings export f", {"folder"}),

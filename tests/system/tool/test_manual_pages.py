@@ -60,7 +60,7 @@ def test_synopses():
         "vx63 sets delete [--usb1 | --usb2] [--logger] [--yes] [--id N] NAME"]
     assert synopsis_of("vx63-update.1") == [
         "vx63 update [--program PROGRAM --new-version VERSION --size BYTES [--source SOURCE] | FILE] [--yes] [--id N]"]
-    assert synopsis_of("vx63-settings.1")[5] == "vx63 settings reset [--all [--delete] | FILE] [--yes] [--id N]"
+    assert synopsis_of("vx63-settings.1")[6] == "vx63 settings reset [--all [--delete] | FILE] [--yes] [--id N]"
     assert synopsis_of("vx63-keys.1") == ["vx63 keys [--watch [--interval S]] [--json] [--id N]"]
     assert synopsis_of("vx63-vmeter.1")[1:] == [
         "vx63-vmeter serve [--scene FILE] [--trace FILE] [--state-json FILE] [--fault RULE ...] [--ready-fd N] "

@@ -73,6 +73,10 @@ def test_channels_of_a_plan(meter):
     (["clear"], 77, "nothing was done: there is no terminal to ask on: give --yes"),
     (["create", "A", "--from", "ch_set/catv_up_stream"], 64,
      "cannot make a set of ch_set/catv_up_stream: it has 1001 channels, and a set at most 324: choose another plan"),
+    (["create", "A", "--from", "lte", "--spec", "7"], 64,
+     "cannot create user_set/A: record 0 SPEC: '7' is none of 0 = terrestrial, 1 = satellite, 2 = satellite-2, "
+     "3 = catv, 4 = jsat, 5 = jsat-2, 6 = skyp, 9 = catv-2, 10 = level (broadcast system), and 5 more values have no "
+     "meaning: give others, or --force"),
     (["create", "A", "--from", "volume"], 64,
      "cannot make a set of sys_set/volume: it is no channel plan: choose one of the files in ch_set"),
 ])
@@ -80,6 +84,14 @@ def test_what_cannot_be_done(meter, words, code, why):
     result = meter.vx63("sets", *words)
     assert (result.returncode, result.stdout, result.stderr) == (code, "", f"vx63: {why}\n")
     assert meter.messages() == []
+
+
+def test_values_without_a_meaning(meter):
+    result = meter.shell("""
+        "$VX63" sets create A --from lte --spec 7 --force && "$VX63" settings get user_set/A 0 SPEC
+        "$VX63" sets create PRESETS --from fm_def && "$VX63" settings get user_set/PRESETS 11 CENTER_FREQ
+    """)
+    assert (result.returncode, result.stdout, result.stderr) == (0, "7\n0\n", "")
 
 
 def test_names_are_taken_once(meter):

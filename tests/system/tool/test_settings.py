@@ -8,7 +8,7 @@ import pytest
 
 from conftest import VMETER
 from settings_catalogue import COLUMNS, FILES
-from tool_support import VX63, Terminal, environment, isolation, meter, run  # noqa: F401 (fixtures)
+from tool_support import BUILD, SOURCE, VX63, Terminal, environment, isolation, meter, run  # noqa: F401 (fixtures)
 
 ROOT = "/usr/local/bin/"
 VOLUME = ROOT + "sys_set/system_setting_file_volume.csv"
@@ -139,6 +139,26 @@ def test_show(meter):
      "cannot set VOLUME: '-1' is not a whole number from 0 to 255: give another value"),
     (["set", "volume", "0", "VOLUME", "loud"], 64,
      "cannot set VOLUME: 'loud' is not a whole number from 0 to 255: give another value"),
+    (["set", "volume", "0", "VOLUME", "9"], 64,
+     "cannot set VOLUME: '9' is outside 0..3 (volume of the buzzer: 0 silent to 3 loudest): give another value, "
+     "or --force"),
+    (["set", "uhf", "0", "CENT_FREQ", "0"], 64,
+     "cannot set CENT_FREQ: '0' is outside 10000..3224000 in kHz (centre frequency): give another value, or --force"),
+    (["set", "fm_def", "0", "CENT_FREQ", "1"], 64,
+     "cannot set CENT_FREQ: '1' is outside 10000..3224000 in kHz, 0 = empty place (centre frequency): "
+     "give another value, or --force"),
+    (["set", "consta_num", "0", "CONSTA_NUM", "3000"], 64,
+     "cannot set CONSTA_NUM: '3000' is none of 1000, 2000, 4000 (constellation points to collect): "
+     "give another value, or --force"),
+    (["set", "catv_mod", "0", "MOD_SEL1", "4"], 64,
+     "cannot set MOD_SEL1: '4' is no sum of 0 = any, 1 = OFDM, 2 = BPSK, 8 = QPSK, 16 = 8PSK (satellite), "
+     "32 = 8PSK (others), 64 = 16APSK, 128 = 32APSK, 1024 = 64QAM, 4096 = 256QAM, 8192 = none "
+     "(selection 1 of the modulation menu): give another value, or --force"),
+    (["set", "volume", "0", "VOLUME", "256", "--force"], 64,
+     "cannot set VOLUME: '256' is not a whole number from 0 to 255: give another value"),
+    (["describe", "volume", "LOUDNESS"], 64,
+     "cannot find column 'LOUDNESS': sys_set/volume has the columns "
+     "VOLUME_SEL1,VOLUME_SEL2,VOLUME_SEL3,VOLUME_SEL4,VOLUME: choose one of them"),
     (["set", "fm", "0", "CH_NO", "12345678"], 64,
      "cannot set CH_NO: '12345678' is longer than 7 bytes: give another value"),
     (["set", "user_set/list", "0", "ENBFLG", "1"], 64,
@@ -172,15 +192,125 @@ def test_set_tells_the_record(meter):
         set -e
         "$VX63" settings set meas_set/thrd 1 BER_MIN_EXP -12
         "$VX63" settings set ch_set/fm 250 CH_NO 'a,b'
-        "$VX63" settings set ch_set/catv_up_stream 256 CENT_FREQ 0x10
+        "$VX63" settings set ch_set/catv_up_stream 256 CENT_FREQ 0x4E20
         "$VX63" settings get meas_set/thrd 1 BER_MIN_EXP
         tail -n 1 {FM}
         sed -n 259p {ROOT}ch_set/channel_setting_file_catv_up_stream.csv
     """)
     assert (result.returncode, result.stderr) == (0, "")
-    assert re.fullmatch(r'-12\n"a,b",\d+\n[^,]+,16\n', result.stdout)
+    assert re.fullmatch(r'-12\n"a,b",\d+\n[^,]+,20000\n', result.stdout)
     # The index in a notice has 8 bits: the whole file is told where it would not fit.
     assert notices(meter) == [("record", 4, 1), ("record", 29, 250), ("file", 33)]
+
+
+def test_values_without_a_meaning(meter):
+    result = meter.shell("""
+        "$VX63" settings set volume 0 VOLUME 9 --force && "$VX63" settings get volume 0 VOLUME
+        "$VX63" settings check | grep volume
+        "$VX63" settings check --json | grep volume
+        "$VX63" settings check > "$DIR/check"; echo $?
+        "$VX63" settings set local_freq 1 WAVE 4 --force; "$VX63" settings set local_freq 2 LOCAL_FREQ2 0
+        "$VX63" settings set fm_def 0 CENT_FREQ 0
+        "$VX63" settings export "$DIR/in"
+        "$VX63" settings reset volume --yes; "$VX63" settings reset local_freq --yes
+        "$VX63" settings import "$DIR/in" --yes; echo $?
+        "$VX63" settings diff volume
+        "$VX63" settings import "$DIR/in" --yes --force; echo $?
+        "$VX63" settings diff volume
+    """)
+    note = "record 0 VOLUME: '9' is outside 0..3 (volume of the buzzer: 0 silent to 3 loudest)"
+    found = '{"id":1,"name":"sys_set/volume","ok":true,"missing":false,"line":null,"column":null,"fault":null,"note":'
+    assert result.stdout == (
+        "9\n"
+        f"sys_set/volume             ok, but {note}\n"
+        f'{found}"{note}"}}\n'
+        "0\n"
+        "44 files exported\n"
+        "65\n"
+        "44 files imported\n"
+        "0\n"
+        "sys_set/volume 0 VOLUME: 9 (factory 0)\n")
+    # The folders are read in the order of the file ids, their files in that of their names.
+    assert result.stderr == (
+        f"vx63: cannot import {meter.folder}/in: sys_set/volume {note}, and 1 more value has no meaning: "
+        "correct them, or give --force\n")
+
+
+def test_describe(meter):
+    result = meter.shell("""
+        COLUMNS=80 "$VX63" settings describe volume volume
+        COLUMNS=80 "$VX63" settings describe fm_def
+        COLUMNS=80 "$VX63" settings describe user_set/TOKYO enbflg
+        COLUMNS=80 "$VX63" settings describe thrd modulation
+        "$VX63" settings describe local_freq local_freq2 --json
+    """)
+    assert (result.returncode, result.stderr) == (0, "")
+    assert result.stdout == """\
+sys_set/volume: volume of the buzzer and its menu; 1 record
+
+VOLUME: volume of the buzzer: 0 silent to 3 loudest
+  values   0..3
+  factory  0
+  type     unsigned, 1 byte
+ch_set/fm_def: preset channels: FM; 12 records
+
+CH_NO: name of the channel
+  factory  varies
+  type     text, at most 7 bytes
+
+CENT_FREQ: centre frequency
+  values   10000..3224000
+           0 = empty place
+  unit     kHz
+  factory  0..93300
+  type     unsigned, 4 bytes
+user_set/TOKYO: user set: channels under a name; at most 324 records
+
+ENBFLG: flag: enabled
+  values  0..1
+  type    unsigned, 1 byte
+meas_set/thrd: thresholds of the judgement, a record a band, system and
+    modulation; 24 records
+
+MODULATION: modulations
+  sum of   0 = any
+           1 = OFDM
+           2 = BPSK
+           8 = QPSK
+           16 = 8PSK (satellite)
+           32 = 8PSK (others)
+           64 = 16APSK
+           128 = 32APSK
+           1024 = 64QAM
+           4096 = 256QAM
+           8192 = none
+  factory  0..8192
+  type     unsigned, 4 bytes
+{"id":3,"name":"meas_set/local_freq","purpose":"local oscillators, a record a band and polarisation group",\
+"records":12,"columns":[{"name":"LOCAL_FREQ2","type":"unsigned","bytes":4,"unit":"kHz",\
+"meaning":"local oscillator, place 2","minimum":1,"maximum":22000000,\
+"values":[{"value":0,"word":"none"},{"value":4294967295,"word":"none"}],"bits":false,"factory":4294967295}]}
+"""
+
+
+def test_describe_every_file(meter):
+    result = meter.shell("""
+        for file in $("$VX63" settings list | sed '1d; s/^[0-9]* *//; s/ .*//'); do
+            "$VX63" settings describe $file --json; COLUMNS=40 "$VX63" settings describe $file >> "$DIR/text"
+        done
+    """)
+    assert (result.returncode, result.stderr) == (0, "")
+    layouts = {file_id: text.split() for ids, text in COLUMNS.items() for file_id in ids}
+    described = lines(result.stdout)
+    assert [(file["id"], file["records"]) for file in described] == [(file[0], file[4]) for file in FILES]
+    for file in described:
+        assert [column["name"] for column in file["columns"]] == [name.split(":")[0] for name in layouts[file["id"]]]
+    assert max(map(len, (meter.folder / "text").read_text().splitlines())) <= 40
+
+
+def test_the_page_of_the_columns():
+    result = run(SOURCE / "script" / "settings-columns", "--check", env=environment(VX63_BUILD=str(BUILD)))
+    assert (result.returncode, result.stdout, result.stderr) == (0, "", "")
 
 
 def test_set_makes_a_missing_file(meter):

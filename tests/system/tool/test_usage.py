@@ -19,7 +19,8 @@ GROUPS = [["measure"], ["angle"], ["failure"], ["power"], ["settings"], ["sets"]
 LEAVES = [["measure", "single"], ["measure", "constellation"], ["measure", "delay-profile"], ["measure", "multi"],
           ["measure", "optical"], ["measure", "dc"], ["measure", "angle"], ["scan"], ["angle", "calibrate"],
           ["input"], ["power-supply"], ["status"], *DEVICE_LEAVES, ["log"],
-          *[["settings", name] for name in ("list", "show", "get", "set", "diff", "reset", "export", "import", "check")],
+          *[["settings", name] for name in ("list", "show", "describe", "get", "set", "diff", "reset", "export",
+                                             "import", "check")],
           *[["sets", name] for name in ("list", "show", "create", "copy", "delete", "clear")]]
 
 
@@ -97,6 +98,7 @@ def options_of(*words):
     (["settings"], "no command is given"),
     (["settings", "bogus"], "'bogus' is no command"),
     (["settings", "show"], "FILE is required"),
+    (["settings", "describe"], "FILE is required"),
     (["settings", "show", "list"], "FILE: 'list' can mean user_set/list, logger_set/list, user_set_usb1/list,"),
     (["settings", "show", "ch_set/jsat"], "FILE: 'ch_set/jsat' is no settings file; there are ch_set/jsat3a, ch_set/"),
     (["settings", "show", "50"], "FILE: '50' is no settings file, which 'vx63 settings list' tells"),

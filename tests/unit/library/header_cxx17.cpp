@@ -9,6 +9,8 @@ static_assert(std::is_trivially_copyable_v<SingleMeasResult> && std::is_standard
 static_assert(std::is_same_v<decltype(&vx63_startSingleMeas), int32_t (*)(uint8_t, const MeasCondition*)>);
 static_assert(sizeof(MultiMeasReg) == 4 && std::is_trivially_copyable_v<MultiMeasReg>);
 static_assert(vx63::settings::kFiles[VX63_SET_FILE_VOLUME].columns[4].name == "VOLUME");
+static_assert(vx63::settings::kFiles[VX63_SET_FILE_VOLUME].columns[4].values->have(3));
+static_assert(!vx63::settings::kFiles[VX63_SET_FILE_VOLUME].columns[4].values->have(4));
 static_assert(vx63::settings::kFiles[VX63_SET_FILE_USER_SET].dataSize == sizeof(SetChannel));
 
 int main()

@@ -1,6 +1,8 @@
 // Names and values of the settings files, as the tool takes and shows them.
 #include "common/failure.h"
 #include "libvx63.h"
+#include "settings/file.h"
+#include "settings/meaning.h"
 #include "settings/name.h"
 #include "settings/record.h"
 
@@ -191,6 +193,77 @@ TEST(SettingsRecord, ColumnsAreFoundInAnyCase)
     EXPECT_EQ(columnNamed(volume, "volume_Sel4")->offset, 3u);
     EXPECT_EQ(columnNamed(volume, "VOL"), nullptr);
     EXPECT_EQ(headerOf(volume), "VOLUME_SEL1,VOLUME_SEL2,VOLUME_SEL3,VOLUME_SEL4,VOLUME");
+}
+
+TEST(SettingsMeaning, EveryFactoryValueHasOne)
+{
+    unsigned tables = 0;
+    for (const vx63::settings::File& file : vx63::settings::kFiles) {
+        if (kindOf(file.fileId) != FileKind::ordinary)
+            continue;
+        ++tables;
+        const Contents contents = factoryContents(file.fileId);
+        EXPECT_EQ(contents.records, file.rows);
+        EXPECT_EQ(meaninglessValues(file.fileId, contents), std::vector<std::string>()) << file.path;
+    }
+    EXPECT_EQ(tables, 38u);
+}
+
+TEST(SettingsMeaning, EveryColumnAndFileTellsIts)
+{
+    for (const vx63::settings::File& file : vx63::settings::kFiles) {
+        EXPECT_STRNE(file.purpose, "") << file.path;
+        for (uint32_t i = 0; i < file.columnCount; ++i)
+            EXPECT_NE(file.columns[i].meaning, "") << file.columns[i].name;
+    }
+}
+
+TEST(SettingsMeaning, WhatHasOneAndWhatHasNot)
+{
+    const struct {
+        uint32_t fileId;
+        const char* column;
+        std::vector<const char*> good;
+        std::vector<const char*> bad;
+    } kCases[] = {
+        {VX63_SET_FILE_POWOFF, "POWER_OFF", {"0", "255"}, {}},
+        {VX63_SET_FILE_VOLUME, "VOLUME", {"0", "3"}, {"4", "9"}},
+        {VX63_SET_FILE_BRIGHTNESS, "BRIGHTNESS", {"1", "3"}, {"0", "4"}},
+        {VX63_SET_FILE_LOCAL_FREQ, "LOCAL_FREQ1", {"0", "1", "22000000", "4294967295"}, {"22000001"}},
+        {VX63_SET_FILE_LOCAL_FREQ, "WAVE", {"0", "3"}, {"4"}},
+        {VX63_SET_FILE_LOCAL_FREQ, "BAND", {"0", "15"}, {"16"}},
+        {VX63_SET_FILE_THRD, "SPEC", {"0", "6", "9", "10"}, {"7", "8", "11"}},
+        {VX63_SET_FILE_THRD, "MODULATION", {"0", "1", "248", "13563"}, {"4", "5", "2048", "65536"}},
+        {VX63_SET_FILE_THRD, "LV_LOW", {"-200", "1300"}, {"-201", "1301"}},
+        {VX63_SET_FILE_THRD, "CN_LOW", {"0", "600"}, {"601"}},
+        {VX63_SET_FILE_THRD, "BER_LOW_EXP", {"-99", "0"}, {"-100", "1"}},
+        {VX63_SET_FILE_CNRMER, "CNRMER", {"0", "1", "255"}, {"2", "254"}},
+        {VX63_SET_FILE_CABLE_LOSS, "FREQ", {"10000", "3224000"}, {"0", "9999", "3224001"}},
+        {VX63_SET_FILE_CABLE_LOSS_ENB, "CORRECTION_ENB", {"0", "1"}, {"2"}},
+        {VX63_SET_FILE_INPUT, "INPUT", {"0", "1"}, {"2"}},
+        {VX63_SET_FILE_DC_OUT, "OTHER", {"0", "4"}, {"5"}},
+        {VX63_SET_FILE_OPT_MEAS, "OPT_MEAS_SEL1", {"800", "1700"}, {"0", "799", "1701"}},
+        {VX63_SET_FILE_CONSTA_NUM, "CONSTA_NUM", {"1000", "2000", "4000"}, {"0", "3000"}},
+        {VX63_SET_FILE_USER_SET, "CENTER_FREQ", {"0", "10000", "22000000"}, {"1", "9999", "22000001"}},
+        {VX63_SET_FILE_USER_LIST, "ENBFLG", {"0", "1"}, {"2"}},
+        {VX63_SET_FILE_UHF, "CENT_FREQ", {"10000", "3224000"}, {"0", "9999", "3224001"}},
+        {VX63_SET_FILE_BS, "CENT_FREQ", {"11727480", "22000000"}, {"0", "22000001"}},
+        {VX63_SET_FILE_LTE, "BAND_WIDE", {"1", "100000"}, {"0", "100001"}},
+        {VX63_SET_FILE_FM_DEF, "CENT_FREQ", {"0", "10000"}, {"1", "9999"}},
+        {VX63_SET_FILE_CATV_UP_STREAM_DEF, "CENT_FREQ", {"0", "10000"}, {"1"}},
+    };
+    for (const auto& test : kCases) {
+        const vx63::settings::File& file = vx63::settings::kFiles[test.fileId];
+        const vx63::settings::Column* column = columnNamed(file, test.column);
+        ASSERT_NE(column, nullptr) << test.column;
+        std::vector<uint8_t> record(file.dataSize);
+        for (const bool isGood : {true, false})
+            for (const char* value : isGood ? test.good : test.bad) {
+                ASSERT_FALSE(storeCell(*column, record.data(), value));
+                EXPECT_EQ(meaningFault(*column, record.data()).has_value(), !isGood)
+                    << file.path << " " << test.column << " " << value;
+            }
+    }
 }
 
 } // namespace
