@@ -25,8 +25,7 @@ public:
     Option& required();
     Option& needs(const Option& other);
     Option& excludes(const Option& other);
-    Option& environment(const std::string& variable); // holds the value where the option is not given
-    Option& offers(const std::string& words);         // what completes the value: "uhf, bs, cs"
+    Option& offers(const std::string& words); // what completes the value: "uhf, bs, cs"
     Option& offers(cli::Words words);
     bool given() const; // for CommandLine::check
 

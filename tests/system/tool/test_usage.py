@@ -35,7 +35,7 @@ def listed(text, heading):
 
 
 def options_of(*words):
-    return set(re.findall(r"^  (?:-h,)?(--[a-z0-9-]+)", help_of(*words), re.M))
+    return set(re.findall(r"^  (?:-[hV],)?(--[a-z0-9-]+)", help_of(*words), re.M))
 
 
 @pytest.mark.parametrize("words, why", [
