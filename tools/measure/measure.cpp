@@ -86,7 +86,6 @@ void addSingleOptions(CommandLine& line, Options& options)
                  "Seconds from one reading to the next; 0: as fast as the meter answers [1]", 0, 3600)
         .needs(count);
     line.flag("--json", options.json, "Print a JSON object a reading");
-    line.notes("Ctrl-C stops the measurement at the meter before the program ends.");
     line.check([&options, count] {
         resolveModulation(options);
         options.table = count.given();
