@@ -120,8 +120,9 @@ Json declarationOf(const CLI::App& command, const Extras& extras)
 std::vector<std::string> wordsIn(int argc, char** argv)
 {
     std::vector<std::string> words(argv + 1, argv + argc);
-    if (!words.empty() && words.front() == "help") {
-        words.erase(words.begin());
+    const auto begin = std::ranges::find_if(words, [](const std::string& word) { return word != "help"; });
+    if (begin != words.begin()) {
+        words.erase(words.begin(), begin);
         words.insert(std::ranges::find(words, "--"), "--help");
     }
     return words;

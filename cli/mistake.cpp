@@ -22,12 +22,12 @@ std::vector<std::string> optionNames(const CLI::App& command)
     return names;
 }
 
-std::vector<std::string> commandNames(const CLI::App& command)
+std::vector<std::string> commandNames(const CLI::App& command, bool first)
 {
     std::vector<std::string> names;
     for (const CLI::App* below : commandsOf(command))
         names.push_back(below->get_name());
-    if (command.get_parent() == nullptr)
+    if (first)
         names.emplace_back("help");
     return names;
 }
@@ -91,7 +91,7 @@ std::optional<Mistake> mistakeIn(const CLI::App& program, const Extras& extras,
         } else if (place.isOption(word)) {
             if (auto mistake = wrongOption(place, word))
                 return mistake;
-        } else if (const std::vector<std::string> names = commandNames(*place.command);
+        } else if (const auto names = commandNames(*place.command, i == 0);
                    !commandsOf(*place.command).empty()) {
             if (commandNamed(*place.command, word) == nullptr) {
                 Mistake mistake = mistakeAt(place, quoted(word) + " is no command", didYouMean(word, names));

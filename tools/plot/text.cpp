@@ -1,15 +1,12 @@
 #include "plot/text.h"
 
-#include "common/numbers.h"
+#include "cli/columns.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <langinfo.h>
 #include <locale.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
 
 namespace tool {
 
@@ -29,21 +26,11 @@ bool isUnicode()
     return utf8;
 }
 
-size_t columnsOfOutput()
-{
-    winsize size{};
-    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
-        return size.ws_col;
-    const char* columns = std::getenv("COLUMNS");
-    const auto number = parseNumber(columns ? columns : "");
-    return static_cast<size_t>(number.value_or(0) > 0 ? *number : 80);
-}
-
 } // namespace
 
 TextStyle textStyle()
 {
-    return {std::clamp(columnsOfOutput(), kLeastColumns, kMostColumns), isUnicode()};
+    return {std::clamp(cli::columnsOfOutput(), kLeastColumns, kMostColumns), isUnicode()};
 }
 
 DotCanvas::DotCanvas(size_t columns, size_t rows, bool unicode)

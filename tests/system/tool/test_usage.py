@@ -179,6 +179,7 @@ def test_wrong_usage(words, why):
     ("MEASURE single", "'vx63': 'MEASURE' is no command: did you mean 'measure'?"),
     ("set list", "'vx63': 'set' is no command: did you mean 'settings' or 'sets'?"),
     ("hlep", "'vx63': 'hlep' is no command: did you mean 'help'?"),
+    ("--help hlep", "'vx63': 'hlep' is no command: see 'vx63 --help'"),
     ("help mesure", "'vx63': 'mesure' is no command: did you mean 'measure'?"),
     ("mesure --help", "'vx63': 'mesure' is no command: did you mean 'measure'?"),
     ("help measure singel", "'vx63 measure': 'singel' is no command: did you mean 'single'?"),
@@ -217,8 +218,9 @@ def test_what_value_was_meant(words, meant):
 
 @pytest.mark.parametrize("words", [[], ["measure"], ["measure", "single"], ["log"]])
 def test_help_command(words):
-    result = run(VX63, "help", *words)
-    assert (result.returncode, result.stdout, result.stderr) == (0, help_of(*words), "")
+    for before in ["help"], ["help", "help"], ["help", "--help"]:
+        result = run(VX63, *before, *words)
+        assert (result.returncode, result.stdout, result.stderr) == (0, help_of(*words), "")
 
 
 @pytest.mark.parametrize("columns, width", [("20", 40), ("40", 40), ("57", 57), ("80", 80), ("200", 80), ("x", 80)])
