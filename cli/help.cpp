@@ -10,7 +10,7 @@ namespace cli {
 
 namespace {
 
-constexpr size_t kNarrowest = 40, kWidest = 80;
+constexpr size_t kNarrowest = 40, kTwoColumns = 64, kWidest = 80;
 
 // Texts one under the other, their lines broken at blanks, and within a word that no line holds.
 class Page {
@@ -42,7 +42,7 @@ public:
     // A name, and at its column what it is; below the name where the page is narrow.
     void entry(const std::string& name, const std::string& text)
     {
-        const size_t column = m_width < kWidest ? 8 : 26;
+        const size_t column = m_width < kTwoColumns ? 8 : 26;
         m_line = "  ";
         if (name.size() + 4 > column)
             add(name, 6);
