@@ -1,6 +1,7 @@
 #include "cli/declaration.h"
 
-#include <CLI/CLI.hpp>
+#include "cli/place.h"
+
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -10,61 +11,6 @@ namespace cli {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-bool takesValue(const CLI::Option& option)
-{
-    return option.get_items_expected_max() > 0;
-}
-
-// Those that the help shows.
-std::vector<const CLI::Option*> optionsOf(const CLI::App& command)
-{
-    return command.get_options(
-        [](const CLI::Option* option) { return option->nonpositional() && !option->get_group().empty(); });
-}
-
-std::vector<const CLI::Option*> argumentsOf(const CLI::App& command)
-{
-    return command.get_options([](const CLI::Option* option) { return option->get_positional(); });
-}
-
-std::vector<const CLI::App*> commandsOf(const CLI::App& command)
-{
-    return command.get_subcommands([](const CLI::App*) { return true; });
-}
-
-// "--json", "FILE"
-std::string nameOf(const CLI::Option& option)
-{
-    return option.get_lnames().empty() ? option.get_name() : "--" + option.get_lnames().front();
-}
-
-// "KHZ", "on|off". CLI11 calls one of some words "WHAT:{on,off}".
-std::string typeOf(const CLI::Option& option)
-{
-    std::string type = option.get_type_name();
-    if (const size_t brace = type.find(":{"); brace != std::string::npos) {
-        type = type.substr(brace + 2, type.size() - brace - 3);
-        std::replace(type.begin(), type.end(), ',', '|');
-    }
-    return type.empty() && option.get_positional() ? nameOf(option) : type;
-}
-
-// "off|0..4" as off, 0, 1, 2, 3, 4; nothing of "KHZ".
-std::vector<std::string> wordsOfType(const std::string& type)
-{
-    std::vector<std::string> words;
-    for (const std::string& part : CLI::detail::split(type, '|')) {
-        const size_t dots = part.find("..");
-        if (dots == std::string::npos) {
-            words.push_back(part);
-            continue;
-        }
-        for (int word = std::stoi(part); word <= std::stoi(part.substr(dots + 2)); ++word)
-            words.push_back(std::to_string(word));
-    }
-    return words.size() > 1 ? words : std::vector<std::string>{};
-}
 
 std::string linesOf(const std::vector<std::string>& words, const std::string& prefix)
 {
@@ -77,21 +23,12 @@ std::string linesOf(const std::vector<std::string>& words, const std::string& pr
 std::string valuesOf(const CLI::Option& option, const Extras& extras, const Given& given,
                      const std::string& prefix = "")
 {
-    if (const auto words = extras.words.find(&option); words != extras.words.end())
-        return linesOf(words->second(given), prefix);
-    const std::string type = typeOf(option);
+    const std::string type = extras.words.contains(&option) ? "" : typeOf(option);
     if (type == "FILE")
         return ":files\n";
     if (type == "DIR")
         return ":folders\n";
-    return linesOf(wordsOfType(type), prefix);
-}
-
-const CLI::App* commandNamed(const CLI::App& command, const std::string& name)
-{
-    const auto commands = commandsOf(command);
-    const auto named = std::ranges::find(commands, name, [](const CLI::App* app) { return app->get_name(); });
-    return named == commands.end() ? nullptr : *named;
+    return linesOf(wordsOf(option, extras, given), prefix);
 }
 
 std::string completions(const CLI::App& program, const Extras& extras, std::vector<std::string> words)
@@ -101,49 +38,35 @@ std::string completions(const CLI::App& program, const Extras& extras, std::vect
         current = words.back();
         words.pop_back();
     }
-    const CLI::App* command = &program;
-    const CLI::Option* awaiting = nullptr; // the option whose value comes next
-    Given given;
-    bool argumentsOnly = false;
+    const bool help = !words.empty() && words.front() == "help";
+    if (help)
+        words.erase(words.begin());
+    Place place(program);
     for (size_t i = 0; i < words.size(); ++i) {
-        const std::string& word = words[i];
-        if (awaiting != nullptr) {
-            if (word != "=") // bash takes "--option=value" for three words
-                awaiting = nullptr;
-        } else if (word == "--" && !argumentsOnly) {
-            if (extras.rest.contains(command))
-                return ":command " + std::to_string(i + 2) + "\n";
-            argumentsOnly = true;
-        } else if (word.starts_with("-") && !argumentsOnly) {
-            const size_t equals = word.find('=');
-            given.options.push_back(word.substr(0, equals));
-            const CLI::Option* option = command->get_option_no_throw(given.options.back());
-            if (option != nullptr && takesValue(*option) && equals == std::string::npos)
-                awaiting = option;
-        } else if (const CLI::App* next = commandNamed(*command, word); next != nullptr) {
-            command = next;
-            given = {};
-        } else {
-            given.arguments.push_back(word);
-        }
+        if (words[i] == "--" && place.awaiting == nullptr && extras.rest.contains(place.command))
+            return ":command " + std::to_string(i + 2) + "\n";
+        place.advance(words[i]);
     }
 
-    if (awaiting != nullptr)
-        return valuesOf(*awaiting, extras, given);
+    const CLI::App& command = *place.command;
+    if (place.awaiting != nullptr)
+        return valuesOf(*place.awaiting, extras, place.given);
     if (const size_t equals = current.find('='); current.starts_with("-") && equals != std::string::npos) {
-        const CLI::Option* option = command->get_option_no_throw(current.substr(0, equals));
-        return option == nullptr ? "" : valuesOf(*option, extras, given, current.substr(0, equals + 1));
+        const CLI::Option* option = command.get_option_no_throw(current.substr(0, equals));
+        return option == nullptr ? "" : valuesOf(*option, extras, place.given, current.substr(0, equals + 1));
     }
     std::string lines;
     if (!current.starts_with("-")) {
-        for (const CLI::App* next : commandsOf(*command))
+        for (const CLI::App* next : commandsOf(command))
             lines += next->get_name() + "\t" + next->get_description() + "\n";
-        const auto arguments = argumentsOf(*command);
-        if (given.arguments.size() < arguments.size())
-            lines += valuesOf(*arguments[given.arguments.size()], extras, given);
+        if (place.command == &program && !help)
+            lines += "help\tTell of a command\n";
+        const auto arguments = argumentsOf(command);
+        if (const size_t next = place.given.arguments.size(); next < arguments.size())
+            lines += valuesOf(*arguments[next], extras, place.given);
     }
-    if (!argumentsOnly)
-        for (const CLI::Option* option : optionsOf(*command))
+    if (!place.argumentsOnly)
+        for (const CLI::Option* option : optionsOf(command))
             lines += nameOf(*option) + "\t" + option->get_description() + "\n";
     return lines;
 }
@@ -161,10 +84,11 @@ Json declarationOf(const CLI::Option& option)
 {
     return {
         {"name", nameOf(option)},
+        {"short", option.get_snames().empty() ? "" : "-" + option.get_snames().front()},
         {"type", takesValue(option) ? Json(typeOf(option)) : Json()},
         {"description", option.get_description()},
         {"required", option.get_required()},
-        {"repeatable", option.get_items_expected_max() > 1},
+        {"repeatable", isRepeatable(option)},
         {"needs", namesIn(option.get_needs())},
         {"excludes", namesIn(option.get_excludes())},
     };
@@ -192,6 +116,17 @@ Json declarationOf(const CLI::App& command, const Extras& extras)
 }
 
 } // namespace
+
+std::vector<std::string> wordsIn(int argc, char** argv)
+{
+    std::vector<std::string> words(argv + 1, argv + argc);
+    const auto begin = std::ranges::find_if(words, [](const std::string& word) { return word != "help"; });
+    if (begin != words.begin()) {
+        words.erase(words.begin(), begin);
+        words.insert(std::ranges::find(words, "--"), "--help");
+    }
+    return words;
+}
 
 bool needsAll(const std::vector<std::string>& arguments)
 {

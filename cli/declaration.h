@@ -39,6 +39,9 @@ struct Extras {
     std::map<const CLI::App*, std::string> rest; // of commands that run another one: "-- COMMAND..."
 };
 
+// The words of the command line: "help scan" as "scan --help".
+std::vector<std::string> wordsIn(int argc, char** argv);
+
 // Whether the command line asks for what takes all commands: help or an answer. For anything else those are
 // enough that are named on it: declaring all of them takes longer than most of them run.
 bool needsAll(const std::vector<std::string>& arguments);

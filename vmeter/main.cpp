@@ -1,5 +1,7 @@
 // vx63-vmeter: a virtual meter, five service processes over one simulated scene.
 #include "cli/declaration.h"
+#include "cli/help.h"
+#include "cli/mistake.h"
 #include "failure.h"
 #include "lmsg.h"
 #include "process/descriptor.h"
@@ -156,21 +158,6 @@ int showState(const Options& options)
     return 0;
 }
 
-// Adds to the usage line what is not CLI11's to parse.
-class CommandFormatter : public CLI::Formatter {
-public:
-    explicit CommandFormatter(std::string rest) : m_rest(std::move(rest)) {}
-    std::string make_usage(const CLI::App* app, std::string name) const override
-    {
-        std::string usage = CLI::Formatter::make_usage(app, std::move(name));
-        usage.erase(usage.find_last_not_of('\n') + 1);
-        return usage + " " + m_rest + "\n\n";
-    }
-
-private:
-    std::string m_rest;
-};
-
 std::string faultError(const std::string& text)
 {
     try {
@@ -188,11 +175,9 @@ std::string descriptorError(const std::string& text)
     return open ? "" : text + " is no open descriptor";
 }
 
-// `rest` is not CLI11's to parse.
-void takesCommand(CLI::App& command, cli::Extras& extras, const char* rest)
+std::string settingsError(const std::string& text)
 {
-    command.formatter(std::make_shared<CommandFormatter>(rest));
-    extras.rest[&command] = rest;
+    return text == "factory" || text == "empty" ? "" : "'" + text + "' is neither factory nor empty";
 }
 
 void addMeterOptions(CLI::App& command, Options& options)
@@ -216,23 +201,24 @@ void addRun(CLI::App& app, cli::Extras& extras, Options& options)
 {
     CLI::App& command = *app.add_subcommand(
         "run", "run a command with a meter of its own: private queues, log and settings folders");
-    takesCommand(command, extras, "-- COMMAND...");
+    extras.rest[&command] = "-- COMMAND..."; // not CLI11's to parse
     addMeterOptions(command, options);
     command.add_option("--state", options.state, "keep log and settings folders in DIR")->type_name("DIR");
     command.add_flag("--in-place", options.inPlace,
                      "use this machine's own paths and queues (for a container that refuses namespaces)");
     command.add_flag("--empty-settings", options.emptySettings,
                      "leave empty settings folders empty, without the factory files");
-    command.footer("The exit status is the command's, 128 + n after signal n; 125: the meter cannot run,\n"
-                   "126: the command cannot be executed, 127: it is not found.\n\n"
-                   "Example:\n"
-                   "  vx63-vmeter run --fault meas/0x104:2=late,300 -- ./my-application");
+    command.footer(
+        "The exit status is the command's, 128 + n after signal n; 125: the meter cannot run, 126: "
+        "the command cannot be executed, 127: it is not found.\n\n"
+        "Example:\n"
+        "  vx63-vmeter run --fault meas/0x104:2=late,300 -- ./my-application");
 }
 
 void addServe(CLI::App& app, cli::Extras& extras, Options& options)
 {
     CLI::App& command = *app.add_subcommand("serve", "run the services on the queues that are here");
-    takesCommand(command, extras, "[-- COMMAND...]");
+    extras.rest[&command] = "[-- COMMAND...]";
     addMeterOptions(command, options);
     command
         .add_option("--ready-fd", options.readyFd,
@@ -243,8 +229,8 @@ void addServe(CLI::App& app, cli::Extras& extras, Options& options)
         .add_option("--settings", options.settings,
                     "the settings folders are the meter's own: fill the empty ones (factory) or not (empty); "
                     "without this it changes none of them")
-        ->type_name("WHAT")
-        ->check(CLI::IsMember({"factory", "empty"}));
+        ->type_name("factory|empty")
+        ->check(CLI::Validator(settingsError, ""));
     command.add_option("--inside", options.controlFd)->group("");
     command.add_option("--begun", options.begunFd)->group("");
     command.add_option("--words", options.wordsFd)->group("");
@@ -276,49 +262,66 @@ constexpr struct {
     void (*add)(CLI::App&, cli::Extras&, Options&);
 } kCommands[] = {{"run", addRun}, {"serve", addServe}, {"state", addState}, {"check", addCheck}};
 
-int usageError(const std::string& what)
+int usageError(const std::string& what, const std::string& hint = "see 'vx63-vmeter --help'")
 {
-    std::fprintf(stderr, "vx63-vmeter: usage: %s: see 'vx63-vmeter --help'\n", what.c_str());
+    // What to try can stand there already: "did you mean 'meas'?"
+    const std::string rest = what.ends_with('?') ? "" : ": " + hint;
+    std::fprintf(stderr, "vx63-vmeter: usage: %s%s\n", what.c_str(), rest.c_str());
     return kExitUsage;
+}
+
+int usageError(const cli::Mistake& mistake)
+{
+    return usageError(mistake.why, mistake.hint);
 }
 
 int runMain(int argc, char** argv)
 {
+    const std::vector<std::string> words = cli::wordsIn(argc, argv);
     // What follows "--" belongs to the command, whatever it looks like.
-    std::vector<std::string> arguments(argv + 1, argv + argc);
     Options options;
-    const auto separator = std::find(arguments.begin(), arguments.end(), "--");
-    const bool separated = separator != arguments.end();
-    if (separated) {
-        options.command.assign(separator + 1, arguments.end());
-        arguments.erase(separator, arguments.end());
-    }
+    const auto separator = std::find(words.begin(), words.end(), "--");
+    const bool separated = separator != words.end();
+    if (separated)
+        options.command.assign(separator + 1, words.end());
+    const std::vector<std::string> arguments(words.begin(), separator);
 
-    CLI::App app("A virtual meter: the five service processes of the meter over one simulated scene.",
-                 "vx63-vmeter");
+    const auto declare = [&](CLI::App& app, cli::Extras& extras, bool all) {
+        app.require_subcommand(0, 1);
+        app.footer("Example:\n"
+                   "  vx63-vmeter run --trace messages.json -- vx63 measure single --freq 557143");
+        app.set_version_flag("-V,--version", "vx63-vmeter " VX63_VERSION, "print the version and exit");
+        app.set_help_flag("-h,--help", "print this help and exit");
+        for (const auto& [name, add] : kCommands)
+            if (all || std::ranges::count(arguments, name) > 0)
+                add(app, extras, options);
+    };
+    constexpr const char* kDescription =
+        "A virtual meter: the five service processes of the meter over one simulated scene.";
+    CLI::App app(kDescription, "vx63-vmeter");
     cli::Extras extras;
-    app.require_subcommand(0, 1);
-    app.footer("Example:\n"
-               "  vx63-vmeter run --trace messages.json -- vx63 measure single --freq 557143\n\n"
-               "See vx63-vmeter(1).");
-    app.set_version_flag("--version", "vx63-vmeter " VX63_VERSION);
-
-    const bool all = cli::needsAll(arguments);
-    for (const auto& [name, add] : kCommands)
-        if (all || std::ranges::count(arguments, name) > 0)
-            add(app, extras, options);
-    if (const auto text = cli::answer(app, extras, {argv + 1, argv + argc})) {
+    declare(app, extras, cli::needsAll(arguments));
+    if (const auto text = cli::answer(app, extras, words)) {
         std::fputs(text->c_str(), stdout);
         return 0;
     }
 
     try {
-        std::reverse(arguments.begin(), arguments.end()); // as CLI11 wants them
-        app.parse(arguments);
+        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // as CLI11 wants them
+    } catch (const CLI::CallForHelp&) {
+        if (const auto mistake = cli::mistakeIn(app, extras, words); mistake && mistake->inCommand)
+            return usageError(*mistake);
+        std::fputs(cli::helpOf(app, extras, arguments).c_str(), stdout);
+        return 0;
+    } catch (const CLI::CallForVersion& version) {
+        std::puts(version.what());
+        return 0;
     } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() == 0)
-            return app.exit(error);
-        return usageError(error.what());
+        CLI::App all(kDescription, "vx63-vmeter");
+        cli::Extras allExtras;
+        declare(all, allExtras, true);
+        const auto mistake = cli::mistakeIn(all, allExtras, words);
+        return usageError(mistake ? *mistake : cli::refusal(app, extras, arguments, error.what()));
     }
 
     if (app.get_subcommands().empty())

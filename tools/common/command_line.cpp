@@ -1,8 +1,11 @@
 #include "common/command_line.h"
 
+#include "cli/help.h"
+#include "cli/mistake.h"
 #include "common/failure.h"
 #include "common/identity.h"
 #include "common/output.h"
+#include "common/terminal.h"
 #include "common/text.h"
 
 #include <CLI/CLI.hpp>
@@ -14,34 +17,6 @@
 namespace tool {
 
 namespace {
-
-// The innermost command that was given, and how it was called: "vx63 measure single".
-struct Given {
-    const CLI::App* command;
-    std::string caller; // "vx63 measure"
-    std::string line;
-};
-
-Given given(const CLI::App& app)
-{
-    Given result{&app, "", app.get_name()};
-    while (!result.command->get_subcommands().empty()) {
-        result.command = result.command->get_subcommands().front();
-        result.caller = result.line;
-        result.line += " " + result.command->get_name();
-    }
-    return result;
-}
-
-Failure wrongUsage(const CLI::App& app, std::string why)
-{
-    const auto [command, caller, line] = given(app);
-    if (command->get_require_subcommand_min() > 0) {
-        const auto words = command->remaining();
-        why = words.empty() ? "no command is given" : "'" + words.front() + "' is no command";
-    }
-    return {kExitUsage, "wrong usage of '" + line + "'", why, "see '" + line + " --help'"};
-}
 
 Command printing(const std::string& text)
 {
@@ -61,17 +36,9 @@ std::string noneOf(const std::string& text, const std::vector<std::string>& word
 
 constexpr const char* kIdVariable = "VX63_PROCESS_ID";
 
-// A wrong id there is refused whatever the command: CLI11 gives it to each that has --id.
-bool refusesVariable()
+Failure wrongUsage(const cli::Mistake& mistake)
 {
-    const char* const text = std::getenv(kIdVariable);
-    try {
-        if (text != nullptr && *text != '\0')
-            processIdIn("--id", text);
-        return false;
-    } catch (const WrongUsage&) {
-        return true;
-    }
+    return {kExitUsage, "wrong usage of '" + mistake.line + "'", mistake.why, mistake.hint};
 }
 
 } // namespace
@@ -91,12 +58,6 @@ Option& Option::needs(const Option& other)
 Option& Option::excludes(const Option& other)
 {
     m_option->excludes(other.m_option);
-    return *this;
-}
-
-Option& Option::environment(const std::string& variable)
-{
-    m_option->envname(variable);
     return *this;
 }
 
@@ -148,7 +109,7 @@ void CommandLine::notes(const char* text)
 
 Option CommandLine::flag(const std::string& name, bool& target, const std::string& description)
 {
-    return option(*m_app->add_flag(name, target, description));
+    return option(*m_app->add_flag(name, target, description)->disable_flag_override());
 }
 
 Option CommandLine::text(const std::string& name, std::string& target, const std::string& type,
@@ -232,40 +193,66 @@ void CommandLine::addYes(bool& yes)
 
 void CommandLine::addId(int32_t& id)
 {
-    value("--id", "N", "Own process id, 0 to 17 but none of the services' 0, 6, 8, 10, 12 [17]",
-          [&id](const std::string& text) { id = processIdIn("--id", text); })
-        .environment(kIdVariable)
-        .offers("1, 2, 3, 4, 5, 7, 9, 11, 13, 14, 15, 16, 17");
+    const Option option =
+        value("--id", "N",
+              "Own process id, 0 to 17 but none of the services' 0, 6, 8, 10, 12 [VX63_PROCESS_ID, else 17]",
+              [&id](const std::string& text) { id = processIdIn("--id", text); })
+            .offers("1, 2, 3, 4, 5, 7, 9, 11, 13, 14, 15, 16, 17");
+    // Not by CLI11: a wrong variable must not keep anybody from help.
+    check([option, &id, check = std::move(m_check)] {
+        if (check)
+            check();
+        const char* const text = std::getenv(kIdVariable);
+        if (!option.given() && text != nullptr && *text != '\0')
+            id = processIdIn(kIdVariable, text);
+    });
 }
 
 Command readCommandLine(int argc, char** argv, const char* description, const char* footer,
                         void (*declare)(CommandLine&))
 {
+    std::vector<std::string> words = cli::wordsIn(argc, argv);
+    const auto prepare = [&](CLI::App& app, CommandLine::Program& program) {
+        app.set_version_flag("-V,--version", "vx63 " VX63_VERSION, "Print the version and exit");
+        app.set_help_flag("-h,--help", "Print this help and exit");
+        app.footer(footer);
+        app.require_subcommand(1);
+        CommandLine line(&app, program);
+        // For the help: it may stand anywhere, and is taken out of the words before.
+        line.text("--color", program.colour, "WHEN",
+                  "Colour verdicts and errors: auto, always, never, in any command [auto: on a terminal, "
+                  "unless "
+                  "NO_COLOR is set]")
+            .offers("auto, always, never");
+        declare(line);
+    };
     CLI::App app(description, "vx63");
-    app.set_version_flag("--version", "vx63 " VX63_VERSION, "Print the version and exit");
-    app.set_help_flag("-h,--help", "Print this help and exit");
-    app.get_formatter()->column_width(26);
-    app.get_formatter()->label("SUBCOMMAND", "COMMAND");
-    app.footer(footer);
-    app.require_subcommand(1);
-
-    const std::vector<std::string> arguments(argv + 1, argv + argc);
-    CommandLine::Program program{arguments, cli::needsAll(arguments) || refusesVariable(), {}, {}};
-    CommandLine line(&app, program);
-    declare(line);
-    if (const auto text = cli::answer(app, program.extras, arguments))
+    CommandLine::Program program{words, cli::needsAll(words), {}, {}, {}};
+    prepare(app, program);
+    if (const auto text = cli::answer(app, program.extras, words))
         return printing(*text);
+
+    const auto mistake = [&](const std::string& why, const std::string& option) -> cli::Mistake {
+        CLI::App all(description, "vx63");
+        CommandLine::Program whole{words, true, {}, {}, {}};
+        prepare(all, whole);
+        if (const auto found = cli::mistakeIn(all, whole.extras, words))
+            return *found;
+        return cli::refusal(app, program.extras, words, why, option);
+    };
     try {
-        app.parse(argc, argv);
+        takeColourOption(words);
+        app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
     } catch (const CLI::CallForHelp&) {
-        const auto [asked, caller, words] = given(app);
-        return printing(asked->help(caller));
+        if (const auto found = cli::mistakeIn(app, program.extras, words); found && found->inCommand)
+            throw wrongUsage(*found);
+        return printing(cli::helpOf(app, program.extras, words));
     } catch (const CLI::CallForVersion& version) {
         return printing(std::string(version.what()) + "\n");
     } catch (const CLI::ParseError& error) {
-        throw wrongUsage(app, error.what());
+        throw wrongUsage(mistake(error.what(), ""));
     } catch (const WrongUsage& error) {
-        throw wrongUsage(app, error.what());
+        throw wrongUsage(mistake(error.what(), error.option()));
     }
     return program.chosen;
 }

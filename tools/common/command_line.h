@@ -26,8 +26,7 @@ public:
     Option& required();
     Option& needs(const Option& other);
     Option& excludes(const Option& other);
-    Option& environment(const std::string& variable); // holds the value where the option is not given
-    Option& offers(const std::string& words);         // what completes the value: "uhf, bs, cs"
+    Option& offers(const std::string& words); // what completes the value: "uhf, bs, cs"
     Option& offers(cli::Words words);
     bool given() const; // for CommandLine::check
 
@@ -108,6 +107,7 @@ private:
         std::vector<std::string> words;
         bool whole; // all commands are declared, not only those whose names are among the words
         Command chosen;
+        std::string colour;
         cli::Extras extras;
     };
 

@@ -52,7 +52,13 @@ private:
 class WrongUsage : public std::runtime_error {
 public:
     explicit WrongUsage(const std::string& why) : std::runtime_error(why) {}
-    WrongUsage(const std::string& option, const std::string& why) : std::runtime_error(option + ": " + why) {}
+    WrongUsage(const std::string& option, const std::string& why)
+        : std::runtime_error(option + ": " + why), m_option(option)
+    {}
+    const std::string& option() const { return m_option; } // empty where it is not one alone
+
+private:
+    std::string m_option;
 };
 
 } // namespace tool

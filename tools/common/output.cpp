@@ -1,5 +1,6 @@
 #include "common/output.h"
 
+#include "cli/columns.h"
 #include "common/failure.h"
 #include "common/terminal.h"
 #include "common/text.h"
@@ -86,7 +87,7 @@ void Progress::show(std::string_view text)
     if (!m_terminal)
         return;
     // The last column stays free: some terminals go on to the next line when it is written.
-    text = cut(text, columnsOf(STDERR_FILENO).value_or(80) - 1);
+    text = cut(text, cli::columnsOf(STDERR_FILENO).value_or(80) - 1);
     // Blanks instead of an escape sequence: every terminal knows them.
     const size_t width = widthOf(text);
     writeAll(STDERR_FILENO,

@@ -1,5 +1,6 @@
 #include "common/table.h"
 
+#include "cli/columns.h"
 #include "common/text.h"
 
 #include <algorithm>
@@ -29,7 +30,7 @@ public:
             for (size_t i = 0; i < row.size(); ++i)
                 m_widths[i] = std::max(m_widths[i], widthOf(printable(row[i].text)));
         }
-        breakInto(columnsOf(STDOUT_FILENO).value_or(SIZE_MAX));
+        breakInto(cli::columnsOf(STDOUT_FILENO).value_or(SIZE_MAX));
     }
 
     std::string row(const std::vector<Cell>& cells) const

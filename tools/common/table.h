@@ -12,8 +12,9 @@
 namespace tool {
 
 struct Cell {
-    template <std::convertible_to<std::string> Text>
-    Cell(Text&& words, Tint colour = Tint::none) : text(std::forward<Text>(words)), tint(colour)
+    template <class Text>
+    requires std::constructible_from<std::string, Text> Cell(Text&& words, Tint colour = Tint::none)
+        : text(std::forward<Text>(words)), tint(colour)
     {}
 
     std::string text;

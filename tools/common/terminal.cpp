@@ -1,14 +1,12 @@
 #include "common/terminal.h"
 
 #include "common/failure.h"
-#include "common/numbers.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <langinfo.h>
 #include <locale.h>
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace tool {
@@ -48,18 +46,6 @@ Colours coloursIn(const std::string& text)
 }
 
 } // namespace
-
-std::optional<size_t> columnsOf(int fd)
-{
-    winsize size{};
-    if (ioctl(fd, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
-        return size.ws_col;
-    const char* columns = std::getenv("COLUMNS");
-    const auto number = parseNumber(columns != nullptr ? columns : "");
-    if (number.value_or(0) == 0)
-        return std::nullopt;
-    return static_cast<size_t>(*number);
-}
 
 bool isUnicode()
 {

@@ -1,17 +1,13 @@
-// What standard output and standard error can show: width, characters, colours.
+// What standard output and standard error can show: characters and colours; their width is that of
+// cli/columns.h.
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tool {
-
-// Columns of the terminal behind the descriptor; where there is none, of COLUMNS; nothing where that is not
-// set either: the text is for a file or a program.
-std::optional<size_t> columnsOf(int fd);
 
 // Whether the character set of the locale is UTF-8.
 bool isUnicode();

@@ -45,12 +45,13 @@ void addChannelOptions(CommandLine& line, ChannelOptions& options)
     line.value("--system", "SYSTEM", "Broadcast system: " + systemNames() + ", or its code [terrestrial]",
                [&condition](const std::string& text) { condition.usBdSys = systemIn("--system", text); })
         .offers(systemNames());
-    line.number("--band", condition.usBand, "N", "Band code [0]", 0, UINT16_MAX);
+    line.number("--band", condition.usBand, "N",
+                "Band: 1 UHF, 2 BS, 3 CS, ...; see vx63-measure(1) [0: none]", 0, UINT16_MAX);
     line.text("--mod", options.modulation, "MOD",
               "Modulation: " + modulationNames() + ", or its code [0: whatever the system has]")
         .offers(modulationNames());
-    line.number("--condition", condition.usCondition, "BITS", "Condition bits, e.g. 0x0001 [0]", 0,
-                UINT16_MAX);
+    line.number("--condition", condition.usCondition, "BITS",
+                "Condition bits, e.g. 0x0001; come back as condition_code [0]", 0, UINT16_MAX);
     line.value("--channel", "NAME", "Channel name, up to 8 bytes", [&condition](const std::string& text) {
         if (text.size() > sizeof condition.ucStrChan)
             throw WrongUsage("--channel", format("'%s' is longer than %zu bytes", text.c_str(),
@@ -60,7 +61,8 @@ void addChannelOptions(CommandLine& line, ChannelOptions& options)
     line.number("--supply", condition.powerSupply, "0..4",
                 "Antenna power supply: 0 off, 1 11 V, 2 15 V, 3 11 V and tone, 4 15 V and tone [0]", 0, 4);
     line.number("--input", options.input, "0|1", "Select this RF input first [leave it]", 0, 1);
-    line.number("--disp-type", options.ucDispType, "N", "Display type [0]", 0, UINT8_MAX);
+    line.number("--disp-type", options.ucDispType, "N",
+                "Number of a display type, handed on to the meter [0]", 0, UINT8_MAX);
     line.seconds("--lock-timeout", options.lockTimeoutMs, "How long to wait for lock, in seconds [10]", 0,
                  3600);
 }

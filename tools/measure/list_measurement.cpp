@@ -127,7 +127,8 @@ std::vector<Option> addListOptions(CommandLine& line, ListOptions& options)
                     0, 4),
     };
     line.number("--input", options.input, "0|1", "Select this RF input first [leave it]", 0, 1);
-    line.number("--disp-type", options.ucDispType, "N", "Display type [0]", 0, UINT8_MAX);
+    line.number("--disp-type", options.ucDispType, "N",
+                "Number of a display type, handed on to the meter [0]", 0, UINT8_MAX);
     Picture::addOption(line, options.plot);
     line.csv(options.form);
     line.flag("--check", options.check,

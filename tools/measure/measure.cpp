@@ -113,7 +113,6 @@ void addSingleOptions(CommandLine& line, Options& options)
     line.csv(options.form);
     line.flag("--check", options.check,
               "Exit with 14 where the verdict is fail, with 15 where it is marginal");
-    line.notes("Ctrl-C stops the measurement at the meter before the program ends.");
     line.check([&options] { resolveModulation(options); });
 }
 

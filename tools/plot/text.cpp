@@ -1,5 +1,6 @@
 #include "plot/text.h"
 
+#include "cli/columns.h"
 #include "common/terminal.h"
 
 #include <algorithm>
@@ -17,7 +18,7 @@ constexpr size_t kMostColumns = 240;
 
 TextStyle textStyle()
 {
-    return {std::clamp(columnsOf(STDOUT_FILENO).value_or(80), kLeastColumns, kMostColumns), isUnicode()};
+    return {std::clamp(cli::columnsOf(STDOUT_FILENO).value_or(80), kLeastColumns, kMostColumns), isUnicode()};
 }
 
 DotCanvas::DotCanvas(size_t columns, size_t rows, bool unicode)

@@ -1,5 +1,6 @@
 #include "settings/arguments.h"
 
+#include "cli/suggestion.h"
 #include "common/failure.h"
 #include "common/text.h"
 #include "settings/record.h"
@@ -13,17 +14,23 @@ void addRecordArgument(CommandLine& line, uint32_t& record)
 
 namespace {
 
+std::vector<std::string> columnsOf(const FileRef& file)
+{
+    std::vector<std::string> names;
+    const vx63::settings::File& entry = entryOf(file);
+    for (uint32_t i = 0; i < entry.columnCount; ++i)
+        names.emplace_back(entry.columns[i].name);
+    return names;
+}
+
 // The columns of the file that stands before.
 std::vector<std::string> columnsOfGiven(const cli::Given& given)
 {
-    std::vector<std::string> names;
     try {
-        const vx63::settings::File& file = entryOf(fileNamed("FILE", given.arguments.at(0)));
-        for (uint32_t i = 0; i < file.columnCount; ++i)
-            names.emplace_back(file.columns[i].name);
+        return columnsOf(fileNamed("FILE", given.arguments.at(0)));
     } catch (const WrongUsage&) { // there is no such file
+        return {};
     }
-    return names;
 }
 
 } // namespace
@@ -41,10 +48,12 @@ void addForce(CommandLine& line, bool& force)
 const vx63::settings::Column* requireColumn(const FileRef& file, const std::string& name)
 {
     const vx63::settings::Column* column = columnNamed(entryOf(file), name);
-    if (column == nullptr)
-        throw Failure(kExitUsage, "cannot find column '" + name + "'",
-                      nameOf(file) + " has the columns " + headerOf(entryOf(file)), "choose one of them");
-    return column;
+    if (column != nullptr)
+        return column;
+    const std::string hint = cli::didYouMean(name, columnsOf(file));
+    throw Failure(kExitUsage, "cannot find column '" + name + "'",
+                  nameOf(file) + " has the columns " + headerOf(entryOf(file)),
+                  hint.empty() ? "choose one of them" : hint);
 }
 
 void requireRecord(const FileRef& file, const Contents& contents, uint32_t record)

@@ -2,6 +2,7 @@
 #include "common/failure.h"
 #include "common/json.h"
 #include "common/output.h"
+#include "common/table.h"
 #include "common/text.h"
 #include "plot/text.h"
 #include "settings/arguments.h"
@@ -178,7 +179,6 @@ void addSettingsDescribe(CommandLine& settings)
                         [](CommandLine& line, Options& options) {
                             addFileArgument(line, options.file).required();
                             addColumnArgument(line, options.column);
-                            line.flag("--json", options.json, "Print a JSON object");
                         });
 }
 

@@ -265,9 +265,12 @@ void addCreateOptions(CommandLine& line, CreateOptions& options)
                [&options](const std::string& text) { options.plan = fileNamed("--from", text); })
         .required()
         .offers(plans);
-    line.number("--band", options.ucBand, "N", "Band code of every channel [0]", 0, UINT8_MAX);
-    line.number("--spec", options.ucSpec, "N", "Specification code of every channel [0]", 0, UINT8_MAX);
-    line.number("--mod", options.ulModulation, "BITS", "Modulation bits of every channel [0]", 0, UINT32_MAX);
+    line.number("--band", options.ucBand, "N", "Band of every channel, see vx63-measure(1) [0: none]", 0,
+                UINT8_MAX);
+    line.number("--spec", options.ucSpec, "N",
+                "Broadcast system of every channel, by its code [0: terrestrial]", 0, UINT8_MAX);
+    line.number("--mod", options.ulModulation, "BITS", "Modulations of every channel, a bit each [0]", 0,
+                UINT32_MAX);
     addForce(line, options.force);
 }
 

@@ -84,7 +84,7 @@ void printRecords(const FileRef& file, const Contents& contents, Form form)
     if (form == Form::csv)
         result = vx63::settings::kVersion + ("\n" + headerOf(entry)) + "\n";
     for (uint32_t i = 0; i < entry.columnCount; ++i)
-        rows.front().emplace_back(std::string(entry.columns[i].name));
+        rows.front().emplace_back(entry.columns[i].name);
     for (uint32_t record = 0; record < contents.records; ++record) {
         const uint8_t* bytes = contents.bytes.data() + record * entry.dataSize;
         std::vector<Cell> row = {std::to_string(record)};

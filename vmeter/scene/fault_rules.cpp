@@ -1,5 +1,6 @@
 #include "scene/fault_rules.h"
 
+#include "cli/suggestion.h"
 #include "services/service.h"
 
 #include <cerrno>
@@ -67,27 +68,42 @@ std::optional<uint32_t> number(std::string_view text)
     return static_cast<uint32_t>(value);
 }
 
+// "unknown fault 'lat' (known: late, twice): did you mean 'late'?"
+std::invalid_argument unknown(const std::string& what, std::string_view name,
+                              const std::vector<std::string>& known, const std::string& owner = "",
+                              const std::string& others = "")
+{
+    std::string list;
+    for (const std::string& one : known)
+        list += (list.empty() ? "" : ", ") + one;
+    const std::string hint = cli::didYouMean(std::string(name), known);
+    return wrong("unknown " + what + " " + quoted(name) + owner + " (known: " + list + others + ")" +
+                 (hint.empty() ? "" : ": " + hint));
+}
+
 const Service& findService(std::string_view name)
 {
-    std::string known;
+    std::vector<std::string> known;
     for (const Service* service : kServices) {
         if (name == service->name)
             return *service;
-        known += known.empty() ? "" : ", ";
-        known += service->name;
+        known.emplace_back(service->name);
     }
-    throw wrong("unknown service " + quoted(name) + " (known: " + known + ")");
+    throw unknown("service", name, known);
 }
 
 uint16_t findCommand(const Service& service, std::string_view text)
 {
-    for (const Command& command : service.commands)
+    std::vector<std::string> known;
+    for (const Command& command : service.commands) {
         if (text == command.name)
             return command.usCmd;
+        known.emplace_back(command.name);
+    }
     const std::optional<uint32_t> code = number(text);
     if (!code || *code > 0x7FFF)
-        throw wrong("unknown command " + quoted(text) + " of service " + service.name +
-                    " (a code such as 0x104, 0 to 0x7FFF, or a name from the service's table)");
+        throw unknown("command", text, known, std::string(" of service ") + service.name,
+                      "; or a code from 0 to 0x7FFF");
     return static_cast<uint16_t>(*code);
 }
 
@@ -143,10 +159,9 @@ FaultRule makeFault(std::string_view service, std::string_view command, uint32_t
         throw wrong("the probability is not from 0 to 1");
     rule.probability = probability;
 
-    std::string known;
+    std::vector<std::string> known;
     for (const KindRow& candidate : kKinds) {
-        known += known.empty() ? "" : ", ";
-        known += candidate.name;
+        known.emplace_back(candidate.name);
         if (kind != candidate.name)
             continue;
         if (value && !candidate.hasValue)
@@ -158,7 +173,7 @@ FaultRule makeFault(std::string_view service, std::string_view command, uint32_t
         rule.value = value;
         return rule;
     }
-    throw wrong("unknown fault " + quoted(kind) + " (known: " + known + ")");
+    throw unknown("fault", kind, known);
 }
 
 FaultRule parseFault(const std::string& text)

@@ -6,7 +6,7 @@ import subprocess
 
 import pytest
 
-from tool_support import VX63, run
+from tool_support import VX63, Terminal, environment, run
 
 DEVICE_COMMANDS = ["info", "doctor", "keys", "failure", "power", "update", "factory-reset", "developer-mode",
                    "calibrate", "battery", "buzzer", "volume", "brightness"]
@@ -36,7 +36,7 @@ def listed(text, heading):
 
 
 def options_of(*words):
-    return set(re.findall(r"^  (?:-h,)?(--[a-z0-9-]+)", help_of(*words), re.M))
+    return set(re.findall(r"^  (?:-[hV],)?(--[a-z0-9-]+)", help_of(*words), re.M))
 
 
 @pytest.mark.parametrize("words, why", [
@@ -44,16 +44,25 @@ def options_of(*words):
     (["measure"], "no command is given"),
     (["bogus"], "'bogus' is no command"),
     (["measure", "double"], "'double' is no command"),
-    (["--bogus"], "'--bogus' is no command"),
+    (["--bogus"], "'--bogus' is no option"),
+    (["measure", "--json"], "'--json' is no option"),
+    (["--", "status"], "no command is given before '--'"),
     (["measure", "single"], "--freq is required"),
-    (["measure", "single", "--freq"], "--freq"),
+    (["measure", "single", "--freq"], "--freq lacks its value "),
+    (["measure", "single", "--freq="], "--freq lacks its value "),
+    (["measure", "single", "--freq", "--json"], "--freq lacks its value "),
+    (["measure", "single", "--freq", "1", "--json=yes"], "--json takes no value"),
+    (["measure", "single", "--bogus", "1"], "'--bogus' is no option"),
+    (["measure", "single", "-x"], "'-x' is no option"),
     (["measure", "single", "--freq", "0"], "--freq: '0' is not a whole number from 1 to 4294967295"),
     (["measure", "single", "--freq", "4294967296"], "--freq: '4294967296' is not"),
     (["measure", "single", "--freq", "-1"], "--freq: '-1' is not"),
     (["measure", "single", "--freq", "557.143"], "--freq: '557.143' is not"),
     (["measure", "single", "--freq", ""], "--freq: '' is not"),
-    (["measure", "single", "--freq", "1", "--freq", "2"], "--freq"),
-    (["measure", "single", "--freq", "1", "extra"], "extra"),
+    (["measure", "single", "--freq", "1", "--freq", "2"], "--freq is given twice"),
+    (["measure", "single", "--freq", "1", "extra"], "unexpected argument 'extra'"),
+    (["measure", "single", "one", "--freq", "1", "two", "three"], "unexpected arguments 'one', 'two', 'three'"),
+    (["measure", "single", "--freq", "1", "--", "--json"], "unexpected argument '--json'"),
     (["measure", "single", "--freq", "1", "--system", "moon"], "--system: 'moon' is none of terrestrial, satellite,"),
     (["measure", "single", "--freq", "1", "--system", "65536"], "--system: '65536' is none of"),
     (["measure", "single", "--freq", "1", "--mod", "am"], "--mod: 'am' is none of OFDM, BPSK,"),
@@ -90,11 +99,11 @@ def options_of(*words):
     (["angle", "calibrate", "--timeout", "-1"], "--timeout: '-1' is not a number of seconds"),
     (["input"], "INPUT is required"),
     (["input", "2"], "INPUT: '2' is not a whole number from 0 to 1"),
-    (["input", "0", "1"], "1"),
+    (["input", "0", "1"], "unexpected argument '1'"),
     (["power-supply", "on"], "SUPPLY: 'on' is not"),
     (["power-supply", "5"], "SUPPLY: '5' is not"),
     (["power-supply", "1", "--json"], "leave SUPPLY out"),
-    (["status", "now"], "now"),
+    (["status", "now"], "unexpected argument 'now'"),
     (["settings"], "no command is given"),
     (["settings", "bogus"], "'bogus' is no command"),
     (["settings", "show"], "FILE is required"),
@@ -120,14 +129,14 @@ def options_of(*words):
     (["sets", "delete", "."], "NAME: '.' is no name of a set: it begins with a point"),
     (["sets", "delete", "a\tb"], "is no name of a set: it is not printable"),
     (["sets", "copy", "ch_set/uhf", "A"], "SOURCE: 'ch_set/uhf' is no set; 'vx63 sets create' makes one of a plan"),
-    (["info", "now"], "now"),
-    (["doctor", "--watch"], "--watch"),
+    (["info", "now"], "unexpected argument 'now'"),
+    (["doctor", "--watch"], "'--watch' is no option"),
     (["keys", "--interval", "1"], "--interval requires --watch"),
     (["keys", "--watch", "--interval", "-1"], "--interval: '-1' is not"),
     (["failure"], "no command is given"),
     (["failure", "set"], "CODE is required"),
     (["failure", "set", "65536"], "CODE: '65536' is not a whole number from 0 to 65535"),
-    (["failure", "set", "-1"], "-1"),
+    (["failure", "set", "-1"], "CODE: '-1' is not a whole number"),
     (["failure", "set", "1", "--info", "0"], "--info: '0' is not up to 32 bytes"),
     (["failure", "set", "1", "--info", "0g"], "--info: '0g' is not up to 32 bytes"),
     (["failure", "set", "1", "--info", "00" * 33], "is not up to 32 bytes"),
@@ -163,8 +172,95 @@ def test_wrong_usage(words, why):
     assert result.stdout == ""
     assert result.stderr.startswith("vx63: wrong usage of 'vx63")
     assert why in result.stderr
-    assert re.search(r": see 'vx63[ a-z-]* --help'\n$", result.stderr)
+    assert re.search(r": (see 'vx63[ a-z-]* --help'|did you mean '\S+'( or '\S+')*\?)\n$", result.stderr)
     assert result.stderr.count("\n") == 1
+
+
+@pytest.mark.parametrize("words, told", [
+    ("mesure", "'vx63': 'mesure' is no command: did you mean 'measure'?"),
+    ("MEASURE single", "'vx63': 'MEASURE' is no command: did you mean 'measure'?"),
+    ("set list", "'vx63': 'set' is no command: did you mean 'settings' or 'sets'?"),
+    ("hlep", "'vx63': 'hlep' is no command: did you mean 'help'?"),
+    ("--help hlep", "'vx63': 'hlep' is no command: see 'vx63 --help'"),
+    ("help mesure", "'vx63': 'mesure' is no command: did you mean 'measure'?"),
+    ("mesure --help", "'vx63': 'mesure' is no command: did you mean 'measure'?"),
+    ("help measure singel", "'vx63 measure': 'singel' is no command: did you mean 'single'?"),
+    ("measure singel --freq 5", "'vx63 measure': 'singel' is no command: did you mean 'single'?"),
+    ("sets delte A", "'vx63 sets': 'delte' is no command: did you mean 'delete'?"),
+    ("measure single --frq 5", "'vx63 measure single': '--frq' is no option: did you mean '--freq'?"),
+    ("measure single --frequncy 5", "'vx63 measure single': '--frequncy' is no option: did you mean '--freq'?"),
+    ("measure single --frq=5 --sytem moon", "'vx63 measure single': '--frq' is no option: did you mean '--freq'?"),
+    ("measure single -freq 5", "'vx63 measure single': '-freq' is no option: did you mean '--freq'?"),
+    ("measure single --lock 5", "'vx63 measure single': '--lock' is no option: did you mean '--lock-timeout'?"),
+    ("scan plan uhf", "'vx63 scan': unexpected arguments 'plan', 'uhf': did you mean '--plan'?"),
+])
+def test_what_was_meant(words, told):
+    result = run(VX63, *words.split())
+    assert (result.returncode, result.stdout, result.stderr) == (64, "", f"vx63: wrong usage of {told}\n")
+
+
+@pytest.mark.parametrize("words, meant", [
+    ("measure single --freq 1 --system satelite", "satellite"),
+    ("measure single --freq 1 --mod odfm", "OFDM"),
+    ("scan --plan uhff", "uhf"),
+    ("buzzer clik", "click"),
+    ("brightness drak", "dark"),
+    ("developer-mode onn", "on"),
+    ("update --program mian --new-version 1 --size 1", "main"),
+    ("settings show ch_set/uhff", "ch_set/uhf"),
+    ("settings show volme", "sys_set/volume"),
+    ("settings get sys_set/volume 0 VOLUM_SEL1", "VOLUME_SEL1"),
+    ("sets create A --from ufh", "ch_set/uhf"),
+])
+def test_what_value_was_meant(words, meant):
+    result = run(VX63, *words.split())
+    assert (result.returncode, result.stdout) == (64, "")
+    assert result.stderr.endswith(f": did you mean '{meant}'?\n")
+
+
+@pytest.mark.parametrize("words", [[], ["measure"], ["measure", "single"], ["log"]])
+def test_help_command(words):
+    for before in ["help"], ["help", "help"], ["help", "--help"]:
+        result = run(VX63, *before, *words)
+        assert (result.returncode, result.stdout, result.stderr) == (0, help_of(*words), "")
+
+
+@pytest.mark.parametrize("columns, width", [("20", 40), ("40", 40), ("57", 57), ("80", 80), ("200", 80), ("x", 80)])
+@pytest.mark.parametrize("words", [[], *GROUPS, *LEAVES])
+def test_help_fits(words, columns, width):
+    result = run(VX63, *words, "--help", env=environment(COLUMNS=columns))
+    assert (result.returncode, result.stderr) == (0, "")
+    assert [line for line in result.stdout.splitlines() if len(line) > width or line != line.rstrip()] == []
+    # Nothing but the breaks differs.
+    assert "".join(result.stdout.split()).replace("\\", "") == "".join(help_of(*words).split()).replace("\\", "")
+
+
+def test_help_fits_the_terminal():
+    terminal = Terminal(VX63, "measure", "single", "--help", columns=60)
+    assert terminal.finish() == 0
+    assert 50 < max(map(len, terminal.shown.splitlines())) <= 60
+
+
+@pytest.mark.parametrize("words", [[], *GROUPS, *LEAVES])
+def test_help_is_for_people(words):
+    """No names of the code, and where to read on."""
+    assert re.findall(r"\bu[slc][A-Z]\w+|\b[a-z]{2,}[A-Z]\w+|\bBand code\b|\bDisplay type\b", help_of(*words)) == []
+    assert ("'vx63 help COMMAND', and the manual page vx63(1)" in help_of(*words)) == (words == [])
+
+
+@pytest.mark.parametrize("words", [["--help"], ["--version"], ["-V"], ["help"], ["help", "status"], ["status", "--help"],
+                                   ["--complete", "st"], ["log", "/dev/null"]])
+def test_a_wrong_process_id_is_no_hindrance_where_none_is_used(words):
+    result = run(VX63, *words, env=environment(VX63_PROCESS_ID="x"))
+    assert (result.returncode, result.stderr) == (0, "")
+    assert result.stdout == run(VX63, *words).stdout
+
+
+def test_a_wrong_process_id():
+    result = run(VX63, "status", env=environment(VX63_PROCESS_ID="8"))
+    assert (result.returncode, result.stdout) == (64, "")
+    assert result.stderr == ("vx63: wrong usage of 'vx63 status': VX63_PROCESS_ID: 8 is the id of a service: "
+                             "see 'vx63 status --help'\n")
 
 
 def test_help_lists_commands_and_exit_codes():
@@ -176,14 +272,15 @@ def test_help_lists_commands_and_exit_codes():
 
 @pytest.mark.parametrize("words", [[], *GROUPS, *LEAVES])
 def test_help_has_an_example_that_is_right(words):
-    example = re.search(r"^Example: (vx63 .*)$", help_of(*words), re.M).group(1)
+    example = re.search(r"^Example: (vx63 .*)$", help_of(*words).replace("\\\n", ""), re.M).group(1)
     # With --help behind it, everything before is checked but nothing is done.
     assert example.split()[1] in COMMANDS
     assert run(VX63, *example.split()[1:], "--help").returncode == 0
 
 
-def test_version():
-    result = run(VX63, "--version")
+@pytest.mark.parametrize("word", ["--version", "-V"])
+def test_version(word):
+    result = run(VX63, word)
     assert (result.returncode, result.stderr) == (0, "")
     assert re.fullmatch(r"vx63 \d+\.\d+\.\d+\n", result.stdout)
 

@@ -241,4 +241,4 @@ def test_bad_rule(rule, why):
     ended = vmeter("run", "--fault", rule, "--", "true")
     assert (ended.returncode, ended.stdout) == (64, "")
     assert ended.stderr.startswith("vx63-vmeter: usage: ") and why in ended.stderr, ended.stderr
-    assert ended.stderr.endswith(": see 'vx63-vmeter --help'\n") and ended.stderr.count("\n") == 1
+    assert ended.stderr.endswith(": see 'vx63-vmeter run --help'\n") and ended.stderr.count("\n") == 1

@@ -76,14 +76,12 @@ TEST(Faults, BadRulesAreRefusedWithTheReason)
     const std::pair<const char*, const char*> cases[] = {
         {"", "no '=' between the requests and the fault"},
         {"=silence", "unknown service '' (known: sys, dev, key, buz, meas)"},
-        {"MEAS=silence", "unknown service 'MEAS' (known: sys, dev, key, buz, meas)"},
+        {"MEAS=silence", "unknown service 'MEAS' (known: sys, dev, key, buz, meas): did you mean 'meas'?"},
         {"meas/=silence", "no command after '/'"},
-        {"meas/0x8000=silence",
-         "unknown command '0x8000' of service meas (a code such as 0x104, 0 to 0x7FFF, or "
-         "a name from the service's table)"},
-        {"meas/0x=silence",
-         "unknown command '0x' of service meas (a code such as 0x104, 0 to 0x7FFF, or a name "
-         "from the service's table)"},
+        {"key/0x8000=silence",
+         "unknown command '0x8000' of service key (known: key-status; or a code from 0 to 0x7FFF)"},
+        {"key/0x=silence",
+         "unknown command '0x' of service key (known: key-status; or a code from 0 to 0x7FFF)"},
         {"meas:=silence", "request '' is not a number"},
         {"meas:1-x=silence", "request 'x' is not a number"},
         {"meas:+1=silence", "request '+1' is not a number"},
