@@ -165,6 +165,7 @@ void CommandLine::addForm(const char* name, Form& target, Form form, const std::
 {
     CLI::Option* added = m_app->add_flag_callback(
         name, [&target, form] { target = form; }, description);
+    added->disable_flag_override();
     for (CLI::Option* other : m_forms)
         added->excludes(other);
     m_forms.push_back(added);

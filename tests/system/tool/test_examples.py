@@ -76,7 +76,8 @@ def fences(kind):
 def help_examples():
     texts = [help_of(*words) for words in [[], *GROUPS, *LEAVES]]
     texts += [run(VMETER, *words, "--help").stdout for words in [[], ["run"], ["serve"], ["state"], ["check"]]]
-    return [example.strip() for text in texts for example in re.findall(r"^Example:\s+(\S.*)$", text, re.M)]
+    whole = (re.sub(r" \\\n\s+", " ", text) for text in texts)  # as a shell reads them
+    return [example.strip() for text in whole for example in re.findall(r"^Example:\s+(\S.*)$", text, re.M)]
 
 
 @functools.cache

@@ -138,7 +138,7 @@ def test_progress_and_ctrl_c(meter):
 def test_sigterm_stops_the_list(meter):
     result = meter.shell("""
         $VX63 scan --plan up-stream > "$DIR/out" & pid=$!
-        until $VX63 status --id 16 --jsonl | grep -q '"measurement_status_code":8'; do :; done
+        until $VX63 status --id 16 --json | grep -q '"measurement_status_code":8'; do :; done
         kill $pid; wait $pid; echo $?
         cat "$DIR/out"
     """)

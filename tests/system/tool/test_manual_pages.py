@@ -61,7 +61,7 @@ def test_synopses():
     assert synopsis_of("vx63-update.1") == [
         "vx63 update [--program PROGRAM --new-version VERSION --size BYTES [--source SOURCE] | FILE] [--yes] [--id N]"]
     assert synopsis_of("vx63-settings.1")[6] == "vx63 settings reset [--all [--delete] | FILE] [--yes] [--id N]"
-    assert synopsis_of("vx63-keys.1") == ["vx63 keys [--watch [--interval S]] [--json] [--id N]"]
+    assert synopsis_of("vx63-keys.1") == ["vx63 keys [--watch [--interval S]] [--json | --jsonl] [--id N]"]
     assert synopsis_of("vx63-vmeter.1")[1:] == [
         "vx63-vmeter serve [--scene FILE] [--trace FILE] [--state-json FILE] [--fault RULE ...] [--ready-fd N] "
         "[--settings factory|empty] [-- COMMAND ...]", "vx63-vmeter state [--json]", "vx63-vmeter check"]

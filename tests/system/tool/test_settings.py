@@ -207,7 +207,7 @@ def test_values_without_a_meaning(meter):
     result = meter.shell("""
         "$VX63" settings set volume 0 VOLUME 9 --force && "$VX63" settings get volume 0 VOLUME
         "$VX63" settings check | grep volume
-        "$VX63" settings check --json | grep volume
+        "$VX63" settings check --jsonl | grep volume
         "$VX63" settings check > "$DIR/check"; echo $?
         "$VX63" settings set local_freq 1 WAVE 4 --force; "$VX63" settings set local_freq 2 LOCAL_FREQ2 0
         "$VX63" settings set fm_def 0 CENT_FREQ 0
