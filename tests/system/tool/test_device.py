@@ -239,8 +239,8 @@ def test_update_from_a_file(device, tmp_path):
 
 def test_update_that_fails_is_not_begun_anew(device):
     result, state = device("$VX63 " + " ".join(UPDATE) + " --yes", "[update]\nsteps = 5\nfail_step = 3\n")
-    assert result.returncode == 1
-    assert result.stderr.startswith("vx63: cannot update the program: ")
+    assert result.returncode == 10
+    assert result.stderr.startswith("vx63: cannot update the program: the meter gave the update up: ")
     assert (state["product"]["main_version"], state["update"]["running"], state["update"]["step"]) == ("1.0.0", False, 3)
 
 

@@ -32,7 +32,7 @@ def error(result):
 # ---- no meter ----
 
 def test_no_meter():
-    result = alone("sh", "-c", "$VX63 info; code=$?; python3 -c 'import os; os.listdir(\"/proc\")'; exit $code")
+    result = alone(VX63, "info")
     assert (result.returncode, result.stdout) == (12, "")
     assert result.stderr == f"vx63: cannot read the product data: {NO_METER}: {START_ONE}\n"
 
@@ -75,8 +75,10 @@ def test_doctor_where_nobody_is(before):
 
 
 def test_doctor_where_one_service_is_missing(meter):
-    """The request that kills the key service is the last one that it gets: the doctor does not ask it."""
-    script = "$VX63 keys > \"$DIR/out\" 2>&1 & until grep -qs key-status \"$DIR/trace.jsonl\"; do :; done; $VX63 doctor --json --id 16; kill $!"
+    """The request that kills the key service is the last one that it gets: the doctor does not ask it. Who asked
+    is gone by then, since its descriptor of the queue could be that of a service."""
+    script = ("$VX63 keys > \"$DIR/out\" 2>&1 & until grep -qs key-status \"$DIR/trace.jsonl\"; do :; done; "
+              "kill $!; wait $! 2> /dev/null; $VX63 doctor --json")
     result = meter.shell(script, fault="key=die,60000")
     report = json.loads(result.stdout)
     wrong = {check["subject"]: (check["kind"], check["text"]) for check in report["checks"] if check["health"] == "wrong"}
@@ -159,16 +161,14 @@ def test_waiting_is_told_on_a_terminal(meter):
 
 # ---- update ----
 
-@pytest.mark.parametrize("code, exit_code, kind, why", [
-    (1, 10, "update-failed", "the meter gave the update up"), (2, 2, "refused", "the meter refuses the request"),
-    (4, 1, "no-answer", "not now: another update is under way, or the battery is low"),
+@pytest.mark.parametrize("code, exit_code, why", [
+    (1, 10, "the meter gave the update up"), (2, 2, "the meter refuses the request"),
+    (4, 1, "not now: another update is under way, or the battery is low"),
 ])
-def test_update(meter, code, exit_code, kind, why):
+def test_update(meter, code, exit_code, why):
     result = meter.vx63(*UPDATE, fault=f"sys/update=ret,{code}")
     assert (result.returncode, result.stdout) == (exit_code, "")
     assert result.stderr.startswith(f"vx63: cannot update the program: {why}: ")
-    assert re.fullmatch(r'{"error":{"kind":"%s",.*}}\n' % kind, meter.shell(
-        "$VX63 " + " ".join(UPDATE) + " --json", fault=f"sys/update=ret,{code}").stderr) is None  # it has no --json
 
 
 def test_update_without_a_log(meter):
@@ -233,7 +233,7 @@ def test_status_asks_a_silent_service_once(meter):
     assert (status["device"], status["power_supply"], status["measuring"], status["standby"]) == (None, None, False, "none")
     assert status["missing"] == ["power_supply", "device"]
     assert error(result)["kind"] == "incomplete"
-    assert [name for name, _ in meter.requests()] == ["meas-status", "supply-info", "standby-state"]
+    assert [name for name, _ in meter.requests()] == ["meas-status", "power-supply-info", "standby-state"]
 
 
 def test_status_of_a_meter_that_sleeps(meter):
