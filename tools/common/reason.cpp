@@ -34,7 +34,7 @@ const Service* askedBy(std::string_view operation, std::string_view message)
         return std::ranges::any_of(parts,
                                    [&](std::string_view part) { return operation.find(part) != part.npos; });
     };
-    if (isOne({"Angle"}))
+    if (isOne({"Angle", "PowerSupplyInfo"}))
         return serviceOf(PROC_ID_PDEV);
     if (isOne(
             {"Meas", "DlyPrf", "Scan", "_force_", "reqPowerSupply", "calibration", "StandbyStat", "LowBatt"}))
@@ -102,7 +102,8 @@ Failure silence(const Service* service, const std::string& what, const std::func
         return nobodyAnswers(what);
     if (service != nullptr ? !answers(*service, again) : std::ranges::any_of(all.subspan(1), isSilent))
         return {kExitCommunication, what, name + " does not answer, the others do",
-                "'vx63 doctor' tells more; 'vx63 power reboot --wait' restarts the meter"};
+                isFirst ? "'vx63 doctor' tells more; restart the meter by hand"
+                        : "'vx63 doctor' tells more; 'vx63 power reboot --wait' restarts the meter"};
     return {kExitRestarting, what, "the meter was restarting or busy, and answers again",
             "repeat the command"};
 }

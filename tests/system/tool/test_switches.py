@@ -79,7 +79,7 @@ def test_status_while_another_measures(meter):
 @pytest.mark.parametrize("fault, words, code, error", [
     ("meas/0x100=ret,2", ["input", "1"], 2, "cannot select input 1: the meter refuses a value"),
     ("meas/0x15=ret,2", ["power-supply", "1"], 2, "cannot switch the power supply to 1: the meter refuses a value"),
-    ("dev=ret,1", ["power-supply"], 1, "cannot read the power supply: refused or failed: the service answers that it"),
+    ("dev=ret,1", ["power-supply"], 1, "cannot read the power supply: refused or failed: the device service answers"),
     ("dev=refuse", ["power-supply"], 1, "cannot read the power supply: the device service refuses the request (usOptOr"),
     ("dev=wrong", ["power-supply"], 1, "cannot read the power supply: something else comes in place of the answer of"),
 ])
