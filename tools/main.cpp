@@ -2,6 +2,7 @@
 #include "commands.h"
 #include "common/failure.h"
 #include "common/output.h"
+#include "common/text.h"
 
 #include <csignal>
 #include <string>
@@ -10,28 +11,17 @@ using namespace tool;
 
 namespace {
 
-constexpr const char* kFooter = R"(Exit codes:
-  0    done
-  1    the meter's services do not answer, or not as they should
-  2    the meter refuses a value
-  3    measured, but there was no lock
-  4    settings files differ
-  5    the doctor found something wrong
-  6    the buzzer is sounding a repeating pattern
-  7    the antenna power supply reports a fault
-  8    the buzzer is busy with a sound of higher priority
-  64   wrong usage
-  65   a settings file is broken
-  66   an input file cannot be read
-  70   internal error
-  73   the name is taken, or there is no room for another set
-  74   the output cannot be written
-  75   another vx63 uses the same process id
-  77   not confirmed
-  129, 130, 143  ended by a closed terminal, Ctrl-C, SIGTERM (128 + signal)
+std::string footer()
+{
+    std::string text = "Exit codes:\n";
+    for (const ExitKind& kind : exitKinds())
+        text += format("  %-4d %s", kind.code, kind.text) +
+                (kind.code == kExitSuccess ? "\n" : format(" (%s)\n", kind.word));
+    return text + R"(  129, 130, 143  ended by a closed terminal, Ctrl-C, SIGTERM (128 + signal)
   141  the reader of the output went away
 
 Example: vx63 measure single --freq 557143)";
+}
 
 void addCommands(CommandLine& program)
 {
@@ -63,7 +53,7 @@ int run(int argc, char** argv)
 {
     constexpr const char* kDescription =
         "Measures with the meter, switches it, reads its log and looks after its settings.";
-    const int code = readCommandLine(argc, argv, kDescription, kFooter, addCommands)();
+    const int code = readCommandLine(argc, argv, kDescription, footer().c_str(), addCommands)();
     closeOutput();
     return code;
 }
@@ -73,15 +63,17 @@ int run(int argc, char** argv)
 int main(int argc, char** argv)
 {
     prepareOutput();
+    const bool json = asksForJson({argv + 1, argv + argc});
     try {
         return run(argc, argv);
     } catch (const Failure& failure) {
-        complain(failure.what());
+        report(failure, json);
         return failure.code();
     } catch (const BrokenPipe&) {
         return kExitSignal + SIGPIPE;
     } catch (const std::exception& error) {
-        complain(std::string("internal error: ") + error.what() + ": please report it with the command line");
+        report({kExitInternal, "internal error", error.what(), "please report it with the command line"},
+               json);
         return kExitInternal;
     }
 }

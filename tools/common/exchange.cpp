@@ -1,5 +1,6 @@
 #include "common/exchange.h"
 
+#include "common/served.h"
 #include "common/text.h"
 #include "libvx63.h"
 
@@ -20,17 +21,37 @@ constexpr unsigned kMaxBehind = 3;
 // a fresh one.
 unsigned s_behind = 0;
 
+FailedCall s_failed;
+
+int32_t make(const std::function<int32_t()>& call)
+{
+    s_failed = {.start = std::chrono::system_clock::now()};
+    const auto start = Clock::now();
+    const int32_t result = call();
+    s_failed.slow = Clock::now() - start >= kAtOnce;
+    return result;
+}
+
 } // namespace
+
+const FailedCall& failedCall()
+{
+    return s_failed;
+}
 
 int32_t exchange(const std::function<int32_t()>& call)
 {
+    static const bool s_nothing = isNothingThere();
+    if (s_nothing) {
+        s_failed = {.start = {}, .made = false};
+        return VX63_ERR_COMM;
+    }
     int32_t result = VX63_OK;
     for (unsigned made = 0; made <= s_behind; ++made) {
-        const auto start = Clock::now();
-        result = call();
+        result = make(call);
         if (result != VX63_ERR_COMM)
             continue;
-        if (Clock::now() - start >= kAtOnce)
+        if (s_failed.slow)
             break; // nobody answers: waiting as long again helps nobody
         if (made == s_behind && s_behind < kMaxBehind)
             ++s_behind;
@@ -38,12 +59,11 @@ int32_t exchange(const std::function<int32_t()>& call)
     return result;
 }
 
-Failure failureOf(int32_t result, const std::string& what)
+Failure failureOf(int32_t result, const std::string& what, const std::function<int32_t()>& again)
 {
     switch (result) {
     case VX63_ERR_COMM:
-        return {kExitCommunication, what, "the meter's services do not answer, or not as they should",
-                "look at 'vx63 log --errors'; without a meter, put 'vx63-vmeter run --' before the command"};
+        return reasonOf(failedCall(), what, again);
     case VX63_ERR_ARG:
         return {kExitArgument, what, "the meter refuses a value",
                 "check the values; 'vx63 log' shows what was sent"};
@@ -73,7 +93,7 @@ void requireOnce(const std::string& what, const std::function<int32_t()>& call)
     if (s_behind > 0)
         throw Failure(kExitCommunication, what, "answers to somebody's earlier calls seem to be in the way",
                       "see 'vx63 doctor', or choose another id with --id");
-    if (const int32_t result = call(); result != VX63_OK)
+    if (const int32_t result = make(call); result != VX63_OK)
         throw failureOf(result, what);
 }
 

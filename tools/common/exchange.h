@@ -2,6 +2,7 @@
 #pragma once
 
 #include "common/failure.h"
+#include "common/reason.h"
 
 #include <functional>
 #include <string>
@@ -9,11 +10,16 @@
 namespace tool {
 
 // Calls the library, and again when an answer to somebody's earlier, abandoned call was in the way: such an
-// answer lies in the queue of our process id and makes the next call fail at once. Returns the result.
+// answer lies in the queue of our process id and makes the next call fail at once. Where there is no queue of
+// any service before the first call of all, none is ever made. Returns the result.
 int32_t exchange(const std::function<int32_t()>& call);
 
-// What a negative result means.
-Failure failureOf(int32_t result, const std::string& what);
+// The last call, if it came back with VX63_ERR_COMM.
+const FailedCall& failedCall();
+
+// What the negative result of the last call means; asks the services for the reason of VX63_ERR_COMM.
+//   again  see reasonOf()
+Failure failureOf(int32_t result, const std::string& what, const std::function<int32_t()>& again = nullptr);
 
 // exchange(), with a negative result thrown as Failure.
 void require(const std::string& what, const std::function<int32_t()>& call);

@@ -46,10 +46,14 @@ int writeAll(int fd, std::string_view text)
 
 } // namespace
 
+void printError(std::string_view text)
+{
+    writeAll(STDERR_FILENO, text);
+}
+
 void complain(const std::string& text)
 {
-    // Nobody is left to tell of an error here.
-    writeAll(STDERR_FILENO, tinted(Tint::bad, "vx63:", STDERR_FILENO) + " " + printable(text) + "\n");
+    printError(tinted(Tint::bad, "vx63:", STDERR_FILENO) + " " + printable(text) + "\n");
 }
 
 void prepareOutput()

@@ -20,7 +20,10 @@ void print(std::string_view text);
 // Call it last: some file systems tell of a full disk only here. Throws Failure.
 void closeOutput();
 
-// Writes "vx63: TEXT" to stderr.
+// Writes to stderr; nobody is left to tell of an error there.
+void printError(std::string_view text);
+
+// Writes "vx63: TEXT" to stderr, as one line.
 void complain(const std::string& text);
 
 // A line on a terminal's stderr that tells how long work goes on; erased at the end. On anything but a

@@ -14,9 +14,16 @@ Running::Running(std::string name, const Call& start, Call stop, bool inSteps)
     const int32_t result = exchange(start);
     if (result == VX63_OK)
         return;
-    if (result == VX63_ERR_COMM || inSteps)
-        exchange(m_stop);
-    throw failureOf(result, "cannot start " + m_name);
+    bool stopped = false;
+    const auto again = [&] {
+        stopped = true;
+        return m_stop();
+    };
+    const Failure failure = failureOf(result, "cannot start " + m_name, again);
+    const bool heard = failure.code() != kExitNoMeter && failure.code() != kExitRestarting;
+    if (!stopped && heard && (result == VX63_ERR_COMM || inSteps))
+        exchange(again);
+    throw failure;
 }
 
 Running::~Running()

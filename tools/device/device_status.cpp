@@ -1,6 +1,5 @@
 #include "device/device_status.h"
 
-#include "common/exchange.h"
 #include "common/text.h"
 
 #include <iterator>
@@ -41,13 +40,6 @@ std::string usbText(unsigned bits)
 }
 
 } // namespace
-
-DeviceStatus readDeviceStatus()
-{
-    DeviceStatus status{};
-    require("cannot read the device status", [&] { return vx63_getDeviceStatus(&status); });
-    return status;
-}
 
 Rows deviceStatusRows(const DeviceStatus& status)
 {

@@ -7,9 +7,6 @@
 
 namespace tool {
 
-// Throws Failure.
-DeviceStatus readDeviceStatus();
-
 Rows deviceStatusRows(const DeviceStatus& status);
 Json deviceStatusJson(const DeviceStatus& status);
 

@@ -19,6 +19,8 @@ namespace tool {
 
 namespace {
 
+constexpr const char* kWhat = "cannot update the program";
+
 struct Options {
     int32_t id = kDefaultProcessId;
     bool yes = false;
@@ -29,10 +31,10 @@ struct Options {
     uint32_t size = 0;
 };
 
-// Shows how long the update goes on: its call comes back only at the end.
+// Shows how long the update goes on: its call comes back only at the end, and nobody tells how far it is.
 class Elapsed {
 public:
-    Elapsed() : m_thread([this] { show(); }) {}
+    explicit Elapsed(const UpdateRequest& request) : m_work(workOf(request)), m_thread([this] { show(); }) {}
     ~Elapsed()
     {
         {
@@ -54,29 +56,57 @@ private:
         std::unique_lock lock(m_mutex);
         do {
             const auto passed = floor<seconds>(steady_clock::now() - start).count();
-            progress.show(format("Updating: %lld s", static_cast<long long>(passed)));
+            progress.show(m_work + format(": %lld s", static_cast<long long>(passed)));
         } while (!m_changed.wait_for(lock, seconds(1), [this] { return m_over; }));
     }
 
+    std::string m_work;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     bool m_over = false;
     std::thread m_thread; // last: it uses the others
 };
 
+// What the result byte of the service says stands in the log alone.
+Failure updateFailure(int32_t result)
+{
+    constexpr int kBadRequest = 2;
+    constexpr int kNotNow = 4;
+    const FailedCall call = failedCall();
+    if (result != VX63_ERR_COMM || call.slow)
+        return failureOf(result, kWhat);
+    const auto evidence = loggedEvidence(call);
+    if (evidence && evidence->what != Evidence::failure)
+        return failureOf(result, kWhat);
+    const int reason = evidence ? evidence->number : 0;
+    if (reason == kBadRequest)
+        return {kExitArgument, kWhat, "the meter refuses the request",
+                "check program, version, size and source of the new program"};
+    if (reason == kNotNow)
+        return {kExitCommunication, kWhat, "not now: another update is under way, or the battery is low",
+                "let the other one finish ('vx63 power reboot' gives it up), or charge the battery"};
+    return {kExitUpdateFailed, kWhat,
+            reason != 0 ? "the meter gave the update up" : "the meter gave the update up, or refused it",
+            "check that it has power and that the new program lies where the request says; 'vx63 info' shows "
+            "what "
+            "runs now"};
+}
+
 int update(const Options& options)
 {
-    constexpr const char* kWhat = "cannot update the program";
     const UpdateRequest request = options.path.empty() ? makeUpdateRequest(options.program, options.source,
                                                                            options.version, options.size)
                                                        : readUpdateRequest(options.path);
     confirm(options.yes, "Update the program? The meter must not lose power meanwhile.");
     const Identity identity(options.id);
-    const auto call = [&] {
-        const Elapsed elapsed;
-        return vx63_prgUpdate(request.data());
-    };
-    requireOnce(kWhat, call);
+    int32_t result = VX63_OK;
+    requireOnce(kWhat, [&] {
+        const Elapsed elapsed(request);
+        result = vx63_prgUpdate(request.data());
+        return VX63_OK;
+    });
+    if (result != VX63_OK)
+        throw updateFailure(result);
     return kExitSuccess;
 }
 

@@ -77,4 +77,20 @@ UpdateRequest readUpdateRequest(const std::string& path)
     return request;
 }
 
+std::string workOf(const UpdateRequest& request)
+{
+    constexpr const char* kPrograms[] = {"boot", "main", "sub", "Qt", "product"};
+    const char* const text = reinterpret_cast<const char*>(request.data());
+    const unsigned program = request[kProgramAt];
+    if (!std::string_view(text, kProgramAt).starts_with("VXUP") || program < 1 ||
+        program > std::size(kPrograms))
+        return "Updating";
+    uint32_t size = 0;
+    for (size_t i = 0; i < sizeof size; ++i)
+        size |= uint32_t{request[kSizeAt + i]} << (8 * i);
+    return format("Updating the %s program to %s, %u KiB", kPrograms[program - 1],
+                  printable({text + kVersionAt, strnlen(text + kVersionAt, kVersionSize)}).c_str(),
+                  static_cast<unsigned>((uint64_t{size} + 1023) / 1024));
+}
+
 } // namespace tool

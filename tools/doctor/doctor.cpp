@@ -6,29 +6,25 @@
 #include "common/identity.h"
 #include "common/json.h"
 #include "common/output.h"
+#include "common/own_log.h"
+#include "common/served.h"
+#include "common/services.h"
+#include "common/standby.h"
 #include "common/table.h"
 #include "common/text.h"
-#include "device/device_status.h"
 #include "doctor/interrogation.h"
 #include "libvx63.h"
-#include "log/line.h"
-#include "log/reader.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <optional>
-#include <span>
 #include <string>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 #include <vector>
-
-// glibc's name of this program, as the library writes it into each line of the log.
-extern "C" const char* __progname;
 
 namespace tool {
 
@@ -37,42 +33,6 @@ namespace {
 struct Options {
     int32_t id = kDefaultProcessId;
     bool json = false;
-};
-
-// The library's log as far as it is about this very program.
-class OwnLog {
-public:
-    OwnLog() : m_name(format("vx63-doctor-%d", getpid())), m_reader(g_cLibTestLogFilePath)
-    {
-        __progname = m_name.c_str();
-        static_cast<void>(messages());
-    }
-    ~OwnLog() { __progname = m_before; }
-    OwnLog(const OwnLog&) = delete;
-    OwnLog& operator=(const OwnLog&) = delete;
-
-    // What has been logged since the last time.
-    std::vector<std::string> messages()
-    {
-        std::vector<std::string> found;
-        struct stat status {};
-        if (stat(g_cLibTestLogFilePath, &status) != 0 || !S_ISREG(status.st_mode))
-            return found; // to open a FIFO would wait for its writer
-        try {
-            m_reader.read([&](std::string_view text) {
-                if (const auto line = parseLogLine(text); line && line->program == m_name)
-                    found.emplace_back(line->message);
-            });
-        } catch (const Failure&) {
-            found.clear(); // as if nothing had been logged: the check of the log tells
-        }
-        return found;
-    }
-
-private:
-    const char* m_before = __progname;
-    std::string m_name;
-    LogReader m_reader;
 };
 
 // ---- log ----
@@ -121,93 +81,39 @@ Check checkLog(bool written)
 
 // ---- services ----
 
-struct Service {
-    const char* name;
-    const char* word;
-    Question question;
-    int32_t (*ask)(Sense&); // the cheapest call that changes nothing
-};
-
-bool isText(std::span<const char> field)
+std::vector<std::string> messages(OwnLog& log)
 {
-    const auto end = std::ranges::find(field, '\0');
-    return std::all_of(field.begin(), end, [](char c) { return c >= ' ' && c <= '~'; }) &&
-           std::all_of(end, field.end(), [](char c) { return c == '\0'; });
+    std::vector<std::string> found;
+    log.read([&](const LogLine& line) { found.emplace_back(line.message); });
+    return found;
 }
 
-int32_t askSystem(Sense& sense)
-{
-    ProductInfo info{};
-    const int32_t result = vx63_getProductInfo(&info);
-    const bool text = isText(info.cModelCode) && isText(info.cOptInfo) && isText(info.cSerialNo) &&
-                      isText(info.cBootPrgVer) && isText(info.cMainPrgVer) && isText(info.cSubPrgVer) &&
-                      isText(info.cQtVer) && isText(info.cProductVer);
-    const bool empty =
-        info.cSerialNo[0] == '\0' && info.cMainPrgVer[0] == '\0' && info.cProductVer[0] == '\0';
-    sense = !text ? Sense::none : empty ? Sense::empty : Sense::good;
-    return result;
-}
-
-int32_t askDevice(Sense& sense)
-{
-    DeviceStatus status{};
-    const int32_t result = vx63_getDeviceStatus(&status);
-    const bool empty = status.ucStat2 == 0 && status.ucStat6 == 0 && status.usStat8 == 0;
-    sense = !isPlausible(status) ? Sense::none : empty ? Sense::empty : Sense::good;
-    return result;
-}
-
-int32_t askKeys(Sense& sense)
-{
-    KeyStatus keys{};
-    const int32_t result = vx63_getKeyStatus(&keys);
-    sense =
-        std::ranges::all_of(keys.stat, [](int32_t state) { return state <= 1; }) ? Sense::good : Sense::none;
-    return result;
-}
-
-// The buzzer service has nothing to read: a key click that does not sound is stopped.
-int32_t askBuzzer(Sense&)
-{
-    constexpr int32_t kClick = 0;
-    constexpr int32_t kStop = 2;
-    return vx63_buzzer(kClick, kStop);
-}
-
-int32_t askMeasurement(Sense&)
-{
-    MeasStatus status{};
-    return vx63_getMeasStatus(&status);
-}
-
-constexpr std::array kServices = {
-    Service{"System service", "sys", {PROC_ID_PSYS, 0x0005}, askSystem},
-    Service{"Device service", "dev", {PROC_ID_PDEV, 0x0006}, askDevice},
-    Service{"Key service", "key", {PROC_ID_PKEY, 0x0008}, askKeys},
-    Service{"Buzzer service", "buz", {PROC_ID_PBUZ, 0x0009}, askBuzzer},
-    Service{"Measurement service", "meas", {PROC_ID_PMEAS, 0x0017}, askMeasurement},
-};
-
+// One diagnosis a service. Those that nobody serves are not asked.
 std::vector<Diagnosis> interrogate(OwnLog& log, bool logWorks)
 {
-    std::array<Question, kServices.size()> questions;
-    std::ranges::transform(kServices, questions.begin(), &Service::question);
+    std::vector<Question> questions;
+    for (const Service& service : services())
+        if (!isUnserved(service.id))
+            questions.push_back({service.id, service.command});
     Progress progress;
     Interrogation interrogation(questions, [&](const Question& question) {
-        const auto* service = std::ranges::find(kServices, question.service,
-                                                [](const Service& one) { return one.question.service; });
+        const Service* const service = serviceOf(question.service);
         progress.show(format("Waiting for the %s (10 s at most)", service->name));
         Attempt attempt{};
         const auto start = std::chrono::steady_clock::now();
         attempt.result = service->ask(attempt.sense);
         attempt.ms =
             std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-        std::vector<std::string> messages = log.messages();
+        std::vector<std::string> said = messages(log);
         if (logWorks)
-            attempt.messages = std::move(messages);
+            attempt.messages = std::move(said);
         return attempt;
     });
-    return interrogation.run();
+    const std::vector<Diagnosis> answers = interrogation.run();
+    std::vector<Diagnosis> diagnoses(services().size(), Diagnosis{Trouble::notRunning});
+    for (size_t i = 0; i < questions.size(); ++i)
+        diagnoses[static_cast<size_t>(serviceOf(questions[i].service) - services().data())] = answers[i];
+    return diagnoses;
 }
 
 // The queues of all services as one check, then each service.
@@ -219,10 +125,20 @@ void addServices(const std::vector<Diagnosis>& diagnoses, int32_t id, bool logWo
         return diagnosis.trouble == Trouble::queue || diagnosis.trouble == Trouble::ownQueue ||
                diagnosis.trouble == Trouble::queueFull;
     };
+    const bool nobody = std::ranges::all_of(
+        diagnoses, [](const Diagnosis& diagnosis) { return diagnosis.trouble == Trouble::notRunning; });
     const auto bad = std::ranges::find_if(diagnoses, isQueue);
     const bool unclear = std::ranges::any_of(
         diagnoses, [](const Diagnosis& diagnosis) { return diagnosis.trouble == Trouble::unknown; });
-    if (bad == diagnoses.end()) {
+    if (nobody) {
+        checks.push_back({"queues",
+                          "Message queues",
+                          Health::wrong,
+                          "no-meter",
+                          "no meter: no process serves them",
+                          "start one with 'vx63-vmeter run -- COMMAND', or the services of the meter",
+                          {}});
+    } else if (bad == diagnoses.end()) {
         checks.push_back({"queues",
                           "Message queues",
                           unclear ? Health::remarkable : Health::good,
@@ -231,7 +147,7 @@ void addServices(const std::vector<Diagnosis>& diagnoses, int32_t id, bool logWo
                           "",
                           {}});
     } else {
-        const auto* const name = kServices[static_cast<size_t>(bad - diagnoses.begin())].name;
+        const auto* const name = services()[static_cast<size_t>(bad - diagnoses.begin())].name;
         checks.push_back({"queues",
                           "Message queues",
                           Health::wrong,
@@ -244,10 +160,11 @@ void addServices(const std::vector<Diagnosis>& diagnoses, int32_t id, bool logWo
         diagnoses, [](const Diagnosis& diagnosis) { return diagnosis.trouble == Trouble::noAnswer; });
     for (size_t i = 0; i < diagnoses.size(); ++i) {
         const Diagnosis& diagnosis = diagnoses[i];
-        Check check{"services", kServices[i].name, Health::wrong, troubleWord(diagnosis.trouble), "", "", {}};
+        Check check{"services", services()[i].name, Health::wrong, troubleWord(diagnosis.trouble), "", "",
+                    {}};
         check.text = troubleText(diagnosis);
-        check.remedy = silent ? "no service answers: the meter is off, restarts, or is not there; without a "
-                                "meter, put 'vx63-vmeter run --' before the command"
+        check.remedy = silent ? "no service answers: the meter is off, restarts or hangs: wait and "
+                                "ask again"
                               : troubleRemedy(diagnosis);
         if (diagnosis.trouble == Trouble::unknown && !logWorks) {
             check.health = Health::remarkable;
@@ -273,7 +190,7 @@ void addStandby(std::vector<Check>& checks)
                           "Standby",
                           Health::remarkable,
                           "standby",
-                          "asleep, measures nothing: see 'vx63 power wakeup'",
+                          "asleep, measures nothing: see " + wakeUpCommand(state),
                           "",
                           {}});
 }
@@ -287,9 +204,9 @@ const char* healthWord(Health health)
 
 Json checkJson(const Check& check)
 {
-    const auto* service = std::ranges::find(kServices, check.subject, &Service::name);
+    const auto service = std::ranges::find(services(), check.subject, &Service::name);
     return {{"step", check.step},
-            {"subject", service != kServices.end() ? service->word : printable(check.subject)},
+            {"subject", service != services().end() ? service->word : printable(check.subject)},
             {"health", healthWord(check.health)},
             {"kind", check.kind},
             {"text", printable(check.text)},
@@ -326,9 +243,10 @@ int examine(const Options& options)
 {
     std::vector<Check> checks;
     {
-        OwnLog log;
+        OwnLog log(format("vx63-doctor-%d", getpid()));
+        log.read([](const LogLine&) {});
         const Identity identity(options.id); // the first that is logged
-        const bool written = !log.messages().empty();
+        const bool written = !messages(log).empty();
         const std::vector<Diagnosis> diagnoses = interrogate(log, written);
         addServices(diagnoses, options.id, written, checks);
         addStandby(checks);
@@ -364,7 +282,7 @@ void addDoctor(CommandLine& program)
                        [](CommandLine& line, Options&) {
                            line.notes(
                                "Exits with 0 when nothing wrong was found, else with 5. A service that "
-                               "does not answer takes\n10 s.");
+                               "runs and does not\nanswer takes 10 s.");
                        });
 }
 

@@ -1,5 +1,6 @@
 #include "doctor/interrogation.h"
 
+#include "common/evidence.h"
 #include "common/text.h"
 #include "libvx63.h"
 
@@ -21,70 +22,13 @@ constexpr double kAtOnceMs = 4000;
 
 constexpr double kSlowMs = 1000;
 
-constexpr unsigned kResponseBit = 0x8000;
-
-// What the transport says of a call.
-struct Evidence {
-    enum What {
-        answer,
-        sendTimeout,
-        sendError,
-        receiveTimeout,
-        receiveError,
-        refusal,
-        failure,
-        otherAnswer,
-        request,
-        nothing
-    } what = nothing;
-    int number = 0;
-    unsigned from = 0;
-};
-
-// The sender of the message that came in place of the answer stands in a line of its own.
-unsigned senderIn(const std::vector<std::string>& messages)
-{
-    constexpr std::string_view kMark = "pRcvMsg->head.ucSrcId=";
-    for (const std::string& message : messages)
-        if (const size_t at = message.find(kMark); at != std::string::npos)
-            return static_cast<unsigned>(std::strtoul(message.c_str() + at + kMark.size(), nullptr, 10));
-    return UINT8_MAX;
-}
-
-std::optional<Evidence> evidenceIn(const std::string& message, const std::vector<std::string>& all)
-{
-    int number = 0;
-    unsigned sent = 0;
-    unsigned received = 0;
-    const char* const text = message.c_str();
-    if (std::sscanf(text, "lmsg_tsndMq() timeout error. lmsg_err=%d", &number) == 1)
-        return Evidence{Evidence::sendTimeout, number};
-    if (std::sscanf(text, "lmsg_tsndMq() error. lmsg_err=%d", &number) == 1)
-        return Evidence{Evidence::sendError, number};
-    if (std::sscanf(text, "lmsgrcvMq() timeout error. lmsg_err=%d", &number) == 1)
-        return Evidence{Evidence::receiveTimeout, number};
-    if (std::sscanf(text, "lmsgrcvMq() error. lmsg_err=%d", &number) == 1)
-        return Evidence{Evidence::receiveError, number};
-    if (std::sscanf(text, "ret error. usOptOrRet=%x", &received) == 1)
-        return Evidence{Evidence::refusal, static_cast<int>(received)};
-    if (std::sscanf(text, "cmd error. usCmd(Req)=%x, usCmd(Rsp)=%x", &sent, &received) == 2)
-        return Evidence{(received & kResponseBit) != 0 ? Evidence::otherAnswer : Evidence::request,
-                        static_cast<int>(received & ~kResponseBit), senderIn(all)};
-    if (message.starts_with("ret error.") || message.starts_with("parameter error."))
-        return Evidence{Evidence::failure};
-    return std::nullopt;
-}
-
 Evidence evidenceOf(const Attempt& attempt)
 {
     // A buzzer that is busy has answered.
     if (attempt.result == VX63_OK || attempt.result == VX63_ERR_REPEAT || attempt.result == VX63_ERR_PRIORITY)
         return {Evidence::answer};
-    if (attempt.messages)
-        for (const std::string& message : *attempt.messages)
-            if (const auto evidence = evidenceIn(message, *attempt.messages))
-                return *evidence;
-    return {};
+    const auto evidence = attempt.messages ? evidenceIn(*attempt.messages) : std::nullopt;
+    return evidence.value_or(Evidence{});
 }
 
 } // namespace
@@ -204,6 +148,8 @@ const char* troubleWord(Trouble trouble)
     switch (trouble) {
     case Trouble::none:
         return "none";
+    case Trouble::notRunning:
+        return "not-running";
     case Trouble::slow:
         return "slow";
     case Trouble::queueFull:
@@ -277,6 +223,8 @@ std::string troubleText(const Diagnosis& diagnosis)
     switch (diagnosis.trouble) {
     case Trouble::none:
         return "answers";
+    case Trouble::notRunning:
+        return "its process does not run";
     case Trouble::slow:
         return "answers slowly";
     case Trouble::queueFull:
@@ -318,6 +266,8 @@ std::string troubleRemedy(const Diagnosis& diagnosis)
     switch (diagnosis.trouble) {
     case Trouble::none:
         return "";
+    case Trouble::notRunning:
+        return "start the service, or restart the meter";
     case Trouble::slow:
     case Trouble::lateAnswer:
         return "see what else keeps the meter busy";

@@ -2,6 +2,8 @@
 // the library logs. Talks to nobody itself: how a question is asked, the caller tells.
 #pragma once
 
+#include "common/services.h"
+
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -17,9 +19,6 @@ struct Question {
     uint16_t command;
 };
 
-// What an answer that was accepted looks like.
-enum class Sense { good, empty, none };
-
 // What came of a call.
 struct Attempt {
     int32_t result;
@@ -30,6 +29,7 @@ struct Attempt {
 
 enum class Trouble {
     none,
+    notRunning,       // it was not asked: its process does not run
     slow,             // it answers, but takes its time
     queueFull,        // nobody takes the requests out of its queue
     queue,            // its queue cannot be used: number is lmsg_err

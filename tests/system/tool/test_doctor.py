@@ -15,9 +15,17 @@ FOLDERS = ["sys_set", "meas_set", "user_set", "user_set_usb1", "user_set_usb2", 
 
 
 def diagnose(meter, fault=(), before="true", doctor="$VX63 doctor --json"):
-    """The exit code, what stands on stderr, and the report."""
+    """The exit code, what stands on stderr in its form for people, and the report."""
     result = meter.shell(f"{before}; {doctor}", fault=fault)
-    return result.returncode, result.stderr, json.loads(result.stdout)
+    return result.returncode, as_text(result.stderr), json.loads(result.stdout)
+
+
+def as_text(stderr):
+    if stderr == "":
+        return ""
+    error = json.loads(stderr)["error"]
+    assert (error["kind"], error["exit_code"]) == ("unhealthy", 5)
+    return f"vx63: {error['what']}: {error['why']}: {error['hint']}\n"
 
 
 def wrong(report):
@@ -132,7 +140,7 @@ def test_queues_of_another_user(meter, as_root, public_bin, isolation):
     if isolation:  # the settings of a meter in place are its user's alone
         expected |= dict.fromkeys([f"{ROOT}/{name}" for name in FOLDERS], "unreadable")
     assert wrong(json.loads(result.stdout)) == expected
-    assert result.stderr.startswith("vx63: Message queues: System service: its message queue is not permitted (lmsg_err=-2): ")
+    assert as_text(result.stderr).startswith("vx63: Message queues: System service: its message queue is not permitted (lmsg_err=-2): ")
 
 
 def test_standby_is_worth_a_note(meter):

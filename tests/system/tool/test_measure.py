@@ -177,12 +177,15 @@ def test_level_needs_no_lock(meter):
 
 
 @pytest.mark.parametrize("fault, code, why", [
-    ("meas/0x103=ret,1", 1, "cannot start the measurement: the meter's services do not answer"),
+    ("meas/0x103=ret,1", 1, "cannot start the measurement: refused or failed: the measurement service answers that it "
+     "cannot: "),
     ("meas/0x103=ret,2", 2, "cannot start the measurement: the meter refuses a value"),
-    ("meas/0x103=refuse", 1, "cannot start the measurement: the meter's services do not answer"),
+    ("meas/0x103=refuse", 1, "cannot start the measurement: the measurement service refuses the request "
+     "(usOptOrRet=0001): "),
     ("meas/0x104=ret,2", 2, "cannot read the measurement: the meter refuses a value"),
     ("meas/0x104=ret,3", 7, "cannot read the measurement: the antenna power supply reports a fault"),
-    ("meas/0x104=wrong", 1, "cannot read the measurement: the meter's services do not answer"),
+    ("meas/0x104=wrong", 1, "cannot read the measurement: something else comes in place of the answer of the measurement "
+     "service: "),
     ("meas/0x100=ret,2", 2, "cannot select input 1: the meter refuses a value"),
 ])
 def test_failures(meter, fault, code, why):

@@ -1,4 +1,4 @@
-"""vx63 input, power-supply and status."""
+"""vx63 input, power-supply and status of a meter that answers."""
 
 import json
 
@@ -56,7 +56,8 @@ def test_status_as_text(meter):
                              "Fed by            battery\n"
                              "Charger           off\n"
                              "Temperature       30 C\n"
-                             "USB memory        none\n")
+                             "USB memory        none\n"
+                             "Standby           none\n")
 
 
 def test_status_while_another_measures(meter):
@@ -78,10 +79,9 @@ def test_status_while_another_measures(meter):
 @pytest.mark.parametrize("fault, words, code, error", [
     ("meas/0x100=ret,2", ["input", "1"], 2, "cannot select input 1: the meter refuses a value"),
     ("meas/0x15=ret,2", ["power-supply", "1"], 2, "cannot switch the power supply to 1: the meter refuses a value"),
-    ("meas/0x17=ret,9", ["status"], 1, "cannot read the measurement status: the meter's services do not answer"),
-    ("dev=ret,1", ["power-supply"], 1, "cannot read the power supply: the meter's services do not answer"),
-    ("dev=refuse", ["status", "--json"], 1, "cannot read the power supply: the meter's services do not answer"),
-    ("dev=wrong", ["power-supply", "--json"], 1, "cannot read the power supply: the meter's services do not answer"),
+    ("dev=ret,1", ["power-supply"], 1, "cannot read the power supply: refused or failed: the device service answers"),
+    ("dev=refuse", ["power-supply"], 1, "cannot read the power supply: the device service refuses the request (usOptOr"),
+    ("dev=wrong", ["power-supply"], 1, "cannot read the power supply: something else comes in place of the answer of"),
 ])
 def test_failures(meter, fault, words, code, error):
     result = meter.vx63(*words, fault=fault)
