@@ -158,8 +158,8 @@ Failure nobodyAnswers(const std::string& what)
         return {kExitNoMeter, what, "no meter: no process serves the message queues",
                 "start one with 'vx63-vmeter run -- COMMAND', or the services of the meter"};
     return {kExitRestarting, what, "the meter restarts, or hangs: none of its services answers",
-            "wait and repeat the command; 'vx63 doctor' tells more, and 'vx63 power reboot --wait' is how to "
-            "reboot and wait"};
+            "wait and repeat the command; 'vx63 doctor' tells more; 'vx63 power reboot --wait' would have "
+            "waited"};
 }
 
 Failure reasonOf(const FailedCall& call, const std::string& what, const std::function<int32_t()>& again)

@@ -131,7 +131,7 @@ Json measurementJson(const std::optional<MeasStatus>& status)
                 {"locked", nullptr},
                 {"input", nullptr},
                 {"power_supply_fault", nullptr},
-                {"measurement_status_code", {}},
+                {"measurement_status_code", nullptr},
                 {"input_status_code", nullptr}};
     const auto [measuring, locked, fault, input] = measurementOf(*status);
     return {

@@ -202,6 +202,11 @@ const char* healthWord(Health health)
     return health == Health::good ? "ok" : health == Health::wrong ? "wrong" : "note";
 }
 
+Tint healthTint(Health health)
+{
+    return health == Health::good ? Tint::good : health == Health::wrong ? Tint::bad : Tint::doubtful;
+}
+
 Json checkJson(const Check& check)
 {
     const auto service = std::ranges::find(services(), check.subject, &Service::name);
@@ -215,11 +220,11 @@ Json checkJson(const Check& check)
 }
 
 // Folders and files are many: those that are well are counted.
-Rows rowsOf(const std::vector<Check>& checks)
+Table rowsOf(const std::vector<Check>& checks)
 {
-    Rows rows;
+    Table rows;
     const auto add = [&](const std::string& subject, Health health, const std::string& text) {
-        rows.emplace_back(subject, format("%-5s  ", healthWord(health)) + printable(text));
+        rows.push_back({subject, Cell(format("%-5s", healthWord(health)), healthTint(health)), text});
     };
     const auto addMany = [&](const char* step, const char* subject, const char* good) {
         size_t count = 0;
@@ -228,8 +233,7 @@ Rows rowsOf(const std::vector<Check>& checks)
         add(subject, count > 0 ? Health::good : Health::remarkable, format("%zu %s", count, good));
         for (const Check& check : checks)
             if (check.step == step && check.health != Health::good)
-                add("  " + printable(check.subject.substr(check.subject.find("bin/") + 4)), check.health,
-                    check.text);
+                add("  " + check.subject.substr(check.subject.find("bin/") + 4), check.health, check.text);
     };
     for (const Check& check : checks)
         if (check.step != "folders" && check.step != "files")
@@ -265,7 +269,7 @@ int examine(const Options& options)
                            {"checks", list}};
         print(json.line());
     } else {
-        print(aligned(rowsOf(checks)));
+        print(table(rowsOf(checks)));
         if (wrong == checks.end())
             print("\nNothing wrong was found.\n");
     }
