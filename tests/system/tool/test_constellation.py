@@ -122,7 +122,7 @@ def test_without_lock(meter, tmp_path):
 @pytest.mark.parametrize("fault, code, why", [
     ("meas/0x103=ret,2", 2, "cannot start the measurement: "),
     ("meas/0x105=ret,2", 2, "cannot start the collection of points: the meter refuses a value"),
-    ("meas/0x105=ret,9", 1, "cannot start the collection of points: the meter's services"),
+    ("meas/0x105=ret,9", 1, "cannot start the collection of points: refused or failed: the measurement service answers"),
     ("meas/0x106=ret,3", 7, "cannot read the constellation: the antenna power supply reports a fault"),
     ("meas/0x106=refuse", 1, "cannot read the constellation: "),
     ("meas/0x105:2-=ret,2", 2, "cannot stop the collection of points: the meter refuses a value"),

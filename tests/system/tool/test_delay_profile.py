@@ -65,9 +65,9 @@ def test_without_lock(meter):
 
 @pytest.mark.parametrize("fault, code, why", [
     ("meas/0x107=ret,2", 2, "cannot start the delay profile: the meter refuses a value"),
-    ("meas/0x107=ret,4", 1, "cannot start the delay profile: the meter's services"),
+    ("meas/0x107=ret,4", 1, "cannot start the delay profile: refused or failed: the measurement service"),
     ("meas/0x108=ret,3", 7, "cannot read the delay profile: the antenna power supply"),
-    ("meas/0x108:4-=refuse", 1, "cannot read the delay profile: the meter's services"),
+    ("meas/0x108:4-=refuse", 1, "cannot read the delay profile: the measurement service refuses"),
     ("meas/0x107:2-=ret,2", 2, "cannot stop the delay profile: the meter refuses a value"),
 ])
 def test_failures(meter, fault, code, why):

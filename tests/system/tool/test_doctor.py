@@ -5,7 +5,7 @@ import json
 import pytest
 
 from conftest import AS_NOBODY, cannot
-from tool_support import SOURCE, VX63, Terminal, environment, isolation, meter, run  # noqa: F401 (fixtures)
+from tool_support import SOURCE, VX63, Terminal, as_text, environment, isolation, meter, run  # noqa: F401 (fixtures)
 
 LOG = "/var/log/libvx63.cpp.txt"
 SERVICES = ["sys", "dev", "key", "buz", "meas"]
@@ -18,14 +18,6 @@ def diagnose(meter, fault=(), before="true", doctor="$VX63 doctor --json"):
     """The exit code, what stands on stderr in its form for people, and the report."""
     result = meter.shell(f"{before}; {doctor}", fault=fault)
     return result.returncode, as_text(result.stderr), json.loads(result.stdout)
-
-
-def as_text(stderr):
-    if stderr == "":
-        return ""
-    error = json.loads(stderr)["error"]
-    assert (error["kind"], error["exit_code"]) == ("unhealthy", 5)
-    return f"vx63: {error['what']}: {error['why']}: {error['hint']}\n"
 
 
 def wrong(report):

@@ -5,7 +5,7 @@ import json
 import pytest
 
 from channel_lists import UHF, channels, parts
-from tool_support import environment, isolation, meter  # noqa: F401 (fixtures)
+from tool_support import as_text, environment, isolation, meter  # noqa: F401 (fixtures)
 
 ROOT = "/usr/local/bin/"
 BS = ["BS-1", "BS-3", "BS-5", "BS-7", "BS-9", "BS-11", "BS-13", "BS-15", "BS-17", "BS-19", "BS-21", "BS-23",
@@ -127,7 +127,7 @@ def test_broken_files_end_it(meter, path, break_it, name, why):
     plan = "uhf" if name in ("ch_set/uhf", "meas_set/thrd") else "bs"
     result = meter.shell(f"{break_it} {ROOT}{path}; $VX63 scan --plan {plan} --jsonl")
     told = f"vx63: cannot read {name}: {why}: correct {ROOT}{path}, or use 'vx63 settings reset {name}'\n"
-    assert (result.returncode, result.stdout, result.stderr) == (65, "", told)
+    assert (result.returncode, result.stdout, as_text(result.stderr)) == (65, "", told)
     assert meter.requests() == []
     result = meter.shell(f"{break_it} {ROOT}{path}; $VX63 settings show {name}")
     assert (result.returncode, result.stdout, result.stderr) == (65, "", told)

@@ -258,7 +258,7 @@ def test_wrong_usage_as_json():
     result = run(VX63, "info", "--wrong", "--json")
     assert (result.returncode, result.stdout) == (64, "")
     assert error(result) == {"kind": "usage", "exit_code": 64, "what": "wrong usage of 'vx63 info'",
-                             "why": "The following argument was not expected: --wrong", "hint": "see 'vx63 info --help'"}
+                             "why": "'--wrong' is no option", "hint": "see 'vx63 info --help'"}
 
 
 def test_json_behind_the_end_of_the_options_is_none():

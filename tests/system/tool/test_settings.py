@@ -8,7 +8,7 @@ import pytest
 
 from conftest import VMETER
 from settings_catalogue import COLUMNS, FILES
-from tool_support import BUILD, SOURCE, VX63, Terminal, environment, isolation, meter, run  # noqa: F401 (fixtures)
+from tool_support import BUILD, SOURCE, VX63, Terminal, as_text, environment, isolation, meter, run  # noqa: F401 (fixtures)
 
 ROOT = "/usr/local/bin/"
 VOLUME = ROOT + "sys_set/system_setting_file_volume.csv"
@@ -496,7 +496,7 @@ def test_reader_that_goes_away(meter):
 def test_full_disk(meter, words):
     result = meter.shell(f'"$VX63" settings set volume 0 VOLUME 1; "$VX63" settings {" ".join(words)} > /dev/full')
     assert result.returncode == 74
-    assert result.stderr == "vx63: cannot write to standard output: No space left on device: make room on the disk\n"
+    assert as_text(result.stderr) == "vx63: cannot write to standard output: No space left on device: make room on the disk\n"
 
 
 def test_no_files_at_all(isolation):

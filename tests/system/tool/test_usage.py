@@ -1,13 +1,12 @@
 """The command line and its help."""
 
-import json
 import os
 import re
 import subprocess
 
 import pytest
 
-from tool_support import VX63, Terminal, environment, run
+from tool_support import VX63, Terminal, as_text, environment, run
 
 DEVICE_COMMANDS = ["info", "doctor", "keys", "failure", "power", "update", "factory-reset", "developer-mode",
                    "calibrate", "battery", "buzzer", "volume", "brightness"]
@@ -173,9 +172,7 @@ def test_wrong_usage(words, why):
     assert result.returncode == 64
     assert result.stdout == ""
     assert result.stderr.count("\n") == 1
-    error = result.stderr
-    if "--json" in words:
-        error = "vx63: {what}: {why}: {hint}\n".format(**json.loads(error)["error"])
+    error = as_text(result.stderr)
     assert error.startswith("vx63: wrong usage of 'vx63")
     assert why in error
     assert re.search(r": (see 'vx63[ a-z-]* --help'|did you mean '\S+'( or '\S+')*\?)\n$", error)

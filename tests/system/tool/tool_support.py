@@ -36,6 +36,14 @@ def run(*command, **options):
                           preexec_fn=default_signals, check=False, **options)
 
 
+def as_text(stderr):
+    """An error that was told as JSON, in its form for people; that form as it is."""
+    if not stderr.startswith("{"):
+        return stderr
+    error = json.loads(stderr)["error"]
+    return f"vx63: {error['what']}: {error['why']}: {error['hint']}\n"
+
+
 class Meter:
     """A virtual meter for each command that is run, and the trace of its messages."""
 
