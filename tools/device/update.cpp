@@ -7,6 +7,7 @@
 #include "common/output.h"
 #include "common/text.h"
 #include "device/update_request.h"
+#include "device/update_steps.h"
 #include "libvx63.h"
 
 #include <chrono>
@@ -31,7 +32,7 @@ struct Options {
     uint32_t size = 0;
 };
 
-// Shows how long the update goes on: its call comes back only at the end, and nobody tells how far it is.
+// Shows how far the update is: its call comes back only at the end. How many steps it takes nobody tells.
 class Elapsed {
 public:
     explicit Elapsed(const UpdateRequest& request) : m_work(workOf(request)), m_thread([this] { show(); }) {}
@@ -56,8 +57,11 @@ private:
         std::unique_lock lock(m_mutex);
         do {
             const auto passed = floor<seconds>(steady_clock::now() - start).count();
-            progress.show(m_work + format(": %lld s", static_cast<long long>(passed)));
-        } while (!m_changed.wait_for(lock, seconds(1), [this] { return m_over; }));
+            const uint32_t step = updateRequests();
+            progress.show(m_work + (step == 0
+                                        ? std::string()
+                                        : format(": step %u, %lld s", step, static_cast<long long>(passed))));
+        } while (!m_changed.wait_for(lock, milliseconds(100), [this] { return m_over; }));
     }
 
     std::string m_work;
