@@ -13,7 +13,8 @@ namespace tool {
 struct ListChannel {
     std::string name;
     MeasCondition condition;
-    size_t group; // of the ways in which one channel can be occupied; rising
+    size_t group;          // of the ways in which one channel can be occupied; rising
+    uint32_t widthKhz = 0; // 0: not known
 };
 
 enum class ListKind { multi, scan };

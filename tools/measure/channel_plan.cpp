@@ -116,11 +116,11 @@ public:
     List(const Plan& plan, const PlanChanges& changes) : m_plan(plan), m_changes(changes) {}
 
     void add(const char (&name)[8], uint32_t ulFreq, uint16_t system, uint8_t band, uint32_t ulLoFreq = 0,
-             int32_t supply = VX63_POWER_SUPPLY_OFF)
+             int32_t supply = VX63_POWER_SUPPLY_OFF, uint32_t widthKhz = 0)
     {
         if (ulFreq == 0) // an empty place
             return;
-        ListChannel channel{std::string(name, strnlen(name, sizeof name)), {}, m_group};
+        ListChannel channel{std::string(name, strnlen(name, sizeof name)), {}, m_group, widthKhz};
         MeasCondition& condition = channel.condition;
         condition.ulFreq = ulFreq;
         condition.ulLoFreq = m_changes.ulLoFreq.value_or(ulLoFreq);
@@ -136,7 +136,11 @@ public:
     void addNamed()
     {
         for (const auto& record : recordsOrFactory<Record>(m_plan.fileId)) {
-            add(record.CH_NO, record.CENT_FREQ, m_plan.system, m_plan.band);
+            uint32_t widthKhz = 0;
+            if constexpr (requires { record.BAND_WIDE; })
+                widthKhz = record.BAND_WIDE;
+            add(record.CH_NO, record.CENT_FREQ, m_plan.system, m_plan.band, 0, VX63_POWER_SUPPLY_OFF,
+                widthKhz);
             ++m_group;
         }
     }

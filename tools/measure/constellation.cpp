@@ -99,10 +99,12 @@ void show(const Options& options, const Constellation& constellation)
               constellationText(constellation.points, ideal, textStyle()));
     }
     if (!options.plot.empty())
-        plotConstellation(options.plot, titleOf(options, ideal),
-                          "MER " + merText + ", C/N " + tenths(result.CNR) + " dB, level " +
-                              tenths(result.LEVEL) + " dB\u00B5V, " +
-                              format("%zu points", constellation.points.size()),
+        plotConstellation(options.plot,
+                          {titleOf(options, ideal),
+                           "MER " + merText + ", C/N " + tenths(result.CNR) + " dB, level " +
+                               tenths(result.LEVEL) + " dB\u00B5V, " +
+                               format("%zu points", constellation.points.size()),
+                           circumstances({reading.condition.usBdSys}, reading.input, reading.timeMs)},
                           constellation.points, ideal);
 }
 

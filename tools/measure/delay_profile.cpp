@@ -113,9 +113,11 @@ void show(const Options& options, const Reading& reading, const DlyPrfResult& pr
     }
     if (!options.plot.empty())
         plotDelayProfile(
-            options.plot, "Delay profile, " + format("%.3f MHz", options.condition.ulFreq / 1000.0),
-            "Level " + tenths(result.LEVEL) + " dB\u00B5V, C/N " + tenths(result.CNR) + " dB, " +
-                (paths.size() == 1 ? std::string("no echoes") : format("%zu paths", paths.size())),
+            options.plot,
+            {"Delay profile, " + format("%.3f MHz", options.condition.ulFreq / 1000.0),
+             "Level " + tenths(result.LEVEL) + " dB\u00B5V, C/N " + tenths(result.CNR) + " dB, " +
+                 (paths.size() == 1 ? std::string("no echoes") : format("%zu paths", paths.size())),
+             circumstances({reading.condition.usBdSys}, reading.input, reading.timeMs)},
             profile, paths, guard);
 }
 

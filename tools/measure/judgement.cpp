@@ -87,16 +87,21 @@ Judgement judge(const std::vector<Threshold>& thresholds, const MeasCondition& c
                 const MultiMeasResult& result)
 {
     const Threshold* threshold = thresholdOf(thresholds, condition, result);
-    if (threshold == nullptr || (result.stat & VX63_STAT_SIGNAL) == 0)
-        return {};
+    const bool signal = (result.stat & VX63_STAT_SIGNAL) != 0;
+    const bool needsLock = condition.usBdSys != VX63_BDSYS_LEVEL;
+    const bool strong =
+        threshold == nullptr ? signal : static_cast<int64_t>(result.LEVEL) >= threshold->LV_LOW;
     Judgement judgement;
+    judgement.unrecognised = strong && result.lock == 0 && (needsLock || !signal);
+    if (threshold == nullptr || !signal)
+        return judgement;
     judgement.level = judgeLevel(*threshold, result.LEVEL);
     if (result.lock != 0) {
         judgement.cnr = judgeRatio(*threshold, result.CNR);
         judgement.ber = judgeErrors(*threshold, result);
     }
     judgement.whole = std::max({judgement.level, judgement.cnr, judgement.ber});
-    if (result.lock == 0 && condition.usBdSys != VX63_BDSYS_LEVEL)
+    if (result.lock == 0 && needsLock)
         judgement.whole = Verdict::fail;
     return judgement;
 }

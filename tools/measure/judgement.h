@@ -38,6 +38,7 @@ struct Judgement {
     Verdict cnr = Verdict::none;
     Verdict ber = Verdict::none;
     Verdict whole = Verdict::none;
+    bool unrecognised = false; // as strong as a wanted signal, and not demodulated
 };
 
 // From the settings file, or the factory table where it is missing. Throws Failure where it is broken.
@@ -47,7 +48,9 @@ std::vector<Threshold> readThresholds();
 std::vector<Threshold> readThresholdsIfAny();
 
 // No verdict where there is no signal or no threshold for its band, system and modulation; without a band
-// (0) the first threshold of the system counts.
+// (0) the first threshold of the system counts. What is there without lock, at or above the lowest wanted
+// level, is unrecognised: another system or modulation, or a signal elsewhere in the band. A level carrier is
+// recognised by its signal alone.
 Judgement judge(const std::vector<Threshold>& thresholds, const MeasCondition& condition,
                 const MultiMeasResult& result);
 

@@ -34,7 +34,7 @@ std::vector<Reading> bestOfGroups(const std::vector<ListChannel>& channels,
     std::vector<Reading> best;
     for (size_t i = 0; i < channels.size(); ++i) {
         const ListChannel& channel = channels[i];
-        Reading reading{timeMs, channel.name, channel.condition, results[i], {}, {}, {}};
+        Reading reading{timeMs, channel.name, channel.condition, results[i], {}, {}, {}, channel.widthKhz};
         setSurroundings(reading, status);
         reading.supply = channel.condition.powerSupply; // it changes from channel to channel
         reading.judgement = judge(thresholds, channel.condition, results[i]);
@@ -51,7 +51,7 @@ std::string tableOf(ListKind kind, const std::vector<Reading>& list)
     Table rows = {{"Channel", "kHz", "dBuV", "C/N dB", "BER", "Lock", "Mod", "Verdict"}};
     for (const Reading& reading : list) {
         const MultiMeasResult& result = reading.result;
-        if (kind == ListKind::scan && !hasSignal(result))
+        if (kind == ListKind::scan && !hasSignal(result) && !reading.judgement.unrecognised)
             continue;
         const bool locked = result.lock != 0;
         rows.push_back({reading.channel, format("%u", reading.condition.ulFreq), tenths(result.LEVEL),
@@ -69,22 +69,54 @@ std::string summaryOf(const std::vector<Reading>& list)
 {
     const auto found = std::ranges::count_if(list, [](const Reading& one) { return hasSignal(one.result); });
     const auto locked = std::ranges::count_if(list, [](const Reading& one) { return one.result.lock != 0; });
-    return format("%td of %zu channels carry a signal, %td locked", found, list.size(), locked);
+    const auto unrecognised =
+        std::ranges::count_if(list, [](const Reading& one) { return one.judgement.unrecognised; });
+    return format("%td of %zu channels carry a signal, %td locked", found, list.size(), locked) +
+           (unrecognised > 0 ? format(", %td not recognised", unrecognised) : "");
 }
 
-std::vector<LevelBar> barsOf(const std::vector<Reading>& list)
+LevelKind kindOf(const Reading& reading)
 {
-    std::vector<LevelBar> bars;
+    if (reading.judgement.unrecognised)
+        return LevelKind::unrecognised;
+    switch (reading.judgement.whole) {
+    case Verdict::pass:
+        return LevelKind::pass;
+    case Verdict::marginal:
+        return LevelKind::marginal;
+    case Verdict::fail:
+        return LevelKind::fail;
+    case Verdict::none:
+        break;
+    }
+    return hasSignal(reading.result) ? LevelKind::signal : LevelKind::none;
+}
+
+// Of level carriers the frequency tells more than the name.
+LevelChart chartOf(const std::vector<Reading>& list)
+{
+    LevelChart chart{true, {}};
+    for (const Reading& reading : list) {
+        chart.byFrequency = chart.byFrequency && !needsLock(reading.condition);
+        chart.bars.push_back({reading.channel, reading.result.LEVEL / 10.0, kindOf(reading),
+                              reading.condition.ulFreq / 1000.0, reading.widthKhz / 1000.0});
+    }
+    return chart;
+}
+
+Caption captionOf(const ListOptions& options, const std::vector<Reading>& list)
+{
+    std::vector<uint16_t> systems;
     for (const Reading& reading : list)
-        bars.push_back({reading.channel, reading.result.LEVEL / 10.0, hasSignal(reading.result),
-                        reading.judgement.whole});
-    return bars;
+        systems.push_back(reading.condition.usBdSys);
+    return {"Levels of the channels" + (options.plan.empty() ? "" : ", plan " + options.plan),
+            summaryOf(list), circumstances(systems, list.front().input, list.front().timeMs)};
 }
 
 void show(ListKind kind, const ListOptions& options, const std::vector<Reading>& list)
 {
     if (options.form == Form::text) {
-        print(tableOf(kind, list) + "\n" + levelsText(barsOf(list), textStyle()) + "\n" + summaryOf(list) +
+        print(tableOf(kind, list) + "\n" + levelsText(chartOf(list), textStyle()) + "\n" + summaryOf(list) +
               "\n");
     } else {
         List objects(options.form);
@@ -93,9 +125,7 @@ void show(ListKind kind, const ListOptions& options, const std::vector<Reading>&
         objects.end();
     }
     if (!options.plot.empty())
-        plotLevels(options.plot,
-                   "Levels of the channels" + (options.plan.empty() ? "" : ", plan " + options.plan),
-                   summaryOf(list), barsOf(list));
+        plotLevels(options.plot, captionOf(options, list), chartOf(list));
 }
 
 } // namespace

@@ -100,6 +100,8 @@ std::string bitErrorRateText(const MultiMeasResult& result)
 Cell verdictCell(const Reading& reading)
 {
     const Judgement& judgement = reading.judgement;
+    if (judgement.unrecognised)
+        return {"not recognised", judgement.whole == Verdict::fail ? Tint::bad : Tint::doubtful};
     const char* name = verdictName(judgement.whole);
     if (name == nullptr)
         return "-";

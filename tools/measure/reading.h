@@ -20,6 +20,7 @@ struct Reading {
     std::optional<uint32_t> input;
     std::optional<uint32_t> supply; // VX63_POWER_SUPPLY_*
     Judgement judgement;
+    uint32_t widthKhz = 0; // of the channel; 0: not known
 };
 
 // What the meter has selected, by its status: input and supply.
@@ -39,7 +40,7 @@ std::optional<double> bitErrorRate(const MultiMeasResult& result);
 // "2.1e-04"; "< 1.0e-06" when none of a million bits is wrong; "-" as long as no bits are counted.
 std::string bitErrorRateText(const MultiMeasResult& result);
 
-// "pass", "fail: level, no lock"; "-" where there is none.
+// "pass", "fail: level, no lock", "not recognised"; "-" where there is none.
 Cell verdictCell(const Reading& reading);
 
 // One value a line.

@@ -14,7 +14,7 @@ void* CairoCall::address() const
     const char* const why = dlerror();
     throw Failure(kExitInternal, "cannot draw a picture",
                   why != nullptr ? why : "libcairo.so.2 cannot be loaded",
-                  "install libcairo2, or leave --plot out");
+                  "install libcairo2, or draw an .svg");
 }
 
 const Cairo& cairo()

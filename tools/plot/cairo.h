@@ -1,8 +1,8 @@
-// The drawing library, loaded when the first picture is drawn: with the eighteen libraries behind it, it
+// The drawing library, loaded when the first PNG or PDF is drawn: with the eighteen libraries behind it, it
 // takes longer to load than most commands take altogether.
 #pragma once
 
-#include <cairo-svg.h>
+#include <cairo-pdf.h>
 
 namespace tool {
 
@@ -32,7 +32,10 @@ struct Cairo {
     decltype(&cairo_line_to) line_to = CairoCall("cairo_line_to");
     decltype(&cairo_move_to) move_to = CairoCall("cairo_move_to");
     decltype(&cairo_new_path) new_path = CairoCall("cairo_new_path");
-    decltype(&cairo_paint) paint = CairoCall("cairo_paint");
+    decltype(&cairo_pdf_surface_create_for_stream) pdf_surface_create_for_stream =
+        CairoCall("cairo_pdf_surface_create_for_stream");
+    decltype(&cairo_pdf_surface_set_metadata) pdf_surface_set_metadata =
+        CairoCall("cairo_pdf_surface_set_metadata");
     decltype(&cairo_rectangle) rectangle = CairoCall("cairo_rectangle");
     decltype(&cairo_restore) restore = CairoCall("cairo_restore");
     decltype(&cairo_rotate) rotate = CairoCall("cairo_rotate");
@@ -53,8 +56,6 @@ struct Cairo {
     decltype(&cairo_surface_status) surface_status = CairoCall("cairo_surface_status");
     decltype(&cairo_surface_write_to_png_stream) surface_write_to_png_stream =
         CairoCall("cairo_surface_write_to_png_stream");
-    decltype(&cairo_svg_surface_create_for_stream) svg_surface_create_for_stream =
-        CairoCall("cairo_svg_surface_create_for_stream");
     decltype(&cairo_text_extents) text_extents = CairoCall("cairo_text_extents");
     decltype(&cairo_translate) translate = CairoCall("cairo_translate");
 };

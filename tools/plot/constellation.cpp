@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 namespace tool {
 
@@ -13,49 +12,41 @@ namespace {
 constexpr double kEdge = 128; // I and Q are signed bytes
 constexpr double kNear = 96;  // holds all that modulations with few points need
 constexpr double kSide = 560;
+constexpr double kTick = 32;
 constexpr size_t kMostMarks = 64; // ideal points that a terminal has room for among the others
 
 } // namespace
 
-void plotConstellation(const std::string& path, const std::string& title, const std::string& subtitle,
-                       std::span<const ConstaPoint> points, const std::optional<IdealPoints>& ideal)
+void plotConstellation(const std::string& path, Caption caption, std::span<const ConstaPoint> points,
+                       const std::optional<IdealPoints>& ideal)
 {
     const bool near = std::ranges::all_of(points, [](const ConstaPoint& point) {
         return std::abs(point.I) < kNear && std::abs(point.Q) < kNear;
     });
     const double edge = near ? kNear : kEdge;
-    Picture picture(path, kSide, kSide, title, subtitle,
-                    {"I (root mean square of the ideal points: 64)", -edge, edge, 32},
-                    {"Q", -edge, edge, 32});
-    cairo_t* const cr = picture.context();
-    picture.clip();
-    picture.colour({kInk.red, kInk.green, kInk.blue, 0.45});
-    cairo().move_to(cr, picture.x(0), picture.top());
-    cairo().line_to(cr, picture.x(0), picture.bottom());
-    cairo().move_to(cr, picture.left(), picture.y(0));
-    cairo().line_to(cr, picture.right(), picture.y(0));
-    cairo().stroke(cr);
+    const Colour cloud = faint(kBlue, 0.45);
+    caption.legend = {{"measured", cloud, Mark::dot}};
+    if (ideal)
+        caption.legend.push_back({"ideal (" + std::string(ideal->modulation) + ")", kOrange, Mark::cross});
+    Picture picture(path, kSide, kSide, caption,
+                    {"I (root mean square of the ideal points: 64)", -edge, edge, kTick},
+                    {"Q", -edge, edge, kTick});
+    Canvas& canvas = picture.canvas();
+    const Box& area = picture.area();
+    canvas.clip(area);
+    const Pen axis{faint(kInk, 0.45)};
+    canvas.stroke(std::vector<Point>{{picture.x(0), area.top}, {picture.x(0), area.bottom}}, axis);
+    canvas.stroke(std::vector<Point>{{area.left, picture.y(0)}, {area.right, picture.y(0)}}, axis);
 
-    picture.colour({kBlue.red, kBlue.green, kBlue.blue, 0.45});
-    for (const ConstaPoint& point : points) {
-        cairo().arc(cr, picture.x(point.I), picture.y(point.Q), 1.7, 0, 2 * std::numbers::pi);
-        cairo().fill(cr);
-    }
-    if (ideal) {
-        const double arm = ideal->points.size() > 100 ? 4 : 7;
-        picture.colour(kOrange);
-        cairo().set_line_width(cr, 1.1);
-        for (const auto& point : ideal->points) {
-            const double x = picture.x(point.real());
-            const double y = picture.y(point.imag());
-            cairo().move_to(cr, x - arm, y);
-            cairo().line_to(cr, x + arm, y);
-            cairo().move_to(cr, x, y - arm);
-            cairo().line_to(cr, x, y + arm);
-        }
-        cairo().stroke(cr);
-    }
-    picture.unclip();
+    std::vector<Point> measured;
+    for (const ConstaPoint& point : points)
+        measured.push_back({picture.x(point.I), picture.y(point.Q)});
+    canvas.discs(measured, 1.7, cloud);
+    if (ideal)
+        for (const auto& point : ideal->points)
+            Picture::drawMark(canvas, Mark::cross, {picture.x(point.real()), picture.y(point.imag())},
+                              kOrange, ideal->points.size() > 100 ? 4 : 7);
+    canvas.unclip();
     picture.save();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "measure/modulation_error.h"
+#include "plot/picture.h"
 #include "plot/text.h"
 
 #include <optional>
@@ -10,9 +11,9 @@
 
 namespace tool {
 
-// Throws Failure.
-void plotConstellation(const std::string& path, const std::string& title, const std::string& subtitle,
-                       std::span<const ConstaPoint> points, const std::optional<IdealPoints>& ideal);
+// The legend of the caption comes from the points. Throws Failure.
+void plotConstellation(const std::string& path, Caption caption, std::span<const ConstaPoint> points,
+                       const std::optional<IdealPoints>& ideal);
 
 std::string constellationText(std::span<const ConstaPoint> points, const std::optional<IdealPoints>& ideal,
                               const TextStyle& style);

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 namespace tool {
 
@@ -18,49 +17,27 @@ constexpr double kHighestDb = 5;
 
 void drawGuard(const Picture& picture, const GuardInterval& guard)
 {
-    cairo_t* const cr = picture.context();
-    const double from = picture.x(guard.from);
-    const double width = picture.x(guard.to) - from;
-    picture.clip();
-    picture.colour({kGreen.red, kGreen.green, kGreen.blue, 0.10});
-    cairo().rectangle(cr, from, picture.top(), width, picture.bottom() - picture.top());
-    cairo().fill(cr);
-    picture.colour(kGreen);
-    cairo().set_line_width(cr, 1);
-    const double dashes[] = {5, 4};
-    cairo().set_dash(cr, dashes, 2, 0);
-    for (const double edge : {from, from + width}) {
-        cairo().move_to(cr, edge, picture.top());
-        cairo().line_to(cr, edge, picture.bottom());
-    }
-    cairo().stroke(cr);
-    cairo().set_dash(cr, nullptr, 0, 0);
-    picture.unclip();
-}
-
-struct Box {
-    double left, top, right, bottom;
-};
-
-bool overlap(const Box& a, const Box& b)
-{
-    return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
+    Canvas& canvas = picture.canvas();
+    const auto& [left, top, right, bottom] = picture.area();
+    canvas.clip(picture.area());
+    canvas.fill({picture.x(guard.from), top, picture.x(guard.to), bottom}, faint(kGreen, 0.10));
+    for (const double edge : {picture.x(guard.from), picture.x(guard.to)})
+        canvas.stroke(std::vector<Point>{{edge, top}, {edge, bottom}}, {kGreen, 1, true});
+    canvas.unclip();
 }
 
 // Each path gets a mark at its top and a label where it meets neither another label nor a mark.
 void drawPaths(const Picture& picture, const std::vector<Path>& paths)
 {
-    cairo_t* const cr = picture.context();
+    Canvas& canvas = picture.canvas();
+    const Box& area = picture.area();
     std::vector<Box> taken;
     for (const Path& path : paths) {
         const double x = picture.x(path.delayUs);
         const double y = picture.y(path.levelDb);
         taken.push_back({x - 5, y - 5, x + 5, y + 5});
-        taken.push_back({x - 3, y, x + 3, picture.bottom()}); // its line
-        picture.colour(kOrange);
-        cairo().set_line_width(cr, 1.6);
-        cairo().arc(cr, x, y, 4.5, 0, 2 * std::numbers::pi);
-        cairo().stroke(cr);
+        taken.push_back({x - 3, y, x + 3, area.bottom}); // its line
+        canvas.ring({x, y}, 4.5, {kOrange, 1.6});
     }
     constexpr double kLine = 13;
     std::vector<Path> strongest = paths;
@@ -70,7 +47,7 @@ void drawPaths(const Picture& picture, const std::vector<Path>& paths)
         const std::string lines[] = {
             main ? "main path" : format("%+.1f \u00B5s, %+.2f km", path.delayUs, distanceKm(path.delayUs)),
             main ? "" : format("%+.1f dB", path.levelDb)};
-        const double width = std::max(picture.textWidth(lines[0], 11), picture.textWidth(lines[1], 11));
+        const double width = std::max(textWidth(lines[0], 11), textWidth(lines[1], 11));
         const double x = picture.x(path.delayUs);
         const double y = picture.y(path.levelDb);
         // To the right of the mark, else to the left, further and further up.
@@ -78,20 +55,17 @@ void drawPaths(const Picture& picture, const std::vector<Path>& paths)
             bool drawn = false;
             for (const double left : {x + 9, x - 9 - width}) {
                 const Box box{left - 2, y - up - kLine, left + width + 2, y - up + kLine + 3};
-                if (box.left < picture.left() || box.right > picture.right() || box.top < picture.top() ||
+                if (box.left < area.left || box.right > area.right || box.top < area.top ||
                     std::ranges::any_of(taken, [&](const Box& other) { return overlap(box, other); }))
                     continue;
                 taken.push_back(box);
-                if (up > kLine) {
-                    picture.colour({kOrange.red, kOrange.green, kOrange.blue, 0.6});
-                    cairo().set_line_width(cr, 0.8);
-                    cairo().move_to(cr, x, y - 5);
-                    cairo().line_to(cr, left > x ? left - 2 : left + width + 2, y - up + 4);
-                    cairo().stroke(cr);
-                }
-                picture.colour(kInk);
-                picture.text(left, y - up, lines[0], Anchor::left, 11);
-                picture.text(left, y - up + kLine, lines[1], Anchor::left, 11);
+                if (up > kLine)
+                    canvas.stroke(
+                        std::vector<Point>{{x, y - 5}, {left > x ? left - 2 : left + width + 2, y - up + 4}},
+                        {faint(kOrange, 0.6), 0.8});
+                canvas.text({left, y - up}, lines[0], {.size = 11});
+                if (!main)
+                    canvas.text({left, y - up + kLine}, lines[1], {.size = 11});
                 drawn = true;
                 break;
             }
@@ -103,31 +77,25 @@ void drawPaths(const Picture& picture, const std::vector<Path>& paths)
 
 } // namespace
 
-void plotDelayProfile(const std::string& path, const std::string& title, const std::string& subtitle,
-                      const DlyPrfResult& profile, const std::vector<Path>& paths,
-                      const std::optional<GuardInterval>& guard)
+void plotDelayProfile(const std::string& path, const Caption& caption, const DlyPrfResult& profile,
+                      const std::vector<Path>& paths, const std::optional<GuardInterval>& guard)
 {
-    Picture picture(path, 880, 420, title, subtitle,
-                    {"Delay against the main path (\u00B5s)", kFirstUs, kLastUs, 25},
+    Picture picture(path, 880, 420, caption, {"Delay against the main path (\u00B5s)", kFirstUs, kLastUs, 25},
                     {"Level against the main path (dB)", kLowestDb, kHighestDb, 10});
-    cairo_t* const cr = picture.context();
+    Canvas& canvas = picture.canvas();
     if (guard)
         drawGuard(picture, *guard);
-    picture.clip();
-    picture.colour(kBlue);
-    cairo().set_line_width(cr, 1.2);
-    cairo().set_line_join(cr, CAIRO_LINE_JOIN_BEVEL);
+    std::vector<Point> samples;
     for (size_t i = 0; i < VX63_DLYPRF_SAMPLES; ++i)
-        cairo().line_to(cr, picture.x(delayOf(static_cast<double>(i))),
-                        picture.y(levelOf(profile.ucDlyPrfData[i])));
-    cairo().stroke(cr);
-    picture.unclip();
+        samples.push_back(
+            {picture.x(delayOf(static_cast<double>(i))), picture.y(levelOf(profile.ucDlyPrfData[i]))});
+    canvas.clip(picture.area());
+    canvas.stroke(samples, {kBlue, 1.2});
+    canvas.unclip();
     drawPaths(picture, paths);
-    if (guard) {
-        picture.colour(kGreen);
-        picture.text(std::min(picture.x(guard->to), picture.right()) - 6, picture.top() + 16,
-                     "guard interval " + guard->name, Anchor::right, 12);
-    }
+    if (guard)
+        canvas.text({std::min(picture.x(guard->to), picture.area().right) - 6, picture.area().top + 16},
+                    "guard interval " + guard->name, {Anchor::right, 12, false, false, kGreen});
     picture.save();
 }
 

@@ -3,6 +3,7 @@
 
 #include "libvx63.h"
 #include "measure/echoes.h"
+#include "plot/picture.h"
 #include "plot/text.h"
 
 #include <optional>
@@ -19,9 +20,8 @@ struct GuardInterval {
 };
 
 // Throws Failure.
-void plotDelayProfile(const std::string& path, const std::string& title, const std::string& subtitle,
-                      const DlyPrfResult& profile, const std::vector<Path>& paths,
-                      const std::optional<GuardInterval>& guard);
+void plotDelayProfile(const std::string& path, const Caption& caption, const DlyPrfResult& profile,
+                      const std::vector<Path>& paths, const std::optional<GuardInterval>& guard);
 
 std::string delayProfileText(const DlyPrfResult& profile, const std::optional<GuardInterval>& guard,
                              const TextStyle& style);

@@ -1,7 +1,7 @@
 // The levels of a list of channels, as a picture and on a terminal.
 #pragma once
 
-#include "measure/judgement.h"
+#include "plot/picture.h"
 #include "plot/text.h"
 
 #include <string>
@@ -9,17 +9,25 @@
 
 namespace tool {
 
+// In the order of the legend.
+enum class LevelKind { pass, marginal, fail, signal, unrecognised, none };
+
 struct LevelBar {
     std::string name;
     double level; // dBuV
-    bool signal;
-    Verdict verdict;
+    LevelKind kind;
+    double mhz;
+    double widthMhz; // 0: not known
 };
 
-// Throws Failure.
-void plotLevels(const std::string& path, const std::string& title, const std::string& subtitle,
-                const std::vector<LevelBar>& bars);
+struct LevelChart {
+    bool byFrequency; // else by name, in their order
+    std::vector<LevelBar> bars;
+};
 
-std::string levelsText(const std::vector<LevelBar>& bars, const TextStyle& style);
+// The legend of the caption comes from the chart. Throws Failure.
+void plotLevels(const std::string& path, Caption caption, const LevelChart& chart);
+
+std::string levelsText(const LevelChart& chart, const TextStyle& style);
 
 } // namespace tool

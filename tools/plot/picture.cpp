@@ -1,16 +1,19 @@
 #include "plot/picture.h"
 
+#include "common/clock.h"
 #include "common/command_line.h"
 #include "common/failure.h"
+#include "common/names.h"
 #include "common/text.h"
+#include "plot/axis.h"
 
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
 #include <cmath>
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
-#include <numbers>
 #include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,26 +25,41 @@ namespace {
 
 constexpr double kLeftMargin = 78;
 constexpr double kRightMargin = 24;
-constexpr double kTopMargin = 58;
-constexpr double kBottomMargin = 62;
-constexpr double kPngScale = 2;
+constexpr double kTopMargin = 40; // with the title; further lines come on top
+constexpr double kLine = 18;
+constexpr double kBottomMargin = 50;
+constexpr double kSubtitleSize = 12.5;
 
-bool endsIn(std::string_view path, std::string_view ending)
+struct Format {
+    std::string_view ending;
+    std::unique_ptr<Canvas> (*canvas)(const Page&);
+};
+constexpr Format kFormats[] = {{".png", pngCanvas}, {".svg", svgCanvas}, {".pdf", pdfCanvas}};
+
+const Format* formatOf(std::string_view path)
 {
-    return path.size() > ending.size() &&
-           std::ranges::equal(path.substr(path.size() - ending.size()), ending,
-                              [](unsigned char a, char b) { return std::tolower(a) == b; });
+    const auto* found = std::ranges::find_if(kFormats, [path](const Format& format) {
+        const std::string_view ending = format.ending;
+        return path.size() > ending.size() &&
+               std::ranges::equal(path.substr(path.size() - ending.size()), ending,
+                                  [](unsigned char a, char b) { return std::tolower(a) == b; });
+    });
+    return found == std::end(kFormats) ? nullptr : found;
 }
 
-bool isSvg(std::string_view path)
+// Adds lines: as many of the pieces between the commas a line as it has room for.
+void wrap(std::string_view text, double width, std::vector<std::string>& lines)
 {
-    return endsIn(path, ".svg");
-}
-
-cairo_status_t append(void* bytes, const unsigned char* data, unsigned length)
-{
-    static_cast<std::string*>(bytes)->append(reinterpret_cast<const char*>(data), length);
-    return CAIRO_STATUS_SUCCESS;
+    const size_t first = lines.size();
+    while (!text.empty()) {
+        const size_t end = std::min(text.find(", "), text.size());
+        const std::string piece(text.substr(0, end));
+        text.remove_prefix(std::min(end + 2, text.size()));
+        if (lines.size() > first && textWidth(lines.back() + ", " + piece, kSubtitleSize) <= width)
+            lines.back() += ", " + piece;
+        else
+            lines.push_back(piece);
+    }
 }
 
 [[noreturn]] void failToWrite(const std::string& path, int error)
@@ -75,159 +93,126 @@ void writeFile(const std::string& path, std::string_view bytes)
 
 } // namespace
 
+std::string circumstances(const std::vector<uint16_t>& systems, std::optional<unsigned> input, int64_t timeMs)
+{
+    std::vector<std::string> names;
+    for (const uint16_t code : systems) {
+        const auto known = systemName(code);
+        std::string name = known ? std::string(*known) : format("system %u", code);
+        if (std::ranges::find(names, name) == names.end())
+            names.push_back(std::move(name));
+    }
+    std::string text;
+    for (const std::string& name : names)
+        text += name + ", ";
+    if (input)
+        text += format("input %u, ", *input);
+    const tm local = localTime(timeMs / 1000);
+    char time[32];
+    std::strftime(time, sizeof time, "%Y-%m-%d %H:%M", &local);
+    return text + time;
+}
+
 void Picture::addOption(CommandLine& line, std::string& path)
 {
-    line.value("--plot", "FILE", "Draw a picture into this file, .png or .svg",
+    line.value("--plot", "FILE", "Draw a picture into this file, .png, .svg or .pdf",
                [&path](const std::string& text) {
-                   if (!endsIn(text, ".png") && !endsIn(text, ".svg"))
+                   if (formatOf(text) == nullptr)
                        throw WrongUsage(
-                           "--plot", format("'%s' is no file name that ends in .png or .svg", text.c_str()));
+                           "--plot",
+                           format("'%s' is no file name that ends in .png, .svg or .pdf", text.c_str()));
                    path = text;
                });
 }
 
-Picture::Picture(std::string path, double width, double height, const std::string& title,
-                 const std::string& subtitle, Axis x, Axis y)
-    : m_path(std::move(path)), m_width(width), m_height(height), m_x(std::move(x)), m_y(std::move(y)),
-      m_surface(nullptr, cairo().surface_destroy), m_context(nullptr, cairo().destroy)
+Picture::Picture(std::string path, double width, double height, const Caption& caption, Axis x, Axis y,
+                 double xLabels)
+    : m_path(std::move(path)), m_x(std::move(x)), m_y(std::move(y))
 {
-    const double wholeWidth = kLeftMargin + width + kRightMargin;
-    const double wholeHeight = kTopMargin + height + kBottomMargin;
-    if (isSvg(m_path))
-        m_surface.reset(cairo().svg_surface_create_for_stream(append, &m_bytes, wholeWidth, wholeHeight));
-    else
-        m_surface.reset(cairo().image_surface_create(CAIRO_FORMAT_RGB24,
-                                                     static_cast<int>(std::ceil(wholeWidth * kPngScale)),
-                                                     static_cast<int>(std::ceil(wholeHeight * kPngScale))));
-    m_context.reset(cairo().create(m_surface.get()));
-    if (!isSvg(m_path))
-        cairo().scale(context(), kPngScale, kPngScale);
-    colour({1, 1, 1});
-    cairo().paint(context());
-    drawAxes(title, subtitle);
-}
-
-double Picture::left() const
-{
-    return kLeftMargin;
-}
-
-double Picture::right() const
-{
-    return kLeftMargin + m_width;
-}
-
-double Picture::top() const
-{
-    return kTopMargin;
-}
-
-double Picture::bottom() const
-{
-    return kTopMargin + m_height;
+    std::vector<std::string> subtitle;
+    wrap(caption.subtitle, width, subtitle);
+    wrap(caption.circumstances, width, subtitle);
+    const size_t lines = subtitle.size() + (caption.legend.empty() ? 0 : 1);
+    const double top = kTopMargin + kLine * static_cast<double>(lines);
+    m_area = {kLeftMargin, top, kLeftMargin + width, top + height};
+    m_canvas = formatOf(m_path)->canvas({m_area.right + kRightMargin, m_area.bottom + xLabels + kBottomMargin,
+                                         caption.title,
+                                         caption.subtitle + "; " + caption.circumstances +
+                                             ". Across: " + m_x.label + ". Up: " + m_y.label + "."});
+    drawCaption(caption, subtitle);
+    drawAxes(xLabels);
 }
 
 double Picture::x(double value) const
 {
-    return left() + (value - m_x.low) / (m_x.high - m_x.low) * m_width;
+    return m_area.left + (value - m_x.low) / (m_x.high - m_x.low) * (m_area.right - m_area.left);
 }
 
 double Picture::y(double value) const
 {
-    return bottom() - (value - m_y.low) / (m_y.high - m_y.low) * m_height;
+    return m_area.bottom - (value - m_y.low) / (m_y.high - m_y.low) * (m_area.bottom - m_area.top);
 }
 
-void Picture::colour(const Colour& colour) const
+void Picture::drawMark(Canvas& canvas, Mark mark, const Point& place, const Colour& colour, double arm)
 {
-    cairo().set_source_rgba(context(), colour.red, colour.green, colour.blue, colour.alpha);
+    const auto [x, y] = place;
+    switch (mark) {
+    case Mark::square:
+        canvas.fill({x - arm, y - arm, x + arm, y + arm}, colour);
+        break;
+    case Mark::dot:
+        canvas.discs(std::span(&place, 1), arm, colour);
+        break;
+    case Mark::cross:
+        canvas.stroke(std::vector<Point>{{x - arm, y}, {x + arm, y}}, {colour, 1.1});
+        canvas.stroke(std::vector<Point>{{x, y - arm}, {x, y + arm}}, {colour, 1.1});
+        break;
+    }
 }
 
-double Picture::textWidth(const std::string& text, double size) const
+void Picture::drawCaption(const Caption& caption, const std::vector<std::string>& subtitle) const
 {
-    cairo_text_extents_t extents;
-    cairo().set_font_size(context(), size);
-    cairo().text_extents(context(), text.c_str(), &extents);
-    return extents.x_advance;
+    double y = 26;
+    canvas().text({m_area.left, y}, caption.title, {.size = 16, .bold = true});
+    for (const std::string& line : subtitle)
+        canvas().text({m_area.left, y += kLine}, line, {.size = kSubtitleSize});
+    y += kLine;
+    double x = m_area.left;
+    for (const LegendEntry& entry : caption.legend) {
+        drawMark(canvas(), entry.mark, {x + 5, y - 4}, entry.colour, 5);
+        canvas().text({x += 16, y}, entry.name, {});
+        x += textWidth(entry.name, 12) + 18;
+    }
 }
 
-void Picture::text(double atX, double atY, const std::string& text, Anchor anchor, double size,
-                   bool bold) const
+void Picture::drawAxes(double xLabels) const
 {
-    cairo().select_font_face(context(), "sans-serif", CAIRO_FONT_SLANT_NORMAL,
-                             bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
-    const double width = textWidth(text, size);
-    const double shift = anchor == Anchor::left ? 0 : anchor == Anchor::middle ? width / 2 : width;
-    cairo().move_to(context(), atX - shift, atY);
-    cairo().show_text(context(), text.c_str());
-    cairo().new_path(context());
-}
-
-void Picture::clip() const
-{
-    cairo().save(context());
-    cairo().rectangle(context(), left(), top(), m_width, m_height);
-    cairo().clip(context());
-}
-
-void Picture::unclip() const
-{
-    cairo().restore(context());
-}
-
-void Picture::drawAxes(const std::string& title, const std::string& subtitle) const
-{
-    cairo_t* const cr = context();
-    cairo().set_line_width(cr, 1);
     const auto ticks = [](const Axis& axis, const auto& draw) {
         if (axis.step <= 0)
             return;
         const double first = std::ceil(axis.low / axis.step - 1e-9);
         const double last = std::floor(axis.high / axis.step + 1e-9);
         for (double i = first; i <= last; ++i)
-            draw(i * axis.step, format("%.*f", axis.decimals, i * axis.step + 0.0));
+            draw(i * axis.step, stepText(i * axis.step, axis.step));
     };
+    const auto& [left, top, right, bottom] = m_area;
     ticks(m_x, [&](double value, const std::string& label) {
-        colour(kGrid);
-        cairo().move_to(cr, x(value), top());
-        cairo().line_to(cr, x(value), bottom());
-        cairo().stroke(cr);
-        colour(kInk);
-        text(x(value), bottom() + 18, label, Anchor::middle);
+        canvas().stroke(std::vector<Point>{{x(value), top}, {x(value), bottom}}, {kGrid});
+        canvas().text({x(value), bottom + 18}, label, {Anchor::middle});
     });
     ticks(m_y, [&](double value, const std::string& label) {
-        colour(kGrid);
-        cairo().move_to(cr, left(), y(value));
-        cairo().line_to(cr, right(), y(value));
-        cairo().stroke(cr);
-        colour(kInk);
-        text(left() - 8, y(value) + 4, label, Anchor::right);
+        canvas().stroke(std::vector<Point>{{left, y(value)}, {right, y(value)}}, {kGrid});
+        canvas().text({left - 8, y(value) + 4}, label, {Anchor::right});
     });
-    colour(kInk);
-    cairo().rectangle(cr, left(), top(), m_width, m_height);
-    cairo().stroke(cr);
-
-    text(left(), 26, title, Anchor::left, 16, true);
-    text(left(), 46, subtitle, Anchor::left, 12.5);
-    text((left() + right()) / 2, bottom() + 46, m_x.label, Anchor::middle, 13);
-    cairo().save(cr);
-    cairo().translate(cr, 26, (top() + bottom()) / 2);
-    cairo().rotate(cr, -std::numbers::pi / 2);
-    text(0, 0, m_y.label, Anchor::middle, 13);
-    cairo().restore(cr);
+    canvas().stroke(
+        std::vector<Point>{{left, top}, {right, top}, {right, bottom}, {left, bottom}, {left, top}}, {kInk});
+    canvas().text({(left + right) / 2, bottom + xLabels + 34}, m_x.label, {Anchor::middle, 13});
+    canvas().text({26, (top + bottom) / 2}, m_y.label, {Anchor::middle, 13, false, true});
 }
 
 void Picture::save()
 {
-    cairo_status_t status = cairo().status(context());
-    if (!isSvg(m_path) && status == CAIRO_STATUS_SUCCESS)
-        status = cairo().surface_write_to_png_stream(m_surface.get(), append, &m_bytes);
-    cairo().surface_finish(m_surface.get()); // an SVG is written only now
-    if (status == CAIRO_STATUS_SUCCESS)
-        status = cairo().surface_status(m_surface.get());
-    if (status != CAIRO_STATUS_SUCCESS)
-        throw Failure(kExitInternal, "cannot draw the picture " + m_path, cairo().status_to_string(status),
-                      "leave --plot out");
-    writeFile(m_path, m_bytes);
+    writeFile(m_path, m_canvas->finish());
 }
 
 } // namespace tool

@@ -1,8 +1,13 @@
 """What the tool's picture files hold."""
 
+import itertools
 import struct
+import subprocess
 import xml.etree.ElementTree as xml
 import zlib
+from typing import NamedTuple
+
+SVG = "{http://www.w3.org/2000/svg}"
 
 
 def png_size(path):
@@ -26,8 +31,54 @@ def png_size(path):
     return width, height
 
 
-def svg_size(path):
-    root = xml.parse(path).getroot()
-    assert root.tag == "{http://www.w3.org/2000/svg}svg"
-    assert len(list(root.iter())) > 50
-    return tuple(float(root.get(key).removesuffix("pt").removesuffix("px")) for key in ("width", "height"))
+class Text(NamedTuple):
+    """A text in an SVG and, estimated, the place that it takes."""
+    text: str
+    left: float
+    top: float
+    right: float
+    bottom: float
+
+    def meets(self, other):
+        return (self.left < other.right and other.left < self.right
+                and self.top < other.bottom and other.top < self.bottom)
+
+
+def text_of(node):
+    size, x, y = (float(node.get(key)) for key in ("font-size", "x", "y"))
+    width = 0.55 * size * len(node.text)
+    before = {None: 0, "middle": width / 2, "end": width}[node.get("text-anchor")]
+    if node.get("transform"):
+        assert node.get("transform") == f"rotate(-90 {node.get('x')} {node.get('y')})"
+        return Text(node.text, x - 0.7 * size, y + before - width, x, y + before)
+    return Text(node.text, x - before, y - 0.7 * size, x - before + width, y)
+
+
+class Svg:
+    """A drawing of ours: well-formed, told in words, no text cut or over another one."""
+
+    def __init__(self, path):
+        root = xml.parse(path).getroot()
+        assert root.tag == SVG + "svg" and root.get("font-family") == "sans-serif"
+        self.size = tuple(float(root.get(key)) for key in ("width", "height"))
+        assert root.get("viewBox") == f"0 0 {root.get('width')} {root.get('height')}"
+        assert [node.tag for node in root[:2]] == [SVG + "title", SVG + "desc"]
+        self.title, self.description = root[0].text, root[1].text
+        self.places = [text_of(node) for node in root.iter(SVG + "text")]
+        self.texts = [place.text for place in self.places]
+        for place in self.places:
+            assert 0 <= place.left and place.right <= self.size[0], place
+            assert 0 <= place.top and place.bottom <= self.size[1], place
+        for one, other in itertools.combinations(self.places, 2):
+            assert not one.meets(other), (one, other)
+        self.bars = [node for node in root.iter(SVG + "rect")]
+
+
+def pdf_texts(path):
+    """The lines of text in a PDF."""
+    return subprocess.run(["pdftotext", "-layout", path, "-"], stdout=subprocess.PIPE, text=True, check=True).stdout
+
+
+def pdf_properties(path):
+    lines = subprocess.run(["pdfinfo", path], stdout=subprocess.PIPE, text=True, check=True).stdout.splitlines()
+    return {key: value.strip() for key, value in (line.split(":", 1) for line in lines)}

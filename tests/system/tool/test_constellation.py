@@ -6,7 +6,7 @@ import re
 
 import pytest
 
-from pictures import png_size, svg_size
+from pictures import Svg, pdf_properties, pdf_texts, png_size
 from tool_support import START, STOP, VX63, Terminal, environment, isolation, meter  # noqa: F401 (fixtures)
 
 CHANNEL = ("measure", "constellation", "--freq", "557143")
@@ -83,8 +83,30 @@ def test_pictures(meter, tmp_path):
     assert meter.vx63(*CHANNEL, "--plot", tmp_path / "c.PNG").returncode == 0
     assert meter.vx63(*CHANNEL, "--plot", tmp_path / "c.svg", "--json").returncode == 0
     width, height = png_size(tmp_path / "c.PNG")
-    assert (width, height) == (1324, 1360)
-    assert svg_size(tmp_path / "c.svg") == (662, 680)
+    assert (width, height) == (1324, 1432)
+    assert Svg(tmp_path / "c.svg").size == (662, 716)
+
+
+def test_picture_tells_what_it_shows(meter, tmp_path):
+    assert meter.vx63(*CHANNEL, "--input", "0", "--plot", tmp_path / "c.svg").returncode == 0
+    svg = Svg(tmp_path / "c.svg")
+    assert svg.title == svg.texts[0] == "Constellation, 557.143 MHz, 64QAM"
+    assert re.fullmatch(r"MER 3\d\.\d dB, C/N 3\d\.\d dB, level 6\d\.\d dBµV, 1000 points", svg.texts[1])
+    assert re.fullmatch(r"terrestrial, input 0, \d{4}-\d\d-\d\d \d\d:\d\d", svg.texts[2])
+    assert svg.texts[3:5] == ["measured", "ideal (64QAM)"]
+    assert svg.description == (f"{svg.texts[1]}; {svg.texts[2]}. "
+                               "Across: I (root mean square of the ideal points: 64). Up: Q.")
+
+
+def test_pdf(meter, tmp_path):
+    assert meter.vx63(*CHANNEL, "--plot", tmp_path / "c.pdf").returncode == 0
+    text = pdf_texts(tmp_path / "c.pdf")
+    for words in ("Constellation, 557.143 MHz, 64QAM", " 1000 points\n", "measured", "ideal (64QAM)"):
+        assert words in text
+    properties = pdf_properties(tmp_path / "c.pdf")
+    assert properties["Title"] == "Constellation, 557.143 MHz, 64QAM"
+    assert properties["Subject"].startswith("MER ")
+    assert (properties["Pages"], properties["Page size"]) == ("1", "662 x 716 pts")
 
 
 @pytest.mark.parametrize("target, why", [("file/c.png", "Not a directory"), ("nowhere/c.png", "No such file"),
@@ -101,14 +123,19 @@ def test_pictures_that_cannot_be_written(meter, tmp_path, target, why):
 
 
 def test_pictures_without_the_drawing_library(meter, tmp_path):
-    """Whatever draws no picture does not need it."""
+    """Only PNG and PDF need it."""
     library = tmp_path / "libcairo.so.2"
     library.touch()
-    result = meter.vx63(*CHANNEL, "--plot", "c.png", cwd=tmp_path, env=environment(LD_LIBRARY_PATH=str(tmp_path)))
-    assert result.returncode == 70
-    assert "MER             " in result.stdout
-    assert result.stderr == (f"vx63: cannot draw a picture: {library}: file too short: "
-                             "install libcairo2, or leave --plot out\n")
+    options = {"cwd": tmp_path, "env": environment(LD_LIBRARY_PATH=str(tmp_path))}
+    for file in ("c.png", "c.pdf"):
+        result = meter.vx63(*CHANNEL, "--plot", file, **options)
+        assert result.returncode == 70
+        assert "MER             " in result.stdout
+        assert result.stderr == (f"vx63: cannot draw a picture: {library}: file too short: "
+                                 "install libcairo2, or draw an .svg\n")
+    result = meter.vx63(*CHANNEL, "--plot", "c.svg", **options)
+    assert (result.returncode, result.stderr) == (0, "")
+    assert Svg(tmp_path / "c.svg").size == (662, 716)
 
 
 def test_without_lock(meter, tmp_path):

@@ -5,7 +5,7 @@ import re
 
 import pytest
 
-from pictures import png_size, svg_size
+from pictures import Svg, png_size
 from tool_support import STOP, VX63, Terminal, environment, isolation, meter  # noqa: F401 (fixtures)
 
 NETWORK = ("measure", "delay-profile", "--freq", "551143")  # channel 26: echoes at -9.2, 18.6 and 122 us
@@ -50,10 +50,15 @@ def test_text_and_picture(meter, tmp_path):
                      r"echo     12\d\.\d\d    36\.\d\d\d   -3\d\.\d  outside\n", result.stdout, re.M)
     assert re.search(r"\|-+ guard 1/8 -+\|", result.stdout)
     assert max(map(len, result.stdout.splitlines())) <= 60
-    assert png_size(tmp_path / "d.png") == (1964, 1080)
+    assert png_size(tmp_path / "d.png") == (1964, 1116)
     assert meter.requests()[-1] == STOP_PROFILE
     assert meter.vx63(*NETWORK, "--plot", tmp_path / "d.svg").returncode == 0
-    assert svg_size(tmp_path / "d.svg") == (982, 540)
+    svg = Svg(tmp_path / "d.svg")
+    assert svg.size == (982, 558)
+    assert svg.title == "Delay profile, 551.143 MHz"
+    assert re.fullmatch(r"Level \d\d\.\d dBµV, C/N \d\d\.\d dB, 4 paths", svg.texts[1])
+    assert re.fullmatch(r"terrestrial, input 0, \d{4}-\d\d-\d\d \d\d:\d\d", svg.texts[2])
+    assert {"main path", "guard interval 1/8"} < set(svg.texts)
 
 
 def test_without_lock(meter):

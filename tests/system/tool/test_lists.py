@@ -9,7 +9,7 @@ import re
 import pytest
 
 from channel_lists import UHF, WEAK, channels, parts
-from pictures import png_size, svg_size
+from pictures import Svg, png_size
 from tool_support import VX63, Terminal, isolation, meter  # noqa: F401 (fixtures)
 
 
@@ -37,7 +37,7 @@ def test_scan_as_text(meter, tmp_path):
     assert summary == "10 of 40 channels carry a signal, 9 locked\n"
     assert "█" in chart and chart.splitlines()[-1].startswith("dBuV 13 ")
     assert max(map(len, result.stdout.splitlines())) <= 80
-    assert png_size(tmp_path / "u.png") == (1964, 960)
+    assert png_size(tmp_path / "u.png") == (1964, 1032)
 
 
 def test_csv(meter):
@@ -54,7 +54,7 @@ def test_multi_shows_every_channel(meter, tmp_path):
     result = meter.vx63("measure", "multi", "--plan", "uhf", "--plot", tmp_path / "m.svg")
     table = result.stdout.split("\n\n")[0].splitlines()
     assert [row.split()[0] for row in table[1:]] == [str(number) for number in range(13, 53)]
-    assert svg_size(tmp_path / "m.svg") == (982, 480)
+    assert Svg(tmp_path / "m.svg").size == (982, 516)
 
 
 def test_conditions(meter, tmp_path):

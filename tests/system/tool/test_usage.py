@@ -79,7 +79,7 @@ def options_of(*words):
     (["measure", "constellation", "--freq", "1", "--points", "3000"], "--points: '3000' is none of 1000, 2000, 4000"),
     (["measure", "constellation", "--freq", "1", "--points", "-1000"], "--points: '-1000' is none of"),
     (["measure", "constellation", "--freq", "1", "--plot", "points.gif"],
-     "--plot: 'points.gif' is no file name that ends in .png or .svg"),
+     "--plot: 'points.gif' is no file name that ends in .png, .svg or .pdf"),
     (["measure", "constellation", "--freq", "1", "--plot", ".png"], "--plot: '.png' is no file name"),
     (["measure", "delay-profile"], "--freq is required"),
     (["measure", "multi"], "--plan or --conditions is required"),

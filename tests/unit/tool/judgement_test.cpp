@@ -113,6 +113,30 @@ TEST(Judgement, OfALevelNeedsNoLock)
     EXPECT_EQ(judgement.cnr, Verdict::none);
 }
 
+TEST(Judgement, StrongWithoutLockIsNotRecognised)
+{
+    const auto found = [](uint16_t band, uint16_t system, uint16_t stat, uint32_t LEVEL) {
+        MultiMeasResult result{};
+        result.stat = stat;
+        result.LEVEL = LEVEL;
+        return judge(table(), condition(band, system), result).unrecognised;
+    };
+    constexpr uint16_t kNoSignal = 0x0010;
+    EXPECT_FALSE(found(1, 0, kSignal, 469)); // weak: fails
+    EXPECT_TRUE(found(1, 0, kSignal, 470));
+    EXPECT_FALSE(found(1, 0, kNoSignal, 469));
+    EXPECT_TRUE(found(1, 0, kNoSignal, 470));
+    EXPECT_TRUE(found(1, 0, kNoSignal, 901));
+    EXPECT_FALSE(judged(locked(600, 300, 1000, 0)).unrecognised);
+    // A level carrier needs no lock, but a signal.
+    EXPECT_FALSE(found(14, 10, kSignal, 600));
+    EXPECT_FALSE(found(14, 10, kNoSignal, 199));
+    EXPECT_TRUE(found(14, 10, kNoSignal, 200));
+    // Without a record, the signal tells.
+    EXPECT_TRUE(found(2, 1, kSignal, 10));
+    EXPECT_FALSE(found(2, 1, kNoSignal, 600));
+}
+
 TEST(Judgement, NoRecordNoVerdict)
 {
     EXPECT_EQ(judge(table(), condition(0, 0), locked(600, 300, 0, 0)).whole, Verdict::pass); // no band
