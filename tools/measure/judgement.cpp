@@ -92,7 +92,7 @@ Judgement judge(const std::vector<Threshold>& thresholds, const MeasCondition& c
     const bool strong =
         threshold == nullptr ? signal : static_cast<int64_t>(result.LEVEL) >= threshold->LV_LOW;
     Judgement judgement;
-    judgement.unrecognised = strong && result.lock == 0 && (needsLock || !signal);
+    judgement.unrecognised = strong && needsLock && result.lock == 0;
     if (threshold == nullptr || !signal)
         return judgement;
     judgement.level = judgeLevel(*threshold, result.LEVEL);

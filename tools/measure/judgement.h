@@ -49,8 +49,8 @@ std::vector<Threshold> readThresholdsIfAny();
 
 // No verdict where there is no signal or no threshold for its band, system and modulation; without a band
 // (0) the first threshold of the system counts. What is there without lock, at or above the lowest wanted
-// level, is unrecognised: another system or modulation, or a signal elsewhere in the band. A level carrier is
-// recognised by its signal alone.
+// level, is unrecognised: another system or modulation, or a signal elsewhere in the band. Of a level carrier
+// nothing is to be recognised.
 Judgement judge(const std::vector<Threshold>& thresholds, const MeasCondition& condition,
                 const MultiMeasResult& result);
 

@@ -128,10 +128,9 @@ TEST(Judgement, StrongWithoutLockIsNotRecognised)
     EXPECT_TRUE(found(1, 0, kNoSignal, 470));
     EXPECT_TRUE(found(1, 0, kNoSignal, 901));
     EXPECT_FALSE(judged(locked(600, 300, 1000, 0)).unrecognised);
-    // A level carrier needs no lock, but a signal.
+    // Of a level carrier nothing is to be recognised.
     EXPECT_FALSE(found(14, 10, kSignal, 600));
-    EXPECT_FALSE(found(14, 10, kNoSignal, 199));
-    EXPECT_TRUE(found(14, 10, kNoSignal, 200));
+    EXPECT_FALSE(found(14, 10, kNoSignal, 600));
     // Without a record, the signal tells.
     EXPECT_TRUE(found(2, 1, kSignal, 10));
     EXPECT_FALSE(found(2, 1, kNoSignal, 600));
