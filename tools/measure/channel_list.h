@@ -13,7 +13,8 @@ namespace tool {
 struct ListChannel {
     std::string name;
     MeasCondition condition;
-    size_t group; // of the ways in which one channel can be occupied; rising
+    size_t group;             // of the ways in which one channel can be occupied; rising
+    char polarisation = '\0'; // of a satellite's: R, L, H or V
 };
 
 enum class ListKind { multi, scan };
