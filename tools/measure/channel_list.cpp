@@ -5,6 +5,7 @@
 #include "common/interrupt.h"
 #include "common/running.h"
 #include "common/text.h"
+#include "measure/limits.h"
 
 #include <algorithm>
 #include <chrono>
@@ -67,7 +68,8 @@ class Run {
 public:
     Run(ListKind kind, uint8_t ucDispType, std::span<const ListChannel> channels)
         : m_kind(kind), m_channels(channels), m_registration(channels),
-          m_running(
+          m_running(startWith(
+              "the channels " + channels.front().name + " to " + channels.back().name,
               kind == ListKind::scan ? "the scan" : "the multi-channel measurement",
               [&, ucDispType] {
                   return kind == ListKind::scan ? vx63_startScan(ucDispType, m_registration.get())
@@ -76,7 +78,7 @@ public:
               [kind, ucDispType] {
                   return kind == ListKind::scan ? vx63_stopScan(ucDispType) : vx63_stopMultiMeas(ucDispType);
               },
-              true)
+              true))
     {}
 
     // The result of a channel when it has been measured; nothing after an interruption.

@@ -13,8 +13,9 @@ namespace tool {
 struct ListChannel {
     std::string name;
     MeasCondition condition;
-    size_t group;          // of the ways in which one channel can be occupied; rising
-    uint32_t widthKhz = 0; // 0: not known
+    size_t group;             // of the ways in which one channel can be occupied; rising
+    char polarisation = '\0'; // of a satellite's: R, L, H or V
+    uint32_t widthKhz = 0;    // 0: not known
 };
 
 enum class ListKind { multi, scan };

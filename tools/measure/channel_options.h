@@ -3,21 +3,28 @@
 
 #include "common/identity.h"
 #include "libvx63.h"
+#include "measure/channel_plan.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tool {
 
 class CommandLine;
+class Option;
 
 // A command that tunes a channel derives its options from these.
 struct ChannelOptions {
     int32_t id = kDefaultProcessId;
     std::optional<int32_t> input;
-    MeasCondition condition{};
-    std::string modulation; // resolved once the system is known
+    std::string channel;
+    const Plan* plan = nullptr;
+    std::optional<uint32_t> ulFreq;
+    std::optional<uint16_t> usBand;
+    PlanChanges changes;
+    MeasCondition condition{}; // resolveChannel() makes it of the others
     uint8_t ucDispType = 0;
     int64_t lockTimeoutMs = 10000;
 };
@@ -25,8 +32,14 @@ struct ChannelOptions {
 // Declares the options of a channel and --lock-timeout.
 void addChannelOptions(CommandLine& line, ChannelOptions& options);
 
-// To be called when the whole command line has been read. Throws WrongUsage.
-void resolveModulation(ChannelOptions& options);
+// Declares --plan, and --lo, --system, --mod and --supply, which hold in place of it.
+Option addPlan(CommandLine& line, const Plan*& plan);
+std::vector<Option> addPlanChanges(CommandLine& line, PlanChanges& changes, bool alwaysPlan);
+
+// To be called when the whole command line has been read: makes the condition of the channel, and checks it.
+// Throws WrongUsage and Failure.
+//   system  in which a channel is looked for that is given without --system
+void resolveChannel(ChannelOptions& options, std::optional<uint16_t> system = std::nullopt);
 
 // A code as a number or by its name. Throws WrongUsage that names the option.
 uint16_t systemIn(const std::string& option, const std::string& text);

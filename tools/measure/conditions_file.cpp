@@ -3,6 +3,7 @@
 #include "common/failure.h"
 #include "common/names.h"
 #include "common/text.h"
+#include "measure/limits.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -144,6 +145,8 @@ ListChannel readChannel(const std::string& path, size_t index, const json& objec
     if (channel.name.size() > sizeof condition.ucStrChan)
         reader.fail("channel", format("is longer than %zu bytes", sizeof condition.ucStrChan));
     std::memcpy(condition.ucStrChan, channel.name.data(), channel.name.size());
+    if (const auto refusal = refusalOf(condition))
+        reader.fail(refusal->key, refusal->why);
     if (channel.name.empty())
         channel.name = format("%zu", index + 1);
     return channel;

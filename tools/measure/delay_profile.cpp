@@ -11,6 +11,7 @@
 #include "common/text.h"
 #include "measure/channel_options.h"
 #include "measure/echoes.h"
+#include "measure/limits.h"
 #include "measure/single_measurement.h"
 #include "plot/picture.h"
 #include "plot/text.h"
@@ -39,8 +40,9 @@ struct Options : ChannelOptions {
 // The complete profile; nothing when it did not become so in time, or after an interruption.
 std::unique_ptr<DlyPrfResult> readProfile(const Options& options, Progress& progress)
 {
-    Running running(
-        "the delay profile", [&] { return vx63_startDlyPrfMeas(options.ucDispType, &options.condition); },
+    Running running = startWith(
+        options.condition, "the delay profile",
+        [&] { return vx63_startDlyPrfMeas(options.ucDispType, &options.condition); },
         [&] { return vx63_stopDlyPrfMeas(options.ucDispType); });
     auto profile = std::make_unique<DlyPrfResult>();
     const auto start = Clock::now();
@@ -155,11 +157,18 @@ int measureDelayProfile(const Options& options)
 void addDelayProfile(CommandLine& measure)
 {
     measure.addCommand("delay-profile", "Show the echoes of a terrestrial signal",
-                       "vx63 measure delay-profile --freq 551143 --plot echoes.svg", measureDelayProfile,
+                       "vx63 measure delay-profile --channel 26 --plot echoes.svg", measureDelayProfile,
                        [](CommandLine& line, Options& options) {
                            Picture::addOption(line, options.plot);
                            addChannelOptions(line, options);
-                           line.check([&options] { resolveModulation(options); });
+                           line.check([&options] {
+                               resolveChannel(options, VX63_BDSYS_TERRESTRIAL);
+                               const auto system = systemName(options.condition.usBdSys);
+                               if (options.condition.usBdSys != VX63_BDSYS_TERRESTRIAL)
+                                   throw WrongUsage(
+                                       "--system", "a delay profile is of terrestrial (OFDM) alone, not of " +
+                                                       std::string(system.value_or("another system")));
+                           });
                        });
 }
 

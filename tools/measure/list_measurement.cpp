@@ -9,8 +9,10 @@
 #include "common/names.h"
 #include "common/text.h"
 #include "measure/channel_options.h"
+#include "measure/channel_search.h"
 #include "measure/conditions_file.h"
 #include "measure/judgement.h"
+#include "measure/limits.h"
 #include "measure/reading.h"
 #include "measure/verdict_check.h"
 #include "plot/levels.h"
@@ -109,7 +111,8 @@ Caption captionOf(const ListOptions& options, const std::vector<Reading>& list)
     std::vector<uint16_t> systems;
     for (const Reading& reading : list)
         systems.push_back(reading.condition.usBdSys);
-    return {"Levels of the channels" + (options.plan.empty() ? "" : ", plan " + options.plan),
+    return {"Levels of the channels" +
+                (options.plan == nullptr ? "" : ", plan " + std::string(options.plan->name)),
             summaryOf(list), circumstances(systems, list.front().input, list.front().timeMs)};
 }
 
@@ -128,34 +131,34 @@ void show(ListKind kind, const ListOptions& options, const std::vector<Reading>&
         plotLevels(options.plot, captionOf(options, list), chartOf(list));
 }
 
+std::vector<ListChannel> channelsOfPlan(const ListOptions& options)
+{
+    const std::string plan(options.plan->name);
+    std::vector<ListChannel> channels = planChannels(*options.plan, options.changes);
+    if (channels.empty())
+        throw Failure(kExitNoInput, "cannot measure plan " + plan, "it has no channels",
+                      "look at its settings file");
+    if (!options.channels.empty())
+        channels = pickChannels(channels, options.channels, *options.plan);
+    for (const ListChannel& channel : channels)
+        if (const auto refusal = refusalOf(channel.condition))
+            throw Failure(kExitUsage, "cannot measure channel " + channel.name + " of plan " + plan,
+                          refusal->why, "check --lo, --system and --mod, and the plan");
+    return channels;
+}
+
 } // namespace
 
 std::vector<Option> addListOptions(CommandLine& line, ListOptions& options)
 {
+    const Option plan = addPlan(line, options.plan);
     std::vector ofPlan = {
-        line.value("--plan", "NAME", "Channel plan: " + planNames(),
-                   [&options](const std::string& text) {
-                       if (!isPlan(text))
-                           throw WrongUsage("--plan",
-                                            format("'%s' is none of %s", text.c_str(), planNames().c_str()));
-                       options.plan = text;
-                   })
-            .offers(planNames()),
-        line.number("--lo", options.changes.ulLoFreq, "KHZ",
-                    "Local-oscillator frequency, in kHz [that of the settings]", 0, UINT32_MAX),
-        line.value(
-                "--system", "SYSTEM",
-                "Broadcast system: " + systemNames() + ", or its code [that of the plan]",
-                [&options](const std::string& text) { options.changes.usBdSys = systemIn("--system", text); })
-            .offers(systemNames()),
-        line.text("--mod", options.modulation, "MOD",
-                  "Modulation: " + modulationNames() + ", or its code [0: whatever the system has]")
-            .offers(modulationNames()),
-        line.number("--supply", options.changes.powerSupply, "0..4",
-                    "Antenna power supply: 0 off, 1 11 V, 2 15 V, 3 11 V and tone, 4 15 V and tone [that of "
-                    "the plan]",
-                    0, 4),
+        plan,
+        line.text("--channel", options.channels, "NAMES", "Channels of the plan alone, as 13-20,27 [all]")
+            .needs(plan),
     };
+    for (const Option& change : addPlanChanges(line, options.changes, true))
+        ofPlan.push_back(change);
     line.number("--input", options.input, "0|1", "Select this RF input first [leave it]", 0, 1);
     line.number("--disp-type", options.ucDispType, "N",
                 "Number of a display type, handed on to the meter [0]", 0, UINT8_MAX);
@@ -166,21 +169,10 @@ std::vector<Option> addListOptions(CommandLine& line, ListOptions& options)
     return ofPlan;
 }
 
-void resolveListModulation(ListOptions& options)
-{
-    if (!options.modulation.empty())
-        options.changes.usMod =
-            modulationIn("--mod", options.modulation, options.changes.usBdSys.value_or(0));
-}
-
 int runList(ListKind kind, const ListOptions& options)
 {
-    const std::vector<ListChannel> channels = options.conditions.empty()
-                                                  ? planChannels(options.plan, options.changes)
-                                                  : readConditions(options.conditions);
-    if (channels.empty())
-        throw Failure(kExitNoInput, "cannot measure plan " + options.plan, "it has no channels",
-                      "look at its settings file");
+    const std::vector<ListChannel> channels =
+        options.plan != nullptr ? channelsOfPlan(options) : readConditions(options.conditions);
     const std::vector<Threshold> thresholds = readThresholds(); // a scan for nothing would take minutes
     const Identity identity(options.id);
     catchInterruption(kStoppingNotice);

@@ -20,10 +20,10 @@ struct ListOptions {
     int32_t id = kDefaultProcessId;
     std::optional<int32_t> input;
     uint8_t ucDispType = 0;
-    std::string plan;
+    const Plan* plan = nullptr;
+    std::string channels;   // some of the plan
     std::string conditions; // a file, instead of a plan
     PlanChanges changes;
-    std::string modulation; // resolved once the system is known
     std::string plot;
     Form form = Form::text;
     bool check = false;
@@ -32,9 +32,6 @@ struct ListOptions {
 // Declares all of them but --conditions. Returns those that a file of conditions leaves no room for, --plan
 // first.
 std::vector<Option> addListOptions(CommandLine& line, ListOptions& options);
-
-// To be called when the whole command line has been read. Throws WrongUsage.
-void resolveListModulation(ListOptions& options);
 
 // Measures and shows. Returns the exit code; throws Failure.
 int runList(ListKind kind, const ListOptions& options);

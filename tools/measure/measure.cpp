@@ -113,7 +113,7 @@ void addSingleOptions(CommandLine& line, Options& options)
     line.csv(options.form);
     line.flag("--check", options.check,
               "Exit with 14 where the verdict is fail, with 15 where it is marginal");
-    line.check([&options] { resolveModulation(options); });
+    line.check([&options] { resolveChannel(options); });
 }
 
 } // namespace
@@ -123,7 +123,7 @@ void addMeasure(CommandLine& program)
     CommandLine measure = program.addGroup("measure", "Measure a channel or several",
                                            "vx63 measure single --freq 557143 --json");
     measure.addCommand("single", "Tune one channel, wait for lock, read its values, stop",
-                       "vx63 measure single --freq 557143 --count 60 --interval 1", measureSingle,
+                       "vx63 measure single --channel 27 --plan uhf --count 60 --interval 1", measureSingle,
                        addSingleOptions);
     addConstellation(measure);
     addDelayProfile(measure);

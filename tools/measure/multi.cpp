@@ -25,9 +25,8 @@ void addMulti(CommandLine& measure)
                            for (const Option& option : ofPlan)
                                file.excludes(option);
                            line.check([&options] {
-                               if (options.plan.empty() && options.conditions.empty())
+                               if (options.plan == nullptr && options.conditions.empty())
                                    throw WrongUsage("--plan or --conditions is required");
-                               resolveListModulation(options);
                            });
                        });
 }

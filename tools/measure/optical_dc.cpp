@@ -11,6 +11,7 @@
 #include "common/text.h"
 #include "libvx63.h"
 #include "measure/channel_options.h"
+#include "measure/limits.h"
 
 #include <optional>
 #include <string>
@@ -33,10 +34,8 @@ struct DcOptions {
 
 // Both are done with one reading.
 template <class T>
-std::optional<T> readOnce(const char* what, const Running::Call& start, const Running::Call& stop,
-                          int32_t (*read)(T*))
+std::optional<T> readOnce(const char* what, Running running, int32_t (*read)(T*))
 {
-    Running running(what, start, stop);
     T value{};
     if (interruption() == 0)
         require(std::string("cannot read ") + what, [&] { return read(&value); });
@@ -48,9 +47,13 @@ int measureOptical(const OpticalOptions& options)
 {
     const Identity identity(options.id);
     catchInterruption(kStoppingNotice);
-    const auto power = readOnce<int32_t>(
-        "the optical power", [&] { return vx63_startOptMeas(options.ulWaveLength); }, vx63_stopOptMeas,
-        vx63_getOptMeasResult);
+    constexpr const char* kWhat = "the optical power";
+    const auto power =
+        readOnce<int32_t>(kWhat,
+                          startWith(
+                              format("wavelength %u nm", options.ulWaveLength), kWhat,
+                              [&] { return vx63_startOptMeas(options.ulWaveLength); }, vx63_stopOptMeas),
+                          vx63_getOptMeasResult);
     if (!power)
         return kExitSignal + interruption();
     const double dbm = *power / 100.0;
@@ -67,8 +70,9 @@ int measureDc(const DcOptions& options)
     const Identity identity(options.id);
     catchInterruption(kStoppingNotice);
     selectInput(options.input);
+    constexpr const char* kWhat = "the DC voltage";
     const auto voltage =
-        readOnce<uint32_t>("the DC voltage", vx63_startDcMeas, vx63_stopDcMeas, vx63_getDcMeasResult);
+        readOnce<uint32_t>(kWhat, Running(kWhat, vx63_startDcMeas, vx63_stopDcMeas), vx63_getDcMeasResult);
     if (!voltage)
         return kExitSignal + interruption();
     if (options.json)
@@ -85,7 +89,10 @@ void addOptical(CommandLine& measure)
     measure.addCommand(
         "optical", "Measure the optical power at a wavelength", "vx63 measure optical --wavelength 1490",
         measureOptical, [](CommandLine& line, OpticalOptions& options) {
-            line.number("--wavelength", options.ulWaveLength, "NM", "Wavelength in nm", 1, UINT32_MAX)
+            line.number("--wavelength", options.ulWaveLength, "NM",
+                        format("Wavelength in nm, %u to %u", kOpticalNm.lowest, kOpticalNm.highest),
+                        kOpticalNm.lowest, kOpticalNm.highest)
+                .offers("1300, 1310, 1490")
                 .required();
         });
 }

@@ -19,7 +19,6 @@ void addScan(CommandLine& program)
                        [](CommandLine& line, ListOptions& options) {
                            addListOptions(line, options).front().required();
                            line.notes("Ctrl-C stops the scan at the meter before the program ends.");
-                           line.check([&options] { resolveListModulation(options); });
                        });
 }
 

@@ -4,6 +4,7 @@
 #include "common/exchange.h"
 #include "common/interrupt.h"
 #include "common/text.h"
+#include "measure/limits.h"
 
 #include <algorithm>
 #include <chrono>
@@ -35,9 +36,10 @@ std::string nameOf(const MeasCondition& condition)
 
 SingleMeasurement::SingleMeasurement(const ChannelOptions& options)
     : m_options(options), m_thresholds(readThresholdsIfAny()),
-      m_running(
-          "the measurement", [&] { return vx63_startSingleMeas(options.ucDispType, &options.condition); },
-          [&] { return vx63_stopSingleMeas(options.ucDispType); })
+      m_running(startWith(
+          options.condition, "the measurement",
+          [&] { return vx63_startSingleMeas(options.ucDispType, &options.condition); },
+          [&] { return vx63_stopSingleMeas(options.ucDispType); }))
 {}
 
 Reading SingleMeasurement::readingOf(const SingleMeasResult& result) const

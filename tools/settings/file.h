@@ -48,15 +48,21 @@ std::string remedyFor(const FileRef& file);
 // that says so. Throws Failure.
 Contents readOrFactory(const FileRef& file);
 
-// The same of an ordinary file, as the struct that its columns describe.
+// As the struct that the columns of the file describe.
 template <class Record>
-std::vector<Record> recordsOrFactory(uint32_t fileId)
+std::vector<Record> recordsIn(const Contents& contents)
 {
     static_assert(std::is_trivially_copyable_v<Record>);
-    const Contents contents = readOrFactory({fileId, ""});
     std::vector<Record> records(contents.records);
     std::memcpy(records.data(), contents.bytes.data(), records.size() * sizeof(Record));
     return records;
+}
+
+// The records of an ordinary file.
+template <class Record>
+std::vector<Record> recordsOrFactory(uint32_t fileId)
+{
+    return recordsIn<Record>(readOrFactory({fileId, ""}));
 }
 
 // Throw Failure.

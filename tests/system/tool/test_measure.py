@@ -179,7 +179,8 @@ def test_level_needs_no_lock(meter):
 @pytest.mark.parametrize("fault, code, why", [
     ("meas/0x103=ret,1", 1, "cannot start the measurement: refused or failed: the measurement service answers that it "
      "cannot: "),
-    ("meas/0x103=ret,2", 2, "cannot start the measurement: the meter refuses a value"),
+    ("meas/0x103=ret,2", 2, "cannot start the measurement: the meter refuses a value of frequency 557.143 MHz, local "
+     "oscillator none, system level, band 0, modulation any, condition 0x0000, supply 0: all are within the ranges"),
     ("meas/0x103=refuse", 1, "cannot start the measurement: the measurement service refuses the request "
      "(usOptOrRet=0001): "),
     ("meas/0x104=ret,2", 2, "cannot read the measurement: the meter refuses a value"),

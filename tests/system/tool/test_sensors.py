@@ -80,7 +80,8 @@ def test_calibration_that_takes_too_long(meter):
 
 
 @pytest.mark.parametrize("words, fault, code, why, stop", [
-    (["measure", "optical", "--wavelength", "5"], (), 2, "cannot start the optical power: the meter refuses", None),
+    (["measure", "optical", "--wavelength", "800"], "meas/0x10C=ret,2", 2,
+     "cannot start the optical power: the meter refuses a value of wavelength 800 nm: all are within", None),
     (["measure", "optical", "--wavelength", "1490"], "meas/0x10D=ret,5", 1, "cannot read the optical power: ", "opt"),
     (["measure", "dc"], "meas/0x10E:1=ret,2", 2, "cannot start the DC voltage: the meter refuses a value", None),
     (["measure", "dc"], "meas/0x10F=refuse", 1, "cannot read the DC voltage: ", "dc"),
