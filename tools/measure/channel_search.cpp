@@ -98,7 +98,20 @@ bool isSame(const ListChannel& a, const ListChannel& b)
     return values(a.condition) == values(b.condition);
 }
 
-// Leaves those of the plans that suit best, and of plans that tell the same the first one.
+bool isNear(uint32_t a, uint32_t b)
+{
+    return (a > b ? a - b : b - a) <= kSameKhz;
+}
+
+// The cable plans repeat the channels of the antenna's plan under their numbers.
+bool repeats(const Found& cable, const Found& other)
+{
+    return cable.plan->form == PlanForm::catv && other.plan->system == VX63_BDSYS_TERRESTRIAL &&
+           isNear(cable.channel.condition.ulFreq, other.channel.condition.ulFreq);
+}
+
+// Leaves those of the plans that suit best, the antenna's rather than what repeats it, and of plans that tell
+// the same the first one.
 void narrow(std::vector<Found>& found, std::optional<uint16_t> system)
 {
     if (system) {
@@ -107,6 +120,9 @@ void narrow(std::vector<Found>& found, std::optional<uint16_t> system)
             best = std::max(best, suits(*one.plan, *system));
         std::erase_if(found, [&](const Found& one) { return suits(*one.plan, *system) < best; });
     }
+    std::erase_if(found, [all = found](const Found& one) {
+        return std::ranges::any_of(all, [&](const Found& other) { return repeats(one, other); });
+    });
     std::vector<Found> different;
     for (Found& one : found)
         if (std::ranges::none_of(different,
@@ -143,11 +159,6 @@ void narrow(std::vector<Found>& found, std::optional<uint16_t> system)
     if (last == found.front().plan)
         refuse(name, "it can be " + names + " of plan " + plans, "give the whole name, or --freq");
     refuse(name, "it is in " + plans, "say which with --plan");
-}
-
-bool isNear(uint32_t a, uint32_t b)
-{
-    return (a > b ? a - b : b - a) <= kSameKhz;
 }
 
 } // namespace

@@ -144,7 +144,7 @@ int measureConstellation(const Options& options)
 void addConstellation(CommandLine& measure)
 {
     measure.addCommand("constellation", "Draw the constellation, tell its modulation error ratio",
-                       "vx63 measure constellation --channel 27 --plan uhf --points 4000 --plot points.png",
+                       "vx63 measure constellation --channel 27 --points 4000 --plot points.png",
                        measureConstellation, [](CommandLine& line, Options& options) {
                            line.value("--points", "N", "Points to collect: 1000, 2000 or 4000 [1000]",
                                       [&options](const std::string& text) {

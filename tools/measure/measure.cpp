@@ -123,7 +123,7 @@ void addMeasure(CommandLine& program)
     CommandLine measure = program.addGroup("measure", "Measure a channel or several",
                                            "vx63 measure single --freq 557143 --json");
     measure.addCommand("single", "Tune one channel, wait for lock, read its values, stop",
-                       "vx63 measure single --channel 27 --plan uhf --count 60 --interval 1", measureSingle,
+                       "vx63 measure single --channel 27 --count 60 --interval 1", measureSingle,
                        addSingleOptions);
     addConstellation(measure);
     addDelayProfile(measure);
