@@ -214,11 +214,11 @@ def test_channels_of_a_plan_are_shown(meter):
                                                     ["1", "93.143", "terrestrial", "8"]]
     rows = channels(meter.vx63("channels", "sccb", "--jsonl"))
     assert rows[0] == {"channel": "1", "frequency_khz": 12290000, "system": "jsat-2", "band": 6, "lo_khz": 10678000,
-                       "polarisation": "V", "supply": 1}
+                       "polarisation": "V", "power_supply": 1}
     assert rows[12]["polarisation"] == "H"
     rows = list(csv.DictReader(io.StringIO(meter.vx63("channels", "pilot", "--csv").stdout)))
     assert rows[0] == {"channel": "PL 1", "frequency_khz": "70000", "system": "level", "band": "11", "lo_khz": "0",
-                       "polarisation": "", "supply": "0"}
+                       "polarisation": "", "power_supply": "0"}
 
 
 @pytest.mark.parametrize("plan", ["", "uhf", "bs", "catv", "sccb", "up-stream"])
