@@ -76,7 +76,7 @@ def test_what_is_sent(meter, options, sent):
      "'28': --freq is 557.5 MHz, the channel is at 563.143 MHz in uhf: leave out one of them"),
 ])
 def test_channels_that_are_refused(meter, options, why):
-    result = meter.vx63(*SINGLE, *options)
+    result = meter.vx63("measure", "single", *options)
     assert (result.returncode, result.stdout) == (64, "")
     assert result.stderr.startswith("vx63: cannot tune channel " + why) and result.stderr.count("\n") == 1
     assert meter.requests() == []
