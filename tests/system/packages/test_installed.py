@@ -57,9 +57,12 @@ def test_development(tmp_path):
 def test_tools(tmp_path):
     installed = component("tools", tmp_path)
     assert {"share/man/man1/vx63.1", "share/man/man1/vx63-measure.1"} <= set(installed)
-    assert [name for name in installed if not name.startswith("share/man/man1/vx63")] == [
+    schemas = {f"share/doc/vx63-tools/json/{path.name}" for path in (SOURCE / "docs" / "json").glob("*")}
+    assert schemas and schemas <= set(installed)
+    assert [name for name in installed if not name.startswith("share/man/man1/vx63") and name not in schemas] == [
         "bin/vx63",
         "share/bash-completion/completions/vx63",
+        "share/doc/vx63-tools/json.md",
         "share/fish/vendor_completions.d/vx63.fish",
         "share/zsh/vendor-completions/_vx63",
     ]

@@ -136,6 +136,12 @@ CASES = [
     ("reading", "measure multi --plan uhf", "true", "", {"channel": "30", "verdict": "fail"}),
     ("reading", 'measure multi --conditions "$DIR/l"', LIST, "", {"channel": "2", "system": "level"}),
     ("reading", "scan --plan lte", "true", "", {"signal": False, "verdict": None}),
+    ("reading", "measure single --channel BS-1", "true", "", {"channel": "BS-1", "lo_khz": 10678000}),
+    ("plan", "channels", "true", "", {"plan": "uhf", "channels": 40}),
+    ("plan", "channels", f"rm -r {ROOT}/ch_set", "", {"plan": "uhf", "channels": 40}),
+    *[("channel", f"channels {plan}", "true", "", told) for plan, told in [
+        ("uhf", {"channel": "27", "polarisation": None}), ("bs-cs", {"polarisation": "L", "power_supply": 2}),
+        ("catv", {"system": "terrestrial"}), ("jsat3a", {"polarisation": "V"}), ("up-stream", {"band": 15})]],
     ("constellation", "measure constellation --freq 557143", "true", "", {"points_modulation": "64QAM"}),
     ("constellation", f"measure constellation {SATELLITE}", "true", "", {"points_modulation": "8PSK"}),
     ("delay-profile", "measure delay-profile --freq 551143", "true", "", {"locked": True}),
