@@ -23,7 +23,7 @@ int main(void)
         return 1;
     printf("{\"input\":%d,\"locked\":%s,\"level_dbuv\":%.1f,\"cnr_db\":%.1f,\"ber_errors\":%" PRIu32
            ",\"ber_bits\":%" PRIu32 "}\n",
-           (status.usInputStat & VX63_INPUT_STAT_1) != 0, result.lock ? "true" : "false", result.LEVEL / 10.0, result.CNR / 10.0, result.BER_ERR,
-           result.BER_TOTAL);
+           (status.usInputStat & VX63_INPUT_STAT_1) != 0, result.lock ? "true" : "false", result.LEVEL / 10.0,
+           result.CNR / 10.0, result.BER_ERR, result.BER_TOTAL);
     return vx63_stopSingleMeas(0) != VX63_OK || !result.lock;
 }
