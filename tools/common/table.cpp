@@ -109,6 +109,11 @@ std::string table(const Table& rows, std::string_view alignment)
     return text;
 }
 
+std::string paragraph(const std::string& text)
+{
+    return table({{text}});
+}
+
 std::string aligned(const Rows& rows)
 {
     Table cells;

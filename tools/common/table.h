@@ -28,6 +28,9 @@ using Table = std::vector<std::vector<Cell>>; // rows of cells, the headings fir
 //   alignment  '>' for a column that is aligned on the right: "<>>"
 std::string table(const Table& rows, std::string_view alignment = "");
 
+// One text in lines no longer than the terminal is wide.
+std::string paragraph(const std::string& text);
+
 // "Label  value" lines, the values in one column.
 using Rows = std::vector<std::pair<std::string, Cell>>;
 std::string aligned(const Rows& rows);

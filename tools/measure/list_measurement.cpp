@@ -119,8 +119,8 @@ Caption captionOf(const ListOptions& options, const std::vector<Reading>& list)
 void show(ListKind kind, const ListOptions& options, const std::vector<Reading>& list)
 {
     if (options.form == Form::text) {
-        print(tableOf(kind, list) + "\n" + levelsText(chartOf(list), textStyle()) + "\n" + summaryOf(list) +
-              "\n");
+        print(tableOf(kind, list) + "\n" + levelsText(chartOf(list), textStyle()) + "\n" +
+              paragraph(summaryOf(list)));
     } else {
         List objects(options.form);
         for (const Reading& reading : list)

@@ -174,6 +174,7 @@ Json readingJson(const Reading& reading)
         {"power_supply", reading.supply},
         {"signal", hasSignal(result)},
         {"locked", locked},
+        {"unrecognised", reading.judgement.unrecognised},
         {"level_dbuv", rounded(result.LEVEL / 10.0, 1)},
         {"cnr_db", rounded(result.CNR / 10.0, 1)},
         {"ber", rate ? Json(significant(*rate, 4)) : Json()},

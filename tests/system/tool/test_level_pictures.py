@@ -99,6 +99,8 @@ def test_strong_but_not_demodulated(meter, tmp_path):
     table, _, summary = text.split("\n\n")
     assert re.search(r"^K-1 .* not recognised$", table, re.M)
     assert summary == "0 of 28 channels carry a signal, 0 locked, 7 not recognised\n"
+    objects = json.loads(meter.vx63("scan", "--plan", "jsat3a", "--json").stdout)
+    assert len([one for one in objects if one["unrecognised"]]) == 7
     assert svg.texts[1] + "\n" == summary
 
 

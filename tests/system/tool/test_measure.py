@@ -44,8 +44,8 @@ def test_reading_as_json(meter):
     assert result.stdout.count("\n") == 1
     reading = json.loads(result.stdout)
     assert list(reading) == [
-        "time", "channel", "frequency_khz", "lo_khz", "input", "power_supply", "signal", "locked", "level_dbuv",
-        "cnr_db", "ber", "ber_errors", "ber_bits", "system", "modulation", "guard_interval", "tsid", "layer",
+        "time", "channel", "frequency_khz", "lo_khz", "input", "power_supply", "signal", "locked", "unrecognised",
+        "level_dbuv", "cnr_db", "ber", "ber_errors", "ber_bits", "system", "modulation", "guard_interval", "tsid", "layer",
         "verdict", "level_verdict", "cnr_verdict", "ber_verdict", "lock_code", "status_code", "condition_code",
         "system_code", "modulation_code", "guard_interval_code"]
     assert reading["frequency_khz"] == 557143

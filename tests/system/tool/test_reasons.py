@@ -179,7 +179,7 @@ def test_update_without_a_log(meter):
 
 
 def test_update_tells_what_it_does(meter):
-    terminal = Terminal(*meter.command(VX63, *UPDATE, fault="sys/update:1,3=late,1200"))
+    terminal = Terminal(*meter.command(VX63, *UPDATE, fault=["sys/update:1=late,1200", "sys/update:3=late,1200"]))
     terminal.wait_for("Updating the main program to 2.0, 1024 KiB: step 1, 1 s")
     terminal.wait_for("Updating the main program to 2.0, 1024 KiB: step 3, 2 s")
     assert terminal.finish() == 0

@@ -23,6 +23,7 @@ def started(meter, command=0x103):
 
 
 @pytest.mark.parametrize("options, sent", [
+    (["--channel", "27"], (557143, 0, 0, 1, 0, 0, "27", 0, 0)),
     (["--channel", "27", "--plan", "uhf"], (557143, 0, 0, 1, 0, 0, "27", 0, 0)),
     (["--channel", "027", "--plan", "UHF"], (557143, 0, 0, 1, 0, 0, "27", 0, 0)),
     (["--channel", "27", "--plan", "catv"], (557000, 0, 3, 8, 0, 0, "27", 0, 0)),
@@ -70,8 +71,8 @@ def test_what_is_sent(meter, options, sent):
     (["--channel", "roof"], "'roof': no plan has it: see 'vx63 channels', or give --freq"),
     (["--channel", "BS-1", "--plan", "uhf"], "'BS-1': plan uhf has none of that name: see 'vx63 channels uhf'"),
     (["--freq", "563143", "--channel", "27"],
-     "'27': --freq is 563.143 MHz, the channel is at 557.143 MHz in uhf, 557 MHz in catv: leave out one of them"),
-    (["--freq", "557644", "--channel", "27"], "'27': --freq is 557.644 MHz, the channel is at 557.143 MHz in uhf, 557 "),
+     "'27': --freq is 563.143 MHz, the channel is at 557.143 MHz in uhf: leave out one of them"),
+    (["--freq", "557644", "--channel", "27"], "'27': --freq is 557.644 MHz, the channel is at 557.143 MHz in uhf: "),
     (["--freq", "557500", "--channel", "28", "--plan", "uhf"],
      "'28': --freq is 557.5 MHz, the channel is at 563.143 MHz in uhf: leave out one of them"),
 ])

@@ -77,7 +77,7 @@ TEST(Reading, WithoutLockTheSignalIsUnknown)
     EXPECT_EQ(
         readingJson(reading).line(),
         R"({"time":0.0,"channel":null,"frequency_khz":575143,"lo_khz":0,"input":null,"power_supply":null,)"
-        R"("signal":false,"locked":false,"level_dbuv":9.5,"cnr_db":0.0,"ber":null,"ber_errors":0,"ber_bits":0,)"
+        R"("signal":false,"locked":false,"unrecognised":false,"level_dbuv":9.5,"cnr_db":0.0,"ber":null,"ber_errors":0,"ber_bits":0,)"
         R"("system":"terrestrial","modulation":null,"guard_interval":null,"tsid":null,"layer":null,)"
         R"("verdict":null,"level_verdict":null,"cnr_verdict":null,"ber_verdict":null,"lock_code":0,)"
         R"("status_code":0,"condition_code":0,"system_code":0,"modulation_code":0,"guard_interval_code":0})"
@@ -89,7 +89,7 @@ TEST(Reading, JsonHasNumbersInUnits)
     EXPECT_EQ(
         readingJson(lockedReading()).line(),
         R"({"time":1700000000.25,"channel":"27","frequency_khz":557143,"lo_khz":0,"input":0,"power_supply":4,)"
-        R"("signal":true,"locked":true,"level_dbuv":62.9,"cnr_db":33.1,"ber":0.00025,"ber_errors":250,)"
+        R"("signal":true,"locked":true,"unrecognised":false,"level_dbuv":62.9,"cnr_db":33.1,"ber":0.00025,"ber_errors":250,)"
         R"("ber_bits":1000000,"system":"terrestrial","modulation":"OFDM","guard_interval":"1/8","tsid":32736,)"
         R"("layer":3,"verdict":"marginal","level_verdict":"pass","cnr_verdict":"marginal","ber_verdict":null,)"
         R"("lock_code":1,"status_code":7,"condition_code":0,"system_code":0,"modulation_code":1,)"
@@ -102,11 +102,12 @@ TEST(Reading, CsvHasTheKeysOfJson)
     const Json json = readingJson(lockedReading());
     EXPECT_EQ(
         json.csvHeader(),
-        "time,channel,frequency_khz,lo_khz,input,power_supply,signal,locked,level_dbuv,cnr_db,ber,ber_errors,"
+        "time,channel,frequency_khz,lo_khz,input,power_supply,signal,locked,unrecognised,level_dbuv,cnr_db,"
+        "ber,ber_errors,"
         "ber_bits,system,modulation,guard_interval,tsid,layer,verdict,level_verdict,cnr_verdict,ber_verdict,"
         "lock_code,status_code,condition_code,system_code,modulation_code,guard_interval_code\n");
     EXPECT_EQ(json.csvLine(),
-              "1700000000.25,27,557143,0,0,4,true,true,62.9,33.1,0.00025,250,1000000,terrestrial,OFDM,"
+              "1700000000.25,27,557143,0,0,4,true,true,false,62.9,33.1,0.00025,250,1000000,terrestrial,OFDM,"
               "1/8,32736,3,marginal,pass,marginal,,1,7,0,0,1,2\n");
     EXPECT_EQ(Json({{"a,b", "c\"d"}, {"e", Json::array({1, 2})}, {"f", nullptr}}).csvHeader(),
               "\"a,b\",e,f\n");
