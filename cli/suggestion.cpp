@@ -48,6 +48,9 @@ size_t farness(const std::string& word, const std::string& known)
 
 std::string didYouMean(const std::string& word, const std::vector<std::string>& known)
 {
+    // It is one of them: something else about it is wrong.
+    if (std::ranges::find(known, word) != known.end())
+        return "";
     // Of a number every other one would be near, of a letter every word that begins with it.
     if (std::ranges::count_if(word, [](unsigned char c) { return std::isalpha(c); }) < 2)
         return "";

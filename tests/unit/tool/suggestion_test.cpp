@@ -49,6 +49,12 @@ TEST(Suggestion, NothingForNumbersAndSingleLetters)
     EXPECT_EQ(didYouMean("", {"a"}), "");
 }
 
+TEST(Suggestion, NothingForAWordThatIsKnown)
+{
+    EXPECT_EQ(didYouMean("satellite", {"satellite", "satellite-2"}), "");
+    EXPECT_EQ(didYouMean("64QAM", {"64QAM", "256QAM"}), "");
+}
+
 TEST(Suggestion, TheFolderCanBeLeftOut)
 {
     EXPECT_EQ(didYouMean("volme", {"sys_set/volume"}), "did you mean 'sys_set/volume'?");
