@@ -286,7 +286,7 @@ void addDoctor(CommandLine& program)
                        [](CommandLine& line, Options&) {
                            line.notes(
                                "Exits with 0 when nothing wrong was found, else with 5. A service that "
-                               "runs and does not\nanswer takes 10 s.");
+                               "runs and does not answer takes 10 s.");
                        });
 }
 
