@@ -20,7 +20,7 @@ std::string soundNames()
     return names;
 }
 
-int32_t soundIn(const std::string& argument, const std::string& text)
+int32_t soundIn(const std::string& argument, const std::string& text, const std::string& others)
 {
     for (int32_t kind = 0; kind < kSoundCount; ++kind)
         if (text == kSounds[kind])
@@ -28,7 +28,7 @@ int32_t soundIn(const std::string& argument, const std::string& text)
     if (const auto kind = parseNumber(text); kind && *kind < kSoundCount)
         return static_cast<int32_t>(*kind);
     throw WrongUsage(argument, format("'%s' is none of %s, nor a number from 0 to %d", text.c_str(),
-                                      soundNames().c_str(), kSoundCount - 1));
+                                      (others + soundNames()).c_str(), kSoundCount - 1));
 }
 
 } // namespace tool

@@ -12,7 +12,8 @@ inline constexpr int32_t kSoundCount = 5;
 std::string soundNames();
 
 // A kind by its name or as a number, 0 to 4; the order is that of the priorities. Throws
-// WrongUsage that names the argument.
-int32_t soundIn(const std::string& argument, const std::string& text);
+// WrongUsage that names the argument and the words it takes.
+//   others  that stand before them in it, as "all, "
+int32_t soundIn(const std::string& argument, const std::string& text, const std::string& others = "");
 
 } // namespace tool

@@ -41,7 +41,7 @@ void addVolume(CommandLine& program)
             line.value("SOUND", "SOUND", "all, " + soundNames() + ", or 0 to 4",
                        [&options](const std::string& text) {
                            const bool all = text == "all";
-                           options.first = all ? 0 : soundIn("SOUND", text);
+                           options.first = all ? 0 : soundIn("SOUND", text, "all, ");
                            options.last = all ? kSoundCount - 1 : options.first;
                        })
                 .required()
