@@ -58,9 +58,10 @@ private:
         do {
             const auto passed = floor<seconds>(steady_clock::now() - start).count();
             const uint32_t step = updateRequests();
-            progress.show(m_work + (step == 0
-                                        ? std::string()
-                                        : format(": step %u, %lld s", step, static_cast<long long>(passed))));
+            // The step first: a narrow terminal cuts off the end.
+            progress.show("Updating" + (step > 0 ? format(", step %u", step) : "") +
+                          (passed > 0 ? format(", %lld s", static_cast<long long>(passed)) : "") +
+                          (m_work.empty() ? "" : ": " + m_work));
         } while (!m_changed.wait_for(lock, milliseconds(100), [this] { return m_over; }));
     }
 

@@ -84,11 +84,11 @@ std::string workOf(const UpdateRequest& request)
     const unsigned program = request[kProgramAt];
     if (!std::string_view(text, kProgramAt).starts_with("VXUP") || program < 1 ||
         program > std::size(kPrograms))
-        return "Updating";
+        return "";
     uint32_t size = 0;
     for (size_t i = 0; i < sizeof size; ++i)
         size |= uint32_t{request[kSizeAt + i]} << (8 * i);
-    return format("Updating the %s program to %s, %u KiB", kPrograms[program - 1],
+    return format("the %s program to %s, %u KiB", kPrograms[program - 1],
                   printable({text + kVersionAt, strnlen(text + kVersionAt, kVersionSize)}).c_str(),
                   static_cast<unsigned>((uint64_t{size} + 1023) / 1024));
 }

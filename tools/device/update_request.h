@@ -22,7 +22,7 @@ UpdateRequest makeUpdateRequest(uint8_t program, uint8_t source, std::string_vie
 // The file as it is: exactly 32 bytes. Throws Failure.
 UpdateRequest readUpdateRequest(const std::string& path);
 
-// "Updating the main program to 2.0, 1024 KiB"; of a request that cannot be read "Updating".
+// "the main program to 2.0, 1024 KiB"; empty of a request that cannot be read.
 std::string workOf(const UpdateRequest& request);
 
 } // namespace tool
