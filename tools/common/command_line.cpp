@@ -178,7 +178,7 @@ void CommandLine::csv(Form& form, const std::string& description)
 
 void CommandLine::addForms(Form& form)
 {
-    addForm("--json", form, Form::json, "Print a JSON array");
+    addForm("--json", form, Form::json, "Print JSON, a list as an array");
     addForm("--jsonl", form, Form::jsonl, "Print JSON, an object a line");
 }
 
