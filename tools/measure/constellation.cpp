@@ -158,7 +158,11 @@ void addConstellation(CommandLine& measure)
                                .offers("1000, 2000, 4000");
                            Picture::addOption(line, options.plot);
                            addChannelOptions(line, options);
-                           line.check([&options] { resolveChannel(options); });
+                           line.check([&options] {
+                               resolveChannel(options);
+                               if (!needsLock(options.condition))
+                                   throw WrongUsage("--system", "a level carrier has no constellation");
+                           });
                        });
 }
 

@@ -129,7 +129,9 @@ std::string readingText(const Reading& reading)
         {"Input", reading.input ? format("%u", *reading.input) : "-"},
         {"Supply", reading.supply ? supplyText(*reading.supply) : "-"},
         {"System", nameOrCode(systemName(result.bdSys), result.bdSys)},
-        {"Lock", locked ? "yes" : "no"},
+        {"Lock", locked                         ? "yes"
+                 : needsLock(reading.condition) ? "no"
+                                                : "-"},
         {"Level", tenths(result.LEVEL) + " dBuV"},
         {"C/N", tenths(result.CNR) + " dB"},
         {"Bit error rate", bitErrorRateText(result)},

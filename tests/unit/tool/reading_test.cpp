@@ -55,6 +55,13 @@ TEST(Reading, TextIsAligned)
                                             "Verdict         marginal: C/N\n");
 }
 
+TEST(Reading, OfALevelCarrierNoLockIsAskedFor)
+{
+    Reading reading{0, "", {}, {}, {}, {}, {}};
+    reading.condition.usBdSys = 10; // level
+    EXPECT_NE(readingText(reading).find("Lock            -\n"), std::string::npos);
+}
+
 TEST(Reading, WithoutLockTheSignalIsUnknown)
 {
     Reading reading{0, "", {}, {}, {}, {}, {}};
