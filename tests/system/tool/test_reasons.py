@@ -180,8 +180,15 @@ def test_update_without_a_log(meter):
 
 def test_update_tells_what_it_does(meter):
     terminal = Terminal(*meter.command(VX63, *UPDATE, fault=["sys/update:1=late,1200", "sys/update:3=late,1200"]))
-    terminal.wait_for("Updating the main program to 2.0, 1024 KiB: step 1, 1 s")
-    terminal.wait_for("Updating the main program to 2.0, 1024 KiB: step 3, 2 s")
+    terminal.wait_for("Updating, step 1, 1 s: the main program to 2.0, 1024 KiB")
+    terminal.wait_for("Updating, step 3, 2 s: the main program to 2.0, 1024 KiB")
+    assert terminal.finish() == 0
+    assert " 0 s" not in terminal.shown
+
+
+def test_update_tells_the_step_on_a_narrow_terminal(meter):
+    terminal = Terminal(*meter.command(VX63, *UPDATE, fault="sys/update:1=late,1200"), columns=40)
+    terminal.wait_for("Updating, step 1, 1 s: the main program")
     assert terminal.finish() == 0
 
 
@@ -223,7 +230,8 @@ def test_status_of_what_answers(meter, fault, shown, missing):
     assert {rows[label] for label in lost} <= {"- (no answer)" if "silence" in fault else "- (no good answer)"}
     words = ", ".join(missing).replace("_", " ")
     assert (result.returncode, result.stderr) == ((0, "") if not missing else (
-        13, f"vx63: cannot read all of the status: missing is {words}: 'vx63 doctor' tells which service is at fault\n"))
+        13, f"vx63: cannot read all of the status: missing is {words}: repeat the command; if that does not "
+        "help, 'vx63 doctor' tells which service is at fault\n"))
 
 
 def test_status_asks_a_silent_service_once(meter):

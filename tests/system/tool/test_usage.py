@@ -90,9 +90,12 @@ def options_of(*words):
     (["measure", "constellation", "--freq", "1", "--plot", "points.gif"],
      "--plot: 'points.gif' is no file name that ends in .png, .svg or .pdf"),
     (["measure", "constellation", "--freq", "1", "--plot", ".png"], "--plot: '.png' is no file name"),
+    (["measure", "constellation", "--freq", "76500", "--system", "level"], "--system: a level carrier has no constellation"),
     (["measure", "delay-profile"], "say what to measure: --channel or --freq"),
     (["measure", "delay-profile", "--freq", "231MHz", "--system", "catv"],
      "--system: a delay profile is of terrestrial (OFDM) alone, not of catv"),
+    (["measure", "delay-profile", "--freq", "231MHz", "--system", "satellite"],
+     "alone, not of satellite: see 'vx63 measure delay-profile --help'"),
     (["measure", "delay-profile", "--freq", "231MHz", "--system", "77"], "alone, not of another system"),
     (["measure", "multi"], "--plan or --conditions is required"),
     (["measure", "multi", "--plan", "uhf", "--conditions", "list.json"], "excludes"),
@@ -181,7 +184,7 @@ def options_of(*words):
     (["buzzer", "click", "--repeat", "--stop"], "excludes"),
     (["volume", "all"], "VOLUME is required"),
     (["volume", "all", "4"], "VOLUME: '4' is not a whole number from 0 to 3"),
-    (["volume", "bell", "1"], "SOUND: 'bell' is none of"),
+    (["volume", "bell", "1"], "SOUND: 'bell' is none of all, click, confirmation"),
     (["brightness", "3"], "BRIGHTNESS: '3' is not a whole number from 0 to 2"),
     (["log", "--lines", "some"], "--lines: 'some' is not"),
     (["log", "\x1b[2J", "\x1b[2J"], "\\x1B[2J"),
@@ -260,6 +263,11 @@ def test_help_fits_the_terminal():
     terminal = Terminal(VX63, "measure", "single", "--help", columns=60)
     assert terminal.finish() == 0
     assert 50 < max(map(len, terminal.shown.splitlines())) <= 60
+
+
+def test_notes_are_one_paragraph():
+    assert ("\nExits with 0 when nothing wrong was found, else with 5. A service that runs and\n"
+            "does not answer takes 10 s.\n") in help_of("doctor")
 
 
 @pytest.mark.parametrize("words", [[], *GROUPS, *LEAVES])
