@@ -105,7 +105,7 @@ Failure silence(const Service* service, const std::string& what, const std::func
                 isFirst ? "'vx63 doctor' tells more; restart the meter by hand"
                         : "'vx63 doctor' tells more; 'vx63 power reboot --wait' restarts the meter"};
     return {kExitRestarting, what, "the meter was restarting or busy, and answers again",
-            "repeat the command"};
+            "repeat the command; if it fails again, 'vx63 doctor' and 'vx63 log --errors' tell more"};
 }
 
 Failure answered(const Logged& logged, const std::string& what)
@@ -158,8 +158,7 @@ Failure nobodyAnswers(const std::string& what)
         return {kExitNoMeter, what, "no meter: no process serves the message queues",
                 "start one with 'vx63-vmeter run -- COMMAND', or the services of the meter"};
     return {kExitRestarting, what, "the meter restarts, or hangs: none of its services answers",
-            "wait and repeat the command; 'vx63 doctor' tells more; 'vx63 power reboot --wait' would have "
-            "waited"};
+            "wait and repeat the command, or switch the meter on; 'vx63 doctor' tells more"};
 }
 
 Failure reasonOf(const FailedCall& call, const std::string& what, const std::function<int32_t()>& again)

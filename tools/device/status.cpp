@@ -29,7 +29,7 @@ struct Options {
     bool json = false;
 };
 
-// One of the services, as this command asks it: after a time-out not again.
+// One of the services, as this command asks it: after a time-out again only when another one answers.
 struct Service {
     const char* name;
     bool silent = false;
@@ -82,6 +82,10 @@ Status readStatus()
     read(device, status.device, vx63_getDeviceStatus);
     if (measurement.silent && device.silent)
         throw nobodyAnswers(kWhat);
+    if (measurement.silent) { // the meter may have been restarting: the device service was asked later
+        measurement.silent = false;
+        read(measurement, status.measurement, vx63_getMeasStatus);
+    }
     read(measurement, status.standby, vx63_getStandbyStat);
     return status;
 }

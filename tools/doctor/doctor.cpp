@@ -170,6 +170,8 @@ void addServices(const std::vector<Diagnosis>& diagnoses, int32_t id, bool logWo
             check.health = Health::remarkable;
             check.remedy.clear();
         }
+        if (diagnosis.trouble == Trouble::restarted)
+            check.health = Health::remarkable;
         if (diagnosis.trouble == Trouble::none || diagnosis.trouble == Trouble::slow) {
             check.health = diagnosis.trouble == Trouble::none ? Health::good : Health::remarkable;
             check.ms = diagnosis.ms;

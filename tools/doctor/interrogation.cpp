@@ -127,17 +127,30 @@ void Interrogation::interrogate(size_t index)
 
 std::vector<Diagnosis> Interrogation::run()
 {
+    const auto placeOf = [&](auto isIt) {
+        return static_cast<size_t>(std::ranges::find_if(m_diagnoses, isIt) - m_diagnoses.begin());
+    };
     for (size_t i = 0; i < m_questions.size(); ++i)
         interrogate(i);
+    const auto isWell = [](const Diagnosis& diagnosis) { return diagnosis.trouble == Trouble::none; };
+    // While a meter restarts nobody answers; once somebody does, those that were asked before are there too.
+    const size_t there = placeOf(isWell);
+    for (size_t i = 0; i < there && there < m_questions.size(); ++i) {
+        if (m_diagnoses[i].trouble != Trouble::noAnswer)
+            continue;
+        m_diagnoses[i] = {};
+        interrogate(i);
+        if (isWell(m_diagnoses[i]))
+            m_diagnoses[i].trouble = Trouble::restarted;
+    }
     // A service that sends too much may do so after our call has come back, but not after its next answer:
     // ask again, and at last somebody else than the last one.
-    const auto isWell = [](const Diagnosis& diagnosis) { return diagnosis.trouble == Trouble::none; };
     size_t last = 0;
     for (size_t i = 0; i < m_questions.size(); ++i) {
         if (isWell(m_diagnoses[i]))
             interrogate(last = i);
     }
-    const auto first = static_cast<size_t>(std::ranges::find_if(m_diagnoses, isWell) - m_diagnoses.begin());
+    const size_t first = placeOf(isWell);
     if (first < m_diagnoses.size() && first != last)
         interrogate(first);
     return m_diagnoses;
@@ -152,6 +165,8 @@ const char* troubleWord(Trouble trouble)
         return "not-running";
     case Trouble::slow:
         return "slow";
+    case Trouble::restarted:
+        return "restarted";
     case Trouble::queueFull:
         return "queue-full";
     case Trouble::queue:
@@ -225,6 +240,8 @@ std::string troubleText(const Diagnosis& diagnosis)
         return "answers";
     case Trouble::notRunning:
         return "its process does not run";
+    case Trouble::restarted:
+        return "did not answer at first, and does now: the meter restarted, or was busy";
     case Trouble::slow:
         return "answers slowly";
     case Trouble::queueFull:
@@ -265,6 +282,7 @@ std::string troubleRemedy(const Diagnosis& diagnosis)
 {
     switch (diagnosis.trouble) {
     case Trouble::none:
+    case Trouble::restarted:
         return "";
     case Trouble::notRunning:
         return "start the service, or restart the meter";

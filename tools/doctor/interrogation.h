@@ -36,6 +36,7 @@ enum class Trouble {
     ownQueue,         // our queue cannot be used: number is lmsg_err
     noAnswer,         // within the time-out
     lateAnswer,       // the answer came after the time-out
+    restarted,        // it did not answer at first, and does now that others do
     refused,          // at transport level: number is usOptOrRet
     failureResult,    // the answer says that it failed
     wrongCommand,     // answers carry another command code: number
@@ -52,8 +53,8 @@ struct Diagnosis {
     double ms = 0; // of the call that was answered, or that failed
 };
 
-// Asks the questions in their order, one a service; where something comes in between, again; and those that
-// answered well a second time.
+// Asks the questions in their order, one a service; where something comes in between, again; those that were
+// silent before another one answered; and those that answered well a second time.
 //   diagnoses  one a question
 class Interrogation {
 public:

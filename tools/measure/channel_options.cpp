@@ -100,7 +100,7 @@ void resolveChannel(ChannelOptions& options, std::optional<uint16_t> system)
 {
     const PlanChanges& changes = options.changes;
     MeasCondition& condition = options.condition;
-    if (options.channel.empty() && !options.ulFreq)
+    if (options.channel.empty() && !options.ulFreq) // an empty name is none
         throw WrongUsage("say what to measure: --channel or --freq");
     if (!options.ulFreq || options.plan != nullptr) {
         const uint16_t usCondition = condition.usCondition;

@@ -103,15 +103,8 @@ bool isNear(uint32_t a, uint32_t b)
     return (a > b ? a - b : b - a) <= kSameKhz;
 }
 
-// The cable plans repeat the channels of the antenna's plan under their numbers.
-bool repeats(const Found& cable, const Found& other)
-{
-    return cable.plan->form == PlanForm::catv && other.plan->system == VX63_BDSYS_TERRESTRIAL &&
-           isNear(cable.channel.condition.ulFreq, other.channel.condition.ulFreq);
-}
-
-// Leaves those of the plans that suit best, the antenna's rather than what repeats it, and of plans that tell
-// the same the first one.
+// Leaves those of the plans that suit best, the terrestrial one before others, and of plans that tell the
+// same the first one.
 void narrow(std::vector<Found>& found, std::optional<uint16_t> system)
 {
     if (system) {
@@ -120,9 +113,10 @@ void narrow(std::vector<Found>& found, std::optional<uint16_t> system)
             best = std::max(best, suits(*one.plan, *system));
         std::erase_if(found, [&](const Found& one) { return suits(*one.plan, *system) < best; });
     }
-    std::erase_if(found, [all = found](const Found& one) {
-        return std::ranges::any_of(all, [&](const Found& other) { return repeats(one, other); });
-    });
+    // Its numbers are those that people know; cable plans and transponders repeat them.
+    const auto isTerrestrial = [](const Found& one) { return one.plan->system == VX63_BDSYS_TERRESTRIAL; };
+    if (std::ranges::any_of(found, isTerrestrial))
+        std::erase_if(found, [&](const Found& one) { return !isTerrestrial(one); });
     std::vector<Found> different;
     for (Found& one : found)
         if (std::ranges::none_of(different,

@@ -95,6 +95,8 @@ std::optional<Refusal> refusalOf(const MeasCondition& condition)
         why += " outside " + tunerText() + " of the tuner";
         if (!hasOscillator(condition) && khz > kTunerKhz.highest)
             why += "; a satellite's needs the local oscillator of the LNB";
+        if (!hasOscillator(condition) && khz < kTunerKhz.lowest)
+            why += "; a number without a unit is in kHz";
         return Refusal{"--freq", "frequency_khz", why};
     }
     const uint16_t modulations = modulationsOf(condition.usBdSys);

@@ -118,7 +118,7 @@ def test_waking_what_cannot_be_woken(meter):
 def test_all_are_silent(meter):
     result = meter.shell("$VX63 power shutdown --yes; $VX63 info")
     assert result.returncode == 11
-    assert result.stderr.startswith(f"vx63: cannot read the product data: {RESTARTS}: wait and repeat the command; ")
+    assert result.stderr.startswith(f"vx63: cannot read the product data: {RESTARTS}: wait and repeat the command, or switch ")
     assert [name for name, _ in meter.requests()][-2:] == ["product", "device-status"]
 
 
@@ -131,7 +131,19 @@ def test_all_are_silent_as_json(meter):
 def test_one_was_busy(meter):
     result = meter.vx63("power-supply", fault="dev:1=silence")
     assert (result.returncode, result.stderr) == (11, "vx63: cannot read the power supply: the meter was restarting or "
-                                                      "busy, and answers again: repeat the command\n")
+                                                      "busy, and answers again: repeat the command; if it "
+                                                      "fails again, 'vx63 doctor' and 'vx63 log --errors' tell more\n")
+
+
+def test_looking_at_a_meter_that_restarts(meter):
+    """The first service is asked before the restart is over, and answers once the others do."""
+    result = meter.shell("$VX63 power reboot --yes; $VX63 doctor")
+    assert (result.returncode, result.stderr) == (0, "")
+    assert re.search("^System service +note +did not answer at first, and does now: the meter restarted, or was busy$",
+                     result.stdout, re.M)
+    result = meter.shell("$VX63 power reboot --yes; $VX63 status --json")
+    assert (result.returncode, result.stderr) == (0, "")
+    assert json.loads(result.stdout)["missing"] == []
 
 
 def test_one_is_silent(meter):

@@ -112,6 +112,20 @@ TEST(Interrogation, WithoutTheLogOnlyTheTimeTells)
     EXPECT_EQ(diagnosisOf({-1, 0.2, std::nullopt}).trouble, Trouble::unknown);
 }
 
+TEST(Interrogation, RestartsWhenItIsAsked)
+{
+    const auto diagnoses = run({kSys, kDev, kKey}, {{0, kTimeout},
+                                                    {6, kAnswer},
+                                                    {8, kTimeout}, // not before the first answer
+                                                    {0, kAnswer},
+                                                    {6, kAnswer}});
+    EXPECT_EQ(diagnoses[0].trouble, Trouble::restarted);
+    EXPECT_EQ(diagnoses[1].trouble, Trouble::none);
+    EXPECT_EQ(diagnoses[2].trouble, Trouble::noAnswer);
+    EXPECT_EQ(run({kSys, kDev}, {{0, kTimeout}, {6, kAnswer}, {0, kTimeout}, {6, kAnswer}})[0].trouble,
+              Trouble::noAnswer);
+}
+
 TEST(Interrogation, AnswersTwice)
 {
     const auto diagnoses = run({kSys, kDev}, {{0, kAnswer},

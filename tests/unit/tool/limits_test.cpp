@@ -30,8 +30,8 @@ TEST(Limits, OfTheTuner)
 {
     EXPECT_EQ(refused(condition(10000)), "");
     EXPECT_EQ(refused(condition(3224000)), "");
-    EXPECT_EQ(refused(condition(9999)),
-              "--freq frequency_khz 9.999 MHz is outside 10..3224 MHz of the tuner");
+    EXPECT_EQ(refused(condition(9999)), "--freq frequency_khz 9.999 MHz is outside 10..3224 MHz of the "
+                                        "tuner; a number without a unit is in kHz");
     EXPECT_EQ(refused(condition(3224001)),
               "--freq frequency_khz 3224.001 MHz is outside 10..3224 MHz of the tuner; a "
               "satellite's needs the local oscillator of the LNB");
