@@ -11,12 +11,12 @@
 
 namespace tool {
 
-struct Range {
+struct Limits {
     uint32_t lowest;
     uint32_t highest;
 };
-inline constexpr Range kTunerKhz{10000, 3224000}; // ulFreq, less ulLoFreq where there is one
-inline constexpr Range kOpticalNm{800, 1700};
+inline constexpr Limits kTunerKhz{10000, 3224000}; // ulFreq, less ulLoFreq where there is one
+inline constexpr Limits kOpticalNm{800, 1700};
 
 // kHz that arrive at the tuner; 0 where the local oscillator is not below the frequency.
 uint32_t tunerKhz(const MeasCondition& condition);
