@@ -86,9 +86,12 @@ extern "C" __attribute__((visibility("default"))) int32_t lmsg_isServed(uint8_t 
     if (proc < 0)
         return LMSG_SERVED_UNKNOWN;
 
-    bool self = false; // an empty /proc, or that of another namespace, tells nothing
+    bool self = false;  // an empty /proc, or that of another namespace, tells nothing
+    bool first = false; // process 1 is always there: one that is hidden (hidepid) is not the only one
     const Look look = lookThrough(proc, [&](const char* process) {
-        if (atol(process) == getpid()) {
+        const long id = atol(process);
+        first = first || id == 1;
+        if (id == getpid()) {
             self = true;
             return Look::no;
         }
@@ -100,5 +103,6 @@ extern "C" __attribute__((visibility("default"))) int32_t lmsg_isServed(uint8_t 
     // Processes of other users are always there and may not be looked at; a queue that is its owner's alone
     // is none of theirs.
     const bool shared = (queue.status.st_mode & (S_IRWXG | S_IRWXO)) != 0;
-    return !self || (look == Look::refused && shared) ? LMSG_SERVED_UNKNOWN : LMSG_SERVED_LEFT;
+    const bool all = look != Look::refused && first;
+    return self && (all || !shared) ? LMSG_SERVED_LEFT : LMSG_SERVED_UNKNOWN;
 }

@@ -14,8 +14,7 @@ tm localTime(int64_t unixSeconds)
 {
     const auto seconds = static_cast<time_t>(unixSeconds);
     tm local{};
-    localtime_r(&seconds, &local);
-    return local;
+    return localtime_r(&seconds, &local) != nullptr ? local : tm{}; // what failed has filled a part
 }
 
 } // namespace tool

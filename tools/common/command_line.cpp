@@ -6,7 +6,6 @@
 #include "common/identity.h"
 #include "common/output.h"
 #include "common/terminal.h"
-#include "common/text.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -243,6 +242,10 @@ Command readCommandLine(int argc, char** argv, const char* description, const ch
     };
     try {
         takeColourOption(words);
+    } catch (const WrongUsage& error) { // no command has the option: it would be the mistake
+        throw wrongUsage(cli::refusal(app, program.extras, {}, error.what()));
+    }
+    try {
         app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
     } catch (const CLI::CallForHelp&) {
         if (const auto found = cli::mistakeIn(app, program.extras, words); found && found->inCommand)

@@ -1,5 +1,7 @@
 #include "common/json.h"
 
+#include "common/text.h"
+
 #include <nlohmann/json.hpp>
 #include <utility>
 
@@ -9,14 +11,27 @@ using Value = nlohmann::ordered_json;
 
 namespace {
 
+// The control characters that JSON need not escape, U+007F to U+009F, are escaped too: a terminal obeys them.
 std::string dump(const Value& value)
 {
-    return value.dump(-1, ' ', false, Value::error_handler_t::replace);
+    const std::string text = value.dump(-1, ' ', false, Value::error_handler_t::replace);
+    std::string safe;
+    safe.reserve(text.size());
+    for (size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        if (byte == 0x7F)
+            safe += "\\u007f";
+        else if (byte == 0xC2 && static_cast<unsigned char>(text[i + 1]) < 0xA0)
+            safe += format("\\u%04x", static_cast<unsigned char>(text[++i]));
+        else
+            safe += text[i];
+    }
+    return safe;
 }
 
 std::string csvField(const std::string& text)
 {
-    if (text.find_first_of(",\"\r\n") == std::string::npos)
+    if (text.find_first_of(",\"") == std::string::npos)
         return text;
     std::string quoted = "\"";
     for (const char c : text)
@@ -27,7 +42,7 @@ std::string csvField(const std::string& text)
 std::string csvField(const Value& value)
 {
     return value.is_null()     ? std::string()
-           : value.is_string() ? csvField(value.get<std::string>())
+           : value.is_string() ? csvField(printable(value.get<std::string>()))
                                : csvField(dump(value));
 }
 

@@ -58,9 +58,11 @@ public:
     void push(const Json& value);                        // to an array
     void set(const std::string& key, const Json& value); // of an object
     void add(const Json& object);                        // all its members
-    std::string line() const; // on one line, with the newline; bytes that are no UTF-8 as U+FFFD
+    std::string
+    line() const; // on one line, with the newline; bytes that are no UTF-8 as U+FFFD, no control characters
 
-    // Of an object, by RFC 4180: its keys; its values, null as nothing, arrays and objects as JSON.
+    // Of an object, by RFC 4180: its keys; its values, null as nothing, texts as of printable(), arrays and
+    // objects as JSON.
     std::string csvHeader() const;
     std::string csvLine() const;
 

@@ -1,10 +1,10 @@
 #include "common/names.h"
 
+#include "common/text.h"
 #include "libvx63.h"
 #include "libvx63_settings.h"
 
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 
 namespace tool {
@@ -22,12 +22,6 @@ constexpr Word kModulations[] = {
 
 constexpr Word kGuardIntervals[] = {
     {VX63_GI_1_32, "1/32"}, {VX63_GI_1_16, "1/16"}, {VX63_GI_1_8, "1/8"}, {VX63_GI_1_4, "1/4"}};
-
-bool sameWord(std::string_view a, std::string_view b)
-{
-    return std::ranges::equal(
-        a, b, [](unsigned char x, unsigned char y) { return std::tolower(x) == std::tolower(y); });
-}
 
 template <size_t N>
 std::optional<std::string_view> nameOf(const Word (&names)[N], uint32_t code)

@@ -5,7 +5,6 @@
 #include "common/terminal.h"
 #include "common/text.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>

@@ -32,8 +32,7 @@ bool showsColours(int fd)
     if (s_colours != Colours::automatic)
         return s_colours == Colours::always;
     const char* const terminal = std::getenv("TERM");
-    return isatty(fd) == 1 && !isSet("NO_COLOR") &&
-           (terminal == nullptr || std::strcmp(terminal, "dumb") != 0);
+    return isatty(fd) == 1 && !isSet("NO_COLOR") && isSet("TERM") && std::strcmp(terminal, "dumb") != 0;
 }
 
 Colours coloursIn(const std::string& text)

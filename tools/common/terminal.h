@@ -26,7 +26,7 @@ std::vector<std::string> wrapped(std::string_view text, size_t columns);
 enum class Tint { none, good, doubtful, bad };
 
 // Takes "--color WHEN" out of the words of a command line, wherever it stands before "--". WHEN is auto (on a
-// terminal, unless NO_COLOR is set or TERM is dumb), always or never. Throws WrongUsage.
+// terminal, unless NO_COLOR is set, or TERM is not or is dumb), always or never. Throws WrongUsage.
 void takeColourOption(std::vector<std::string>& words);
 
 // The text in the colour, where the descriptor shows colours.

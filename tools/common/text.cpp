@@ -1,6 +1,7 @@
 #include "common/text.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
@@ -57,6 +58,12 @@ std::string printable(std::string_view text)
         text.remove_prefix(character.size());
     }
     return result;
+}
+
+bool sameWord(std::string_view a, std::string_view b)
+{
+    return std::ranges::equal(
+        a, b, [](unsigned char x, unsigned char y) { return std::tolower(x) == std::tolower(y); });
 }
 
 std::string format(const char* pattern, ...)

@@ -10,6 +10,9 @@ namespace tool {
 // \xNN; tabs and everything printable as they are.
 std::string printable(std::string_view text);
 
+// Whether the words are the same in any case of ASCII letters.
+bool sameWord(std::string_view a, std::string_view b);
+
 // printf into a string.
 [[gnu::format(printf, 1, 2)]] std::string format(const char* pattern, ...);
 

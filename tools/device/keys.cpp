@@ -6,7 +6,6 @@
 #include "common/identity.h"
 #include "common/interrupt.h"
 #include "common/json.h"
-#include "common/numbers.h"
 #include "common/output.h"
 #include "common/text.h"
 #include "libvx63.h"

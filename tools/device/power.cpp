@@ -21,6 +21,7 @@
 #include <fcntl.h>
 #include <optional>
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -64,8 +65,13 @@ bool allAnswer(milliseconds time)
     int channel[2];
     if (pipe2(channel, O_CLOEXEC) != 0)
         throw Failure(kExitInternal, "cannot wait for the meter", std::strerror(errno), "end other programs");
+    const pid_t parent = getpid();
     const pid_t child = fork();
     if (child == 0) {
+        // It has the process id of this program, too, which must be free when this program is killed.
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (getppid() != parent)
+            _exit(EXIT_FAILURE);
         Sense sense{};
         const bool all = std::ranges::all_of(services(), [&](const Service& service) {
             return exchange([&] { return service.ask(sense); }) == VX63_OK;

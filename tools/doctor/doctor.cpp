@@ -19,7 +19,6 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
-#include <optional>
 #include <string>
 #include <sys/stat.h>
 #include <sys/statvfs.h>

@@ -5,9 +5,6 @@
 #include "libvx63.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <string_view>
 #include <utility>
 
 namespace tool {

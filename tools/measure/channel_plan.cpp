@@ -7,7 +7,6 @@
 #include "settings/file.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstddef>
 #include <cstring>
 #include <unistd.h>
@@ -83,12 +82,6 @@ constexpr Plan kPlans[] = {
 
 // Polarisations, by the groups of the satellite plans.
 constexpr std::string_view kPolarisations = "RLHV";
-
-bool sameWord(std::string_view a, std::string_view b)
-{
-    return std::ranges::equal(
-        a, b, [](unsigned char x, unsigned char y) { return std::tolower(x) == std::tolower(y); });
-}
 
 template <class Record>
 std::vector<Record> recordsOf(uint32_t fileId, Missing missing)

@@ -4,6 +4,7 @@
 
 #include "common/running.h"
 #include "libvx63.h"
+#include "libvx63_settings.h"
 
 #include <cstdint>
 #include <optional>
@@ -11,12 +12,13 @@
 
 namespace tool {
 
-struct Range {
+struct Limits {
     uint32_t lowest;
     uint32_t highest;
 };
-inline constexpr Range kTunerKhz{10000, 3224000}; // ulFreq, less ulLoFreq where there is one
-inline constexpr Range kOpticalNm{800, 1700};
+// ulFreq, less ulLoFreq where there is one
+inline constexpr Limits kTunerKhz{vx63::settings::kCableFreqs.lowest, vx63::settings::kCableFreqs.highest};
+inline constexpr Limits kOpticalNm{vx63::settings::kWavelengths.lowest, vx63::settings::kWavelengths.highest};
 
 // kHz that arrive at the tuner; 0 where the local oscillator is not below the frequency.
 uint32_t tunerKhz(const MeasCondition& condition);

@@ -16,7 +16,8 @@ constexpr double kRowStep = 5; // on a terminal
 constexpr double kNameSize = 10.5;
 constexpr double kNameHeight = 12;
 constexpr double kMostBar = 60;
-constexpr double kNameRoom = 5; // dB above the highest bar
+constexpr double kNameRoom = 5;    // dB above the highest bar
+constexpr double kMostLevel = 150; // what a meter in disorder tells may be a million times as much
 
 struct Kind {
     const char* name;
@@ -34,8 +35,14 @@ double highest(const std::vector<LevelBar>& bars, double room)
 {
     double level = 50;
     for (const LevelBar& bar : bars)
-        level = std::max(level, bar.level);
+        level = std::max(level, std::min(bar.level, kMostLevel));
     return std::ceil((level + room) / kStep) * kStep;
+}
+
+// The upper edge of a bar; what goes beyond the chart ends with it.
+double topOf(const Picture& picture, const LevelBar& bar)
+{
+    return std::clamp(picture.y(bar.level), picture.area().top, picture.area().bottom);
 }
 
 // Of the kinds that there are.
@@ -87,7 +94,7 @@ void drawNames(const Picture& picture, std::vector<LevelBar> bars, std::vector<B
     for (const LevelBar& bar : bars) {
         const double half = textWidth(bar.name, kNameSize) / 2;
         const double x = std::clamp(picture.x(bar.mhz), area.left + half + 2, area.right - half - 2);
-        const double y = std::min(picture.y(bar.level), area.bottom) - 4;
+        const double y = topOf(picture, bar) - 4;
         const Box box{x - half, y - kNameHeight, x + half, y};
         if (std::ranges::any_of(taken, [&](const Box& other) { return overlap(box, other); }))
             continue;
@@ -112,8 +119,8 @@ void plotByFrequency(const std::string& path, const Caption& caption, const std:
     for (const LevelBar& bar : bars) {
         const double half =
             std::max(bar.widthMhz > 0 ? bar.widthMhz - 2 * pixel : span.channel * 0.8, kLeastBar * pixel) / 2;
-        drawn.push_back({picture.x(bar.mhz - half), std::min(picture.y(bar.level), picture.area().bottom),
-                         picture.x(bar.mhz + half), picture.area().bottom});
+        drawn.push_back({picture.x(bar.mhz - half), topOf(picture, bar), picture.x(bar.mhz + half),
+                         picture.area().bottom});
         picture.canvas().fill(drawn.back(), kindOf(bar.kind).colour);
     }
     if (named)
@@ -137,9 +144,8 @@ void plotByName(const std::string& path, const Caption& caption, const std::vect
     const double bottom = picture.area().bottom;
     for (size_t i = 0; i < bars.size(); ++i) {
         const double left = picture.x(static_cast<double>(i));
-        picture.canvas().fill(
-            {left + gap / 2, std::min(picture.y(bars[i].level), bottom), left + slot - gap / 2, bottom},
-            kindOf(bars[i].kind).colour);
+        picture.canvas().fill({left + gap / 2, topOf(picture, bars[i]), left + slot - gap / 2, bottom},
+                              kindOf(bars[i].kind).colour);
         if (i % stride != 0)
             continue;
         const double middle = left + slot / 2;

@@ -3,6 +3,7 @@
 #include "common/json.h"
 #include "common/output.h"
 #include "common/table.h"
+#include "common/terminal.h"
 #include "common/text.h"
 #include "plot/text.h"
 #include "settings/arguments.h"
@@ -13,7 +14,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -99,19 +99,14 @@ Json columnJson(const Column& column, const FactoryValues& factory)
     };
 }
 
-// The text in lines of no more than so many characters, all but the first indented.
-std::string wrapped(std::string text, size_t width)
+// The text in lines of the width of the output, all but the first indented.
+std::string paragraph(const std::string& text)
 {
     constexpr std::string_view kIndent = "    ";
     std::string lines;
-    while (text.size() > width) {
-        size_t end = text.rfind(' ', width);
-        if (end == std::string::npos || end <= kIndent.size())
-            break; // a word that is too long
-        lines += text.substr(0, end) + "\n";
-        text = std::string(kIndent) + text.substr(end + 1);
-    }
-    return lines + text + "\n";
+    for (const std::string& line : wrapped(text, textStyle().columns - kIndent.size()))
+        lines.append(lines.empty() ? "" : kIndent).append(line).append("\n");
+    return lines;
 }
 
 std::string columnText(const Column& column, const FactoryValues& factory)
@@ -134,8 +129,7 @@ std::string columnText(const Column& column, const FactoryValues& factory)
                       typeName(column) + (isText              ? format(", at most %u bytes", column.width - 1)
                                           : column.width == 1 ? ", 1 byte"
                                                               : format(", %u bytes", column.width)));
-    return wrapped(std::string(column.name) + ": " + std::string(column.meaning), textStyle().columns) +
-           aligned(rows);
+    return paragraph(std::string(column.name) + ": " + std::string(column.meaning)) + aligned(rows);
 }
 
 int describe(const Options& options)
@@ -145,10 +139,9 @@ int describe(const Options& options)
     const Column* only = options.column.empty() ? nullptr : requireColumn(options.file, options.column);
     const Contents factory = isOrdinary ? factoryContents(file.fileId) : Contents{};
     Json columns = Json::array();
-    std::string text = wrapped(printable(nameOf(options.file)) + ": " + file.purpose + "; " +
-                                   (isOrdinary ? "" : "at most ") +
-                                   format(file.rows == 1 ? "%u record" : "%u records", file.rows),
-                               textStyle().columns);
+    std::string text = paragraph(printable(nameOf(options.file)) + ": " + file.purpose + "; " +
+                                 (isOrdinary ? "" : "at most ") +
+                                 format(file.rows == 1 ? "%u record" : "%u records", file.rows));
     for (uint32_t i = 0; i < file.columnCount; ++i) {
         const Column& column = file.columns[i];
         if (only != nullptr && only != &column)

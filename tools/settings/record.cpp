@@ -4,7 +4,6 @@
 #include "common/text.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cstring>
 
@@ -90,9 +89,7 @@ std::optional<std::string> storeCell(const vx63::settings::Column& column, uint8
 const vx63::settings::Column* columnNamed(const vx63::settings::File& file, std::string_view name)
 {
     for (uint32_t i = 0; i < file.columnCount; ++i)
-        if (std::ranges::equal(file.columns[i].name, name, [](unsigned char a, unsigned char b) {
-                return std::tolower(a) == std::tolower(b);
-            }))
+        if (sameWord(file.columns[i].name, name))
             return &file.columns[i];
     return nullptr;
 }

@@ -7,7 +7,11 @@
 
 #include <csignal>
 #include <fcntl.h>
+#include <grp.h>
 #include <mqueue.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -99,6 +103,32 @@ TEST_F(Served, AQueueThatWasMadeAnewIsAnother)
     waitpid(service, nullptr, 0);
     close(ready[0]);
     close(ready[1]);
+}
+
+// Where the processes of other users are not even listed.
+TEST_F(Served, WhatIsHiddenIsNotTold)
+{
+    constexpr int kCannot = 99;
+    const mqd_t made = mq_open("/vx63.90", O_RDWR | O_CREAT, 0600, nullptr);
+    ASSERT_GE(made, 0);
+    ASSERT_EQ(0, fchmod(made, 0666)); // whatever the mask is
+    const pid_t looking = fork();
+    if (looking == 0) {
+        constexpr unsigned kNobody = 65534;
+        mq_close(made);
+        if (unshare(CLONE_NEWNS) != 0 || mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            mount("proc", "/proc", "proc", 0, "hidepid=2") != 0 || setgroups(0, nullptr) != 0 ||
+            setgid(kNobody) != 0 || setuid(kNobody) != 0)
+            _exit(kCannot);
+        _exit(lmsg_isServed(kId) & 0xFF);
+    }
+    int status = 0;
+    waitpid(looking, &status, 0);
+    mq_close(made);
+    ASSERT_TRUE(WIFEXITED(status));
+    if (WEXITSTATUS(status) == kCannot)
+        GTEST_SKIP() << "mounts are not permitted";
+    EXPECT_EQ(0xFF, WEXITSTATUS(status)); // -1
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)

@@ -205,9 +205,11 @@ def test_colours_are_for_terminals(meter):
         terminal = Terminal(*meter.command(VX63, *words), **env)
         terminal.finish()
         return terminal.shown
-    assert "Verdict         \x1b[32mpass\x1b[0m\r\n" in shown(*CHANNEL, NO_COLOR="")
-    assert "\x1b[1;31mvx63:\x1b[0m no lock" in shown(*TOO_WEAK, "--lock-timeout", "0", NO_COLOR="")
-    assert "\x1b" not in shown(*CHANNEL) + shown(*CHANNEL, NO_COLOR="", TERM="dumb")
+    assert "Verdict         \x1b[32mpass\x1b[0m\r\n" in shown(*CHANNEL, NO_COLOR="", TERM="xterm")
+    assert "\x1b[1;31mvx63:\x1b[0m no lock" in shown(*TOO_WEAK, "--lock-timeout", "0", NO_COLOR="", TERM="xterm")
+    assert "\x1b" not in shown(*CHANNEL, TERM="xterm", NO_COLOR="1")
+    for unknown in ("dumb", ""):
+        assert "\x1b" not in shown(*CHANNEL, NO_COLOR="", TERM=unknown)
 
 
 def test_failing_stop_is_told(meter):

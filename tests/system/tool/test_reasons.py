@@ -216,6 +216,13 @@ def test_reboot_and_wait(meter):
     assert asked[-5:] == ["product", "device-status", "key-status", "buzzer", "meas-status"]
 
 
+def test_nothing_goes_on_after_a_wait_that_is_killed(meter):
+    """Whoever asks in its place would keep its process id."""
+    result = meter.shell("""$VX63 power reboot --yes --wait & sleep 0.5; kill -KILL $!; wait $!; sleep 3
+        $VX63 power state 2>/dev/null; echo $?""")
+    assert result.stdout.split()[-1] != "75"
+
+
 def test_reboot_that_takes_too_long(meter):
     result = meter.vx63("power", "reboot", "--yes", "--wait", "--timeout", "0.5")
     assert (result.returncode, result.stdout) == (11, "")

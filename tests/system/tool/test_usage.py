@@ -106,6 +106,8 @@ def options_of(*words):
     (["channels", "--json", "--csv"], "excludes"),
     (["measure", "multi", "--plan", "vhf"], "--plan: 'vhf' is none of uhf, bs, cs, bs-cs, catv,"),
     (["scan"], "--plan is required"),
+    (["scan", "--color", "pink"], "--color: 'pink' is none of auto, always, never"),
+    (["scan", "--color"], "--color: auto, always or never is missing"),
     (["scan", "--plan", ""], "--plan: '' is none of uhf,"),
     (["scan", "--plan", "uhf", "--json", "--csv"], "excludes"),
     (["scan", "--plan", "uhf", "--supply", "5"], "--supply: '5' is not a whole number from 0 to 4"),

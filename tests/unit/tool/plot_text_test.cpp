@@ -127,6 +127,14 @@ TEST(Levels, NamesAreThinnedEvenly)
               "dBuV 13 14 15 16 17 18 19 20 21 22 23 24 25 26 27 28 29 30 31 32");
 }
 
+TEST(Levels, WhatIsTooMuchMakesNoHigherChart)
+{
+    LevelChart chart = channels(13, 16);
+    chart.bars[1].level = 20000; // the meter can tell up to 429496729.5
+    const std::string text = levelsText(chart, {40, false});
+    EXPECT_TRUE(text.starts_with("160 |")) << text.substr(0, 80);
+}
+
 TEST(Levels, FrequenciesStandWhereTheyAre)
 {
     // 69.75 to 95.25 MHz in 34, 74 and 194 columns.

@@ -122,6 +122,13 @@ TEST(Reading, CsvHasTheKeysOfJson)
               "\"c\"\"d\",\"[1,2]\",\n");
 }
 
+TEST(Json, HasNothingThatATerminalObeys)
+{
+    const Json json = {{"a", "\x1B[31m\x7F\u009B\u00A0\xFF\n"}};
+    EXPECT_EQ(json.line(), "{\"a\":\"\\u001b[31m\\u007f\\u009b\u00A0\uFFFD\\n\"}\n");
+    EXPECT_EQ(json.csvLine(), "\\x1B[31m\\x7F\\xC2\\x9B\u00A0\\xFF\\x0A\n");
+}
+
 TEST(Reading, SurroundingsAreThoseOfTheStatus)
 {
     const auto supplyAt = [](uint16_t bits) {
