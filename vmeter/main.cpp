@@ -2,6 +2,7 @@
 #include "cli/declaration.h"
 #include "cli/help.h"
 #include "cli/mistake.h"
+#include "cli/printable.h"
 #include "failure.h"
 #include "lmsg.h"
 #include "process/descriptor.h"
@@ -144,7 +145,7 @@ int check(const Options& options)
     try {
         tryNamespaces();
     } catch (const Failure& failure) {
-        std::fprintf(stderr, "vx63-vmeter: %s\n", failure.what());
+        std::fprintf(stderr, "vx63-vmeter: %s\n", cli::printable(failure.what()).c_str());
         return 1;
     }
     std::puts("namespaces work here: 'vx63-vmeter run' needs nothing else");
@@ -266,7 +267,7 @@ int usageError(const std::string& what, const std::string& hint = "see 'vx63-vme
 {
     // What to try can stand there already: "did you mean 'meas'?"
     const std::string rest = what.ends_with('?') ? "" : ": " + hint;
-    std::fprintf(stderr, "vx63-vmeter: usage: %s%s\n", what.c_str(), rest.c_str());
+    std::fprintf(stderr, "vx63-vmeter: usage: %s%s\n", cli::printable(what).c_str(), rest.c_str());
     return kExitUsage;
 }
 
@@ -352,7 +353,7 @@ int main(int argc, char** argv)
     try {
         return runMain(argc, argv);
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "vx63-vmeter: %s\n", error.what());
+        std::fprintf(stderr, "vx63-vmeter: %s\n", cli::printable(error.what()).c_str());
         return vmeter::kExitFailure;
     }
 }

@@ -74,6 +74,7 @@ std::string_view cut(std::string_view text, size_t columns)
 std::vector<std::string> wrapped(std::string_view text, size_t columns)
 {
     std::vector<std::string> lines;
+    columns = std::max<size_t>(columns, 1);
     while (widthOf(text) > columns) {
         const std::string_view most = cut(text, columns);
         // A blank right behind what fits is as good.

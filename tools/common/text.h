@@ -1,14 +1,14 @@
 // Text for people.
 #pragma once
 
+#include "cli/printable.h"
+
 #include <string>
 #include <string_view>
 
 namespace tool {
 
-// The text as one line that is safe on a terminal: control characters and bytes that are no UTF-8 as
-// \xNN; tabs and everything printable as they are.
-std::string printable(std::string_view text);
+using cli::printable;
 
 // Whether the words are the same in any case of ASCII letters.
 bool sameWord(std::string_view a, std::string_view b);

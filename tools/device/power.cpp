@@ -96,12 +96,16 @@ void waitForMeter(milliseconds timeout)
 {
     constexpr milliseconds kPatience{1000};
     constexpr milliseconds kPause{100};
+    constexpr milliseconds kGoingDown{3000}; // until then a meter may answer although it is about to restart
+    bool wasDown = false;
     const auto start = steady_clock::now();
     const auto passed = [&] { return duration_cast<milliseconds>(steady_clock::now() - start); };
     std::optional<Progress> progress(std::in_place);
     for (milliseconds now{0}; now < timeout; now = passed()) {
         progress->show(format("Rebooting: %lld s", static_cast<long long>(now.count() / 1000)));
-        if (allAnswer(std::min(kPatience, timeout - now))) {
+        const bool up = allAnswer(std::min(kPatience, timeout - now));
+        wasDown = wasDown || !up || now >= kGoingDown;
+        if (up && wasDown) {
             progress.reset();
             print(format("The meter answers again after %.1f s\n",
                          static_cast<double>(passed().count()) / 1000));

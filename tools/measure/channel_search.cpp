@@ -166,11 +166,20 @@ ListChannel findChannel(const std::string& name, const Plan* plan, PlanChanges c
                         std::optional<uint16_t> system)
 {
     std::vector<Found> found;
-    for (const Plan& one : plans())
-        if (plan == nullptr || plan == &one)
+    std::optional<Failure> unreadable; // a plan that may have the channel; others may as well
+    for (const Plan& one : plans()) {
+        if (plan != nullptr && plan != &one)
+            continue;
+        try {
             std::ranges::move(foundIn(one, name, {}, Missing::silent), std::back_inserter(found));
+        } catch (const Failure& failure) {
+            unreadable = unreadable.value_or(failure);
+        }
+    }
     if (plan == nullptr)
         narrow(found, system);
+    if (found.empty() && unreadable)
+        throw *unreadable;
     if (found.empty())
         refuseUnknown(name, plan);
     if (found.size() > 1)

@@ -41,31 +41,44 @@ Json systemJson(uint16_t code)
     return name ? Json(*name) : Json();
 }
 
+// How far a plan reaches.
+struct Extent {
+    uint32_t count = 0;
+    uint32_t lowestKhz = UINT32_MAX;
+    uint32_t highestKhz = 0;
+};
+
+// Nothing where its file is broken.
+std::optional<Extent> extentOf(const Plan& plan)
+try {
+    Extent extent;
+    std::optional<size_t> group;
+    for (const ListChannel& channel : planChannels(plan, {}, Missing::silent)) {
+        extent.lowestKhz = std::min(extent.lowestKhz, channel.condition.ulFreq);
+        extent.highestKhz = std::max(extent.highestKhz, channel.condition.ulFreq);
+        extent.count += group != channel.group;
+        group = channel.group;
+    }
+    return extent;
+} catch (const Failure&) {
+    return std::nullopt;
+}
+
 Listing listPlans()
 {
     Listing listing{{"Plan", "Channels", "MHz", "System", "What it is"}, {}};
     for (const Plan& plan : plans()) {
-        const std::vector<ListChannel> channels = planChannels(plan, {}, Missing::silent);
-        uint32_t count = 0;
-        std::optional<uint32_t> lowest;
-        std::optional<uint32_t> highest;
-        std::optional<size_t> group;
-        for (const ListChannel& channel : channels) {
-            const uint32_t khz = channel.condition.ulFreq;
-            lowest = std::min(lowest.value_or(khz), khz);
-            highest = std::max(highest.value_or(khz), khz);
-            count += group != channel.group;
-            group = channel.group;
-        }
+        const std::optional<Extent> extent = extentOf(plan);
+        const bool any = extent && extent->count > 0;
         const auto system = systemName(plan.system);
-        listing.rows.push_back({{std::string(plan.name), format("%u", count),
-                                 lowest ? inMhz(*lowest) + ".." + inMhz(*highest) : "-",
+        listing.rows.push_back({{std::string(plan.name), extent ? format("%u", extent->count) : "broken",
+                                 any ? inMhz(extent->lowestKhz) + ".." + inMhz(extent->highestKhz) : "-",
                                  std::string(system.value_or("-")), std::string(plan.words)},
                                 {{"plan", plan.name},
                                  {"description", plan.words},
-                                 {"channels", count},
-                                 {"lowest_khz", lowest},
-                                 {"highest_khz", highest},
+                                 {"channels", extent ? Json(extent->count) : Json()},
+                                 {"lowest_khz", any ? Json(extent->lowestKhz) : Json()},
+                                 {"highest_khz", any ? Json(extent->highestKhz) : Json()},
                                  {"system", systemJson(plan.system)}}});
     }
     return listing;

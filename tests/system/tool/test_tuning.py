@@ -250,3 +250,18 @@ def test_broken_plan_is_not_shown(meter):
     result = meter.shell(f"sed -i '5s/,.*/,12x/' {UHF_FILE}; $VX63 channels uhf")
     assert (result.returncode, result.stdout) == (65, "")
     assert result.stderr.startswith("vx63: cannot read ch_set/uhf: ")
+
+
+def test_a_broken_plan_stops_no_other(meter):
+    result = meter.shell("""
+        echo broken > /usr/local/bin/ch_set/channel_setting_file_lte.csv
+        $VX63 measure single --channel 27 --jsonl
+        $VX63 channels | grep lte
+        $VX63 channels --jsonl | grep lte
+        $VX63 measure single --channel DL-L; echo $?
+    """)
+    reading, *rows, code = result.stdout.splitlines()
+    assert json.loads(reading)["frequency_khz"] == 557143
+    assert rows[0].split()[:3] == ["lte", "broken", "-"]
+    assert json.loads(rows[1])["channels"] is None
+    assert code == "65" and "cannot read ch_set/lte" in result.stderr

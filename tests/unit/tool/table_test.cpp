@@ -67,6 +67,7 @@ TEST(Terminal, TextIsBrokenAtBlanks)
     EXPECT_EQ(wrapped("one  two", 4), (Lines{"one", "two"}));
     EXPECT_EQ(wrapped("abcdefgh i", 3), (Lines{"abc", "def", "gh", "i"}));
     EXPECT_EQ(wrapped("", 5), Lines{""});
+    EXPECT_EQ(wrapped("ab", 0), (Lines{"a", "b"}));
     EXPECT_EQ(wrapped("äöü äöü", 3), (Lines{"äöü", "äöü"}));
     EXPECT_EQ(cut("äöü", 2), "äö");
     EXPECT_EQ(cut("ab", 2), "ab");
