@@ -166,13 +166,15 @@ ListChannel findChannel(const std::string& name, const Plan* plan, PlanChanges c
                         std::optional<uint16_t> system)
 {
     std::vector<Found> found;
-    std::optional<Failure> unreadable; // a plan that may have the channel; others may as well
+    std::optional<Failure> unreadable; // a plan that may have the channel
     for (const Plan& one : plans()) {
         if (plan != nullptr && plan != &one)
             continue;
         try {
             std::ranges::move(foundIn(one, name, {}, Missing::silent), std::back_inserter(found));
         } catch (const Failure& failure) {
+            if (system.value_or(VX63_BDSYS_TERRESTRIAL) == one.system)
+                throw; // it would go before others
             unreadable = unreadable.value_or(failure);
         }
     }

@@ -186,7 +186,7 @@ def test_yes_on_a_terminal(meter):
     terminal.wait_for("Update the program? ")
     terminal.type("y\n")
     assert terminal.finish() == 0
-    assert "Updating the main program to 2.0, 1024 KiB" in terminal.shown
+    assert "Updating, step 1: the main program to 2.0, 1024 KiB" in terminal.shown
     assert [name for name, _ in meter.requests()] == ["product"] + ["update"] * 6
 
 
