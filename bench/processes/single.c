@@ -12,7 +12,7 @@ int main(void)
     MeasStatus status = {0};
     int pauses = 50; /* of 200 ms: ten seconds */
 
-    if (vx63_readSetFile(VX63_SET_FILE_THRD, thresholds, NULL, 0) != VX63_OK)
+    if (vx63_readSetFile(VX63_SET_FILE_THRD, thresholds, NULL, 0) < 0)
         return 1;
     vx63_init(17);
     if (vx63_startSingleMeas(0, &condition) != VX63_OK)

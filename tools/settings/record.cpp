@@ -32,6 +32,8 @@ std::optional<int64_t> parseSigned(std::string_view text)
 
 Range rangeOf(const vx63::settings::Column& column)
 {
+    if (column.type == vx63::settings::kText)
+        return {0, 0};
     const int64_t values = int64_t{1} << (8 * column.width);
     if (column.type == vx63::settings::kSigned)
         return {-values / 2, values / 2 - 1};
