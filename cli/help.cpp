@@ -130,11 +130,13 @@ std::string helpOf(const CLI::App& program, const Extras& extras, const std::vec
     std::string usage = "Usage: " + place.line + " [OPTION]...";
     for (const CLI::Option* argument : arguments)
         usage += argument->get_required() ? " " + nameOf(*argument) : " [" + nameOf(*argument) + "]";
-    if (!commands.empty())
+    if (!commands.empty() && arguments.empty())
         usage += " COMMAND";
     if (const auto rest = extras.rest.find(&command); rest != extras.rest.end())
         usage += " " + rest->second;
     page.add(usage, 4);
+    if (!commands.empty() && !arguments.empty())
+        page.add("       " + place.line + " COMMAND", 4);
 
     if (!arguments.empty())
         page.heading("Arguments");

@@ -92,7 +92,7 @@ std::optional<Mistake> mistakeIn(const CLI::App& program, const Extras& extras,
             if (auto mistake = wrongOption(place, word))
                 return mistake;
         } else if (const auto names = commandNames(*place.command, i == 0);
-                   !commandsOf(*place.command).empty()) {
+                   !commandsOf(*place.command).empty() && argumentsOf(*place.command).empty()) {
             if (commandNamed(*place.command, word) == nullptr) {
                 Mistake mistake = mistakeAt(place, quoted(word) + " is no command", didYouMean(word, names));
                 mistake.inCommand = true;

@@ -2,6 +2,7 @@
 
 #include "cli/help.h"
 #include "cli/mistake.h"
+#include "cli/place.h"
 #include "common/failure.h"
 #include "common/identity.h"
 #include "common/output.h"
@@ -153,7 +154,13 @@ void CommandLine::check(std::function<void()> check)
 
 void CommandLine::finish(Command work)
 {
-    m_app->callback([check = m_check, work = std::move(work), program = m_program] {
+    m_app->callback([app = m_app, check = m_check, work = std::move(work), program = m_program] {
+        for (const CLI::App* below : app->get_subcommands()) { // it is this one that was given
+            for (const CLI::Option* option : app->get_options())
+                if (option->count() > 0)
+                    throw WrongUsage(cli::nameOf(*option) + " is not for '" + below->get_name() + "'");
+            return;
+        }
         if (check)
             check();
         program->chosen = work;

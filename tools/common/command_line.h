@@ -43,7 +43,8 @@ public:
     // Declares a command below this one: `work` is called with its options when it is the one that was given.
     // `declare` adds what the command line can hold, where it names the command; by themselves come --json
     // where Options has `json` (an answer that is one object), --json and --jsonl where it has `form` (one
-    // that is a list), --yes and --id where it has `yes` and `id`.
+    // that is a list), --yes and --id where it has `yes` and `id`. `declare` can add commands below this one,
+    // of which one can be given in place of what the command itself takes.
     //   example  as a person types it: "vx63 keys --watch"
     template <class Options>
     void addCommand(const char* name, const char* description, const char* example,

@@ -55,14 +55,17 @@ private:
         Progress progress;
         const auto start = steady_clock::now();
         std::unique_lock lock(m_mutex);
-        do {
+        for (bool over = false;;
+             over = m_changed.wait_for(lock, milliseconds(100), [this] { return m_over; })) {
             const auto passed = floor<seconds>(steady_clock::now() - start).count();
             const uint32_t step = updateRequests();
             // The step first: a narrow terminal cuts off the end.
             progress.show("Updating" + (step > 0 ? format(", step %u", step) : "") +
                           (passed > 0 ? format(", %lld s", static_cast<long long>(passed)) : "") +
                           (m_work.empty() ? "" : ": " + m_work));
-        } while (!m_changed.wait_for(lock, milliseconds(100), [this] { return m_over; }));
+            if (over)
+                break;
+        }
     }
 
     std::string m_work;

@@ -1,14 +1,11 @@
 #include "device/update_request.h"
 
 #include "common/failure.h"
+#include "common/file.h"
 #include "common/text.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <fcntl.h>
 #include <numeric>
-#include <unistd.h>
 
 namespace tool {
 
@@ -50,28 +47,14 @@ UpdateRequest makeUpdateRequest(uint8_t program, uint8_t source, std::string_vie
 UpdateRequest readUpdateRequest(const std::string& path)
 {
     const std::string what = "cannot read " + path;
-    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0)
-        throw Failure(kExitNoInput, what, std::strerror(errno),
-                      "name another FILE, or check its permissions");
-    std::array<uint8_t, std::tuple_size_v<UpdateRequest> + 1> bytes{}; // one more tells a longer file
-    size_t size = 0;
-    ssize_t got = 1;
-    while (got != 0 && size < bytes.size()) {
-        got = read(fd, bytes.data() + size, bytes.size() - size);
-        if (got < 0 && errno != EINTR) {
-            const int error = errno;
-            close(fd);
-            throw Failure(kExitNoInput, what, std::strerror(error), "name another FILE");
-        }
-        size += got > 0 ? static_cast<size_t>(got) : 0;
-    }
-    close(fd);
+    const std::string bytes = readWholeFile(path, std::tuple_size_v<UpdateRequest> + 1, what,
+                                            "name another FILE, or check its permissions");
     UpdateRequest request{};
-    if (size != request.size())
+    if (bytes.size() != request.size())
         throw Failure(kExitNoInput, what,
-                      size > request.size() ? "it is longer than the 32 bytes of an update request"
-                                            : format("it has %zu bytes, an update request has 32", size),
+                      bytes.size() > request.size()
+                          ? "it is longer than the 32 bytes of an update request"
+                          : format("it has %zu bytes, an update request has 32", bytes.size()),
                       "name another FILE, or tell the update with --program, --new-version and --size");
     std::copy_n(bytes.begin(), request.size(), request.begin());
     return request;

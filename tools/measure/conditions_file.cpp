@@ -1,20 +1,18 @@
 #include "measure/conditions_file.h"
 
 #include "common/failure.h"
+#include "common/file.h"
 #include "common/names.h"
 #include "common/text.h"
 #include "measure/limits.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
 #include <cstring>
-#include <fcntl.h>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string_view>
-#include <unistd.h>
 
 namespace tool {
 
@@ -31,25 +29,10 @@ constexpr size_t kMaxFile = 1 << 20;
 
 std::string contentsOf(const std::string& path)
 {
-    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0)
-        refuse(path, std::strerror(errno), "check the name");
-    std::string contents(kMaxFile + 1, '\0');
-    size_t size = 0;
-    ssize_t got = 1;
-    while (size < contents.size() && got != 0) {
-        got = read(fd, contents.data() + size, contents.size() - size);
-        if (got < 0 && errno != EINTR)
-            break;
-        size += static_cast<size_t>(got > 0 ? got : 0);
-    }
-    const int error = errno;
-    close(fd);
-    if (got < 0)
-        refuse(path, std::strerror(error), "check the file");
-    if (size > kMaxFile)
+    std::string contents =
+        readWholeFile(path, kMaxFile + 1, "cannot read the conditions in " + path, "check the name");
+    if (contents.size() > kMaxFile)
         refuse(path, "it is larger than 1 MiB", "check the name");
-    contents.resize(size);
     return contents;
 }
 

@@ -28,29 +28,10 @@ double rateOf(uint32_t mantissa, int32_t exponent)
     return mantissa / 100.0 * std::pow(10, exponent);
 }
 
-Verdict judgeLevel(const Threshold& threshold, uint32_t LEVEL)
+// A ratio that is not judged has no high edge.
+Bounds ratioBounds(uint32_t low, uint32_t high)
 {
-    const auto level = static_cast<int64_t>(LEVEL);
-    return level >= threshold.LV_LOW && level <= threshold.LV_HIGH ? Verdict::pass : Verdict::fail;
-}
-
-Verdict judgeRatio(const Threshold& threshold, uint32_t CNR)
-{
-    if (threshold.CN_HIGH == 0)
-        return Verdict::none;
-    return CNR < threshold.CN_LOW    ? Verdict::fail
-           : CNR < threshold.CN_HIGH ? Verdict::marginal
-                                     : Verdict::pass;
-}
-
-Verdict judgeErrors(const Threshold& threshold, const MultiMeasResult& result)
-{
-    if (threshold.BER_LOW_MAN == 0 || result.BER_TOTAL == 0)
-        return Verdict::none;
-    const double rate = static_cast<double>(result.BER_ERR) / result.BER_TOTAL;
-    return rate > rateOf(threshold.BER_LOW_MAN, threshold.BER_LOW_EXP)     ? Verdict::fail
-           : rate > rateOf(threshold.BER_HIGH_MAN, threshold.BER_HIGH_EXP) ? Verdict::marginal
-                                                                           : Verdict::pass;
+    return high == 0 ? Bounds{} : Bounds{.failBelow = low / 10.0, .marginalBelow = high / 10.0};
 }
 
 } // namespace
@@ -83,27 +64,63 @@ try {
     return {};
 }
 
-Judgement judge(const std::vector<Threshold>& thresholds, const MeasCondition& condition,
-                const MultiMeasResult& result)
+Verdict judged(double value, const Bounds& bounds)
+{
+    const auto [failBelow, marginalBelow, marginalAbove, failAbove] = bounds;
+    if (!failBelow && !marginalBelow && !marginalAbove && !failAbove)
+        return Verdict::none;
+    if ((failBelow && value < *failBelow) || (failAbove && value > *failAbove))
+        return Verdict::fail;
+    return (marginalBelow && value < *marginalBelow) || (marginalAbove && value > *marginalAbove)
+               ? Verdict::marginal
+               : Verdict::pass;
+}
+
+std::optional<ChannelBounds> boundsOf(const std::vector<Threshold>& thresholds,
+                                      const MeasCondition& condition, const MultiMeasResult& result)
 {
     const Threshold* threshold = thresholdOf(thresholds, condition, result);
+    if (threshold == nullptr)
+        return std::nullopt;
+    ChannelBounds bounds;
+    bounds.level = {.failBelow = threshold->LV_LOW / 10.0, .failAbove = threshold->LV_HIGH / 10.0};
+    bounds.cnr = ratioBounds(threshold->CN_LOW, threshold->CN_HIGH);
+    bounds.mer = ratioBounds(threshold->MER_LOW, threshold->MER_HIGH);
+    if (threshold->BER_LOW_MAN != 0)
+        bounds.ber = {.marginalAbove = rateOf(threshold->BER_HIGH_MAN, threshold->BER_HIGH_EXP),
+                      .failAbove = rateOf(threshold->BER_LOW_MAN, threshold->BER_LOW_EXP)};
+    return bounds;
+}
+
+Judgement judgeBy(const std::optional<ChannelBounds>& bounds, const MeasCondition& condition,
+                  const MultiMeasResult& result, std::optional<double> merDb)
+{
     const bool signal = (result.stat & VX63_STAT_SIGNAL) != 0;
     const bool needsLock = condition.usBdSys != VX63_BDSYS_LEVEL;
-    const bool strong =
-        threshold == nullptr ? signal : static_cast<int64_t>(result.LEVEL) >= threshold->LV_LOW;
+    const double level = result.LEVEL / 10.0;
     Judgement judgement;
-    judgement.unrecognised = strong && needsLock && result.lock == 0;
-    if (threshold == nullptr || !signal)
+    judgement.unrecognised = needsLock && result.lock == 0 &&
+                             (bounds && bounds->level.failBelow ? level >= *bounds->level.failBelow : signal);
+    if (!bounds || !signal)
         return judgement;
-    judgement.level = judgeLevel(*threshold, result.LEVEL);
+    judgement.level = judged(level, bounds->level);
     if (result.lock != 0) {
-        judgement.cnr = judgeRatio(*threshold, result.CNR);
-        judgement.ber = judgeErrors(*threshold, result);
+        judgement.cnr = judged(result.CNR / 10.0, bounds->cnr);
+        if (merDb)
+            judgement.mer = judged(*merDb, bounds->mer);
+        if (result.BER_TOTAL != 0)
+            judgement.ber = judged(static_cast<double>(result.BER_ERR) / result.BER_TOTAL, bounds->ber);
     }
-    judgement.whole = std::max({judgement.level, judgement.cnr, judgement.ber});
+    judgement.whole = std::max({judgement.level, judgement.cnr, judgement.mer, judgement.ber});
     if (result.lock == 0 && needsLock)
         judgement.whole = Verdict::fail;
     return judgement;
+}
+
+Judgement judge(const std::vector<Threshold>& thresholds, const MeasCondition& condition,
+                const MultiMeasResult& result)
+{
+    return judgeBy(boundsOf(thresholds, condition, result), condition, result);
 }
 
 } // namespace tool

@@ -4,6 +4,7 @@
 #include "libvx63.h"
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace tool {
@@ -33,9 +34,26 @@ enum class Verdict { none, pass, marginal, fail }; // the worse, the later
 
 const char* verdictName(Verdict verdict); // null for none
 
+// What a value is held against; nothing where it does not bound.
+struct Bounds {
+    std::optional<double> failBelow = {};
+    std::optional<double> marginalBelow = {};
+    std::optional<double> marginalAbove = {};
+    std::optional<double> failAbove = {};
+};
+
+// None where nothing bounds.
+Verdict judged(double value, const Bounds& bounds);
+
+// Of a channel: in dBuV, in dB, and erroneous bits over bits.
+struct ChannelBounds {
+    Bounds level, cnr, mer, ber;
+};
+
 struct Judgement {
     Verdict level = Verdict::none;
     Verdict cnr = Verdict::none;
+    Verdict mer = Verdict::none;
     Verdict ber = Verdict::none;
     Verdict whole = Verdict::none;
     bool unrecognised = false; // as strong as a wanted signal, and not demodulated
@@ -47,10 +65,17 @@ std::vector<Threshold> readThresholds();
 // The same, but none and a complaint where it is broken.
 std::vector<Threshold> readThresholdsIfAny();
 
-// No verdict where there is no signal or no threshold for its band, system and modulation; without a band
-// (0) the first threshold of the system counts. What is there without lock, at or above the lowest wanted
-// level, is unrecognised: another system or modulation, or a signal elsewhere in the band. Of a level carrier
-// nothing is to be recognised.
+// By the threshold for the band, system and modulation, of the signal when it is locked; nothing where there
+// is none. Without a band (0) the first threshold of the system counts.
+std::optional<ChannelBounds> boundsOf(const std::vector<Threshold>& thresholds,
+                                      const MeasCondition& condition, const MultiMeasResult& result);
+
+// No verdict where there is no signal, or nothing to hold it against. What is there without lock, at or above
+// the lowest wanted level, is unrecognised: another system or modulation, or a signal elsewhere in the band.
+// Of a level carrier nothing is to be recognised.
+//   merDb  the modulation error ratio, where it has been measured
+Judgement judgeBy(const std::optional<ChannelBounds>& bounds, const MeasCondition& condition,
+                  const MultiMeasResult& result, std::optional<double> merDb = std::nullopt);
 Judgement judge(const std::vector<Threshold>& thresholds, const MeasCondition& condition,
                 const MultiMeasResult& result);
 

@@ -114,6 +114,7 @@ Cell verdictCell(const Reading& reading)
     };
     add(judgement.level == judgement.whole, "level");
     add(judgement.cnr == judgement.whole, "C/N");
+    add(judgement.mer == judgement.whole, "MER");
     add(judgement.ber == judgement.whole, "BER");
     add(!isLocked(reading.result) && needsLock(reading.condition), "no lock");
     return {name + (": " + why), judgement.whole == Verdict::fail ? Tint::bad : Tint::doubtful};

@@ -3,20 +3,16 @@
 #include "common/clock.h"
 #include "common/command_line.h"
 #include "common/failure.h"
+#include "common/file.h"
 #include "common/names.h"
 #include "common/text.h"
 #include "plot/axis.h"
 
 #include <algorithm>
 #include <cctype>
-#include <cerrno>
 #include <cmath>
-#include <cstring>
 #include <ctime>
-#include <fcntl.h>
 #include <string_view>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <utility>
 
 namespace tool {
@@ -60,35 +56,6 @@ void wrap(std::string_view text, double width, std::vector<std::string>& lines)
         else
             lines.push_back(piece);
     }
-}
-
-[[noreturn]] void failToWrite(const std::string& path, int error)
-{
-    throw Failure(kExitOutput, "cannot write the picture " + path, std::strerror(error),
-                  error == ENOSPC ? "make room on the disk" : "write to another file with --plot");
-}
-
-void writeFile(const std::string& path, std::string_view bytes)
-{
-    const int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    if (fd < 0)
-        failToWrite(path, errno);
-    int error = 0;
-    while (!bytes.empty() && error == 0) {
-        const ssize_t written = write(fd, bytes.data(), bytes.size());
-        if (written >= 0)
-            bytes.remove_prefix(static_cast<size_t>(written));
-        else if (errno != EINTR)
-            error = errno;
-    }
-    if (close(fd) != 0 && error == 0)
-        error = errno;
-    if (error == 0)
-        return;
-    struct stat status {};
-    if (stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode))
-        unlink(path.c_str());
-    failToWrite(path, error);
 }
 
 } // namespace
@@ -212,7 +179,8 @@ void Picture::drawAxes(double xLabels) const
 
 void Picture::save()
 {
-    writeFile(m_path, m_canvas->finish());
+    writeWholeFile(m_path, m_canvas->finish(), "cannot write the picture " + m_path,
+                   "write to another file with --plot");
 }
 
 } // namespace tool

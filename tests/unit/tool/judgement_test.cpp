@@ -74,6 +74,40 @@ TEST(Judgement, EdgesOfTheRatio)
     EXPECT_EQ(judged(locked(600, 250, 0, 0)).cnr, Verdict::pass);
 }
 
+TEST(Judgement, EdgesOfTheModulationErrorRatio)
+{
+    Threshold threshold = table().front();
+    threshold.MER_LOW = 210;
+    threshold.MER_HIGH = 260;
+    const auto mer = [&](std::optional<double> merDb, uint8_t lock = 1) {
+        MultiMeasResult result = locked(600, 300, 0, 0);
+        result.lock = lock;
+        return judgeBy(boundsOf({threshold}, condition(1, 0), result), condition(1, 0), result, merDb);
+    };
+    EXPECT_EQ(mer(20.99).mer, Verdict::fail);
+    EXPECT_EQ(mer(20.99).whole, Verdict::fail);
+    EXPECT_EQ(mer(21.0).mer, Verdict::marginal);
+    EXPECT_EQ(mer(25.99).whole, Verdict::marginal);
+    EXPECT_EQ(mer(26.0).mer, Verdict::pass);
+    EXPECT_EQ(mer({}).mer, Verdict::none);
+    EXPECT_EQ(mer(30, 0).mer, Verdict::none);
+    threshold.MER_HIGH = 0;
+    EXPECT_EQ(mer(1).mer, Verdict::none);
+}
+
+TEST(Judgement, BoundsOnBothSides)
+{
+    const Bounds slope{.marginalAbove = 6, .failAbove = 10};
+    EXPECT_EQ(tool::judged(6, slope), Verdict::pass);
+    EXPECT_EQ(tool::judged(6.1, slope), Verdict::marginal);
+    EXPECT_EQ(tool::judged(10.1, slope), Verdict::fail);
+    EXPECT_EQ(tool::judged(-100, slope), Verdict::pass);
+    const Bounds both{.failBelow = -5, .failAbove = 5};
+    EXPECT_EQ(tool::judged(-5.1, both), Verdict::fail);
+    EXPECT_EQ(tool::judged(-5, both), Verdict::pass);
+    EXPECT_EQ(tool::judged(1, {}), Verdict::none);
+}
+
 TEST(Judgement, BitErrors)
 {
     EXPECT_EQ(judged(locked(600, 300, 0, 0)).ber, Verdict::none);
