@@ -21,7 +21,8 @@ Reading lockedReading()
     Reading reading{1700000000250, "27", {}, {}, 0, VX63_POWER_SUPPLY_15V_TONE, {}};
     reading.condition.ulFreq = 557143;
     reading.condition.ulLoFreq = 0;
-    reading.judgement = {Verdict::pass, Verdict::marginal, Verdict::none, Verdict::marginal};
+    reading.judgement.level = Verdict::pass;
+    reading.judgement.cnr = reading.judgement.whole = Verdict::marginal;
     reading.result.lock = 1;
     reading.result.stat = 0x0007;
     reading.result.bdSys = 0;
