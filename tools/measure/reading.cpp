@@ -97,26 +97,37 @@ std::string bitErrorRateText(const MultiMeasResult& result)
     return result.BER_ERR == 0 ? format("< %.1e", 1.0 / result.BER_TOTAL) : format("%.1e", *rate);
 }
 
-Cell verdictCell(const Reading& reading)
+std::string verdictReasons(const Reading& reading)
 {
     const Judgement& judgement = reading.judgement;
     if (judgement.unrecognised)
-        return {"not recognised", judgement.whole == Verdict::fail ? Tint::bad : Tint::doubtful};
-    const char* name = verdictName(judgement.whole);
-    if (name == nullptr)
-        return "-";
-    if (judgement.whole == Verdict::pass)
-        return {name, Tint::good};
+        return "not recognised";
     std::string why;
     const auto add = [&](bool because, const char* what) {
         if (because)
             why += (why.empty() ? "" : ", ") + std::string(what);
     };
+    if (judgement.whole == Verdict::pass || judgement.whole == Verdict::none)
+        return why;
     add(judgement.level == judgement.whole, "level");
     add(judgement.cnr == judgement.whole, "C/N");
     add(judgement.mer == judgement.whole, "MER");
     add(judgement.ber == judgement.whole, "BER");
     add(!isLocked(reading.result) && needsLock(reading.condition), "no lock");
+    return why;
+}
+
+Cell verdictCell(const Reading& reading)
+{
+    const Judgement& judgement = reading.judgement;
+    const char* name = verdictName(judgement.whole);
+    const std::string why = verdictReasons(reading);
+    if (judgement.unrecognised)
+        return {why, judgement.whole == Verdict::fail ? Tint::bad : Tint::doubtful};
+    if (name == nullptr)
+        return "-";
+    if (why.empty())
+        return {name, Tint::good};
     return {name + (": " + why), judgement.whole == Verdict::fail ? Tint::bad : Tint::doubtful};
 }
 

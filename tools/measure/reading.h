@@ -40,6 +40,9 @@ std::optional<double> bitErrorRate(const MultiMeasResult& result);
 // "2.1e-04"; "< 1.0e-06" when none of a million bits is wrong; "-" as long as no bits are counted.
 std::string bitErrorRateText(const MultiMeasResult& result);
 
+// Why the verdict is not pass: "level, no lock", "not recognised"; else nothing.
+std::string verdictReasons(const Reading& reading);
+
 // "pass", "fail: level, no lock", "not recognised"; "-" where there is none.
 Cell verdictCell(const Reading& reading);
 

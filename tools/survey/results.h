@@ -11,6 +11,12 @@
 
 namespace tool {
 
+inline constexpr const char* kResultsFile = "results.jsonl";
+
+// Whether it is of this channel, at its frequency and input.
+bool isReadingOf(const SurveyReading& reading, const SurveyPoint& point, const SurveyList& list,
+                 const SurveyChannel& channel);
+
 // Each with its newline.
 std::string surveyLine(const Survey& survey);
 std::string readingLine(const SurveyReading& reading);

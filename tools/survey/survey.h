@@ -53,7 +53,7 @@ struct Survey {
 struct SurveyReading {
     std::string point;
     std::string list;
-    Reading reading; // its channel names the channel of the list; judged by the bounds
+    Reading reading{}; // its channel names the channel of the list; judged by the bounds
     std::optional<double> merDb;
     ChannelBounds bounds;
     bool boundsOfPlan = false; // some of them are the plan's, else all are of the meter's thresholds
