@@ -1,7 +1,6 @@
 #include "scene/load.h"
 
 #include "scene/fault_rules.h"
-#include "scene/fields.h"
 #include "scene/load_device.h"
 
 #include <algorithm>

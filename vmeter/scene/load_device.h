@@ -2,11 +2,13 @@
 #pragma once
 
 #include "model/device_scene.h"
-#include "scene/fields.h"
+#include "toml/fields.h"
 
 #include <string_view>
 
 namespace vmeter {
+
+using tomlfile::Fields;
 
 inline constexpr std::string_view kProductKeys[] = {"model_code",   "option_info",    "serial_no",
                                                     "boot_version", "main_version",   "sub_version",

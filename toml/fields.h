@@ -1,5 +1,5 @@
-// One table of a scene file, read key by key with checks. toml++ stays behind it: its header costs more to
-// compile than all that reads a scene.
+// One table of a TOML file, read key by key with checks. toml++ stays behind it: its header costs more to
+// compile than all that reads such a file.
 #pragma once
 
 #include <cstddef>
@@ -7,13 +7,19 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace vmeter {
+namespace tomlfile {
 
-// Every failure throws std::runtime_error "FILE:LINE: KEY: reason". A key without a fallback must be there.
+// What is wrong with a file: "FILE:LINE: KEY: reason".
+struct Mistake : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// Every failure throws Mistake. A key without a fallback must be there.
 class Fields {
 public:
     // The file itself; KEY is "syntax" where it is no TOML.
@@ -33,6 +39,9 @@ public:
     // Text that must be one of the choices; returns its index.
     size_t choice(std::string_view key, std::span<const std::string_view> choices,
                   std::optional<size_t> fallback = {}) const;
+
+    // The texts of an array; none where it is not there.
+    std::vector<std::string> texts(std::string_view key) const;
 
     // The numbers of an array, NAN for what is none; empty where there is no array. Lists: of an array of
     // arrays.
@@ -55,4 +64,4 @@ private:
     std::shared_ptr<const Source> source_;
 };
 
-} // namespace vmeter
+} // namespace tomlfile

@@ -1,11 +1,10 @@
-#include "scene/fields.h"
+#include "toml/fields.h"
 
 #include <algorithm>
 #include <cmath>
 #include <sstream>
-#include <stdexcept>
 
-namespace vmeter {
+namespace tomlfile {
 namespace {
 
 struct TomlAssertion {};
@@ -16,20 +15,20 @@ struct TomlAssertion {};
 }
 
 } // namespace
-} // namespace vmeter
+} // namespace tomlfile
 
 // Its parser guards some of its steps by assertions that a malformed file can reach: "[=" is enough. Left as
 // they are, such a file aborts a debug build and is undefined behaviour in any other. Here a failed
 // assertion is an exception in every build, for which NDEBUG must be out of sight of the header.
 #define TOML_ENABLE_FORMATTERS 0
-#define TOML_ASSERT(expr) ((expr) ? void() : ::vmeter::failTomlAssertion())
+#define TOML_ASSERT(expr) ((expr) ? void() : ::tomlfile::failTomlAssertion())
 
 #pragma push_macro("NDEBUG")
 #undef NDEBUG
 #include <toml++/toml.h>
 #pragma pop_macro("NDEBUG")
 
-namespace vmeter {
+namespace tomlfile {
 namespace {
 
 std::string typeName(const toml::node& node)
@@ -110,7 +109,7 @@ size_t assertionLine(std::string_view text)
 toml::table parseToml(std::string_view text, const std::string& name)
 {
     const auto refuse = [&name](size_t line, const std::string& reason) {
-        throw std::runtime_error(name + ":" + std::to_string(line) + ": syntax: " + reason);
+        throw Mistake(name + ":" + std::to_string(line) + ": syntax: " + reason);
     };
     try {
         return toml::parse(text, name);
@@ -153,7 +152,7 @@ struct Fields::Source {
     [[noreturn]] void failAt(const toml::source_region& place, const std::string& what,
                              const std::string& reason) const
     {
-        throw std::runtime_error(file + ":" + std::to_string(place.begin.line) + ": " + what + ": " + reason);
+        throw Mistake(file + ":" + std::to_string(place.begin.line) + ": " + what + ": " + reason);
     }
 
     Fields inner(std::string_view key, const toml::node& node) const
@@ -247,6 +246,20 @@ size_t Fields::choice(std::string_view key, std::span<const std::string_view> ch
     return static_cast<size_t>(found - choices.begin());
 }
 
+std::vector<std::string> Fields::texts(std::string_view key) const
+{
+    std::vector<std::string> result;
+    const toml::node* found = source_->find(key);
+    if (!found)
+        return result;
+    const toml::array* array = found->as_array();
+    if (!array || !(array->empty() || array->is_homogeneous(toml::node_type::string)))
+        fail(key, "must be an array of strings");
+    for (const toml::node& element : *array)
+        result.push_back(element.as_string()->get());
+    return result;
+}
+
 std::vector<double> Fields::numbers(std::string_view key) const
 {
     return numbersOf(source_->find(key));
@@ -297,4 +310,4 @@ void Fields::fail(const std::string& reason) const
     source_->failAt(source_->table.source(), source_->name, reason);
 }
 
-} // namespace vmeter
+} // namespace tomlfile
