@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -95,6 +96,15 @@ void replaceWholeFile(const std::string& path, std::string_view bytes, const std
     const int error = errno;
     unlink(beside.c_str());
     failToWrite(error, what, hint);
+}
+
+void makeFolder(const std::string& path)
+{
+    std::error_code error;
+    std::filesystem::create_directories(path, error);
+    if (!std::filesystem::is_directory(path))
+        throw Failure(kExitOutput, "cannot make the folder " + path,
+                      error ? error.message() : "something else stands there", "choose another one");
 }
 
 } // namespace tool

@@ -20,4 +20,7 @@ void writeWholeFile(const std::string& path, std::string_view bytes, const std::
 void replaceWholeFile(const std::string& path, std::string_view bytes, const std::string& what,
                       const std::string& hint);
 
+// With those above it; one that is there stays as it is. Throws Failure.
+void makeFolder(const std::string& path);
+
 } // namespace tool

@@ -12,6 +12,7 @@
 #include <poll.h>
 #include <string>
 #include <unistd.h>
+#include <utility>
 
 namespace tool {
 
@@ -77,7 +78,8 @@ void closeOutput()
         failOutput(errno);
 }
 
-Progress::Progress() : m_terminal(isatty(STDERR_FILENO) == 1) {}
+Progress::Progress(std::string before) : m_terminal(isatty(STDERR_FILENO) == 1), m_before(std::move(before))
+{}
 
 Progress::~Progress()
 {
@@ -90,7 +92,8 @@ void Progress::show(std::string_view text)
     if (!m_terminal)
         return;
     // The last column stays free: some terminals go on to the next line when it is written.
-    text = cut(text, cli::columnsOf(STDERR_FILENO).value_or(80) - 1);
+    const std::string whole = m_before + std::string(text);
+    text = cut(whole, cli::columnsOf(STDERR_FILENO).value_or(80) - 1);
     // Blanks instead of an escape sequence: every terminal knows them.
     const size_t width = widthOf(text);
     writeAll(STDERR_FILENO,

@@ -30,7 +30,8 @@ void complain(const std::string& text);
 // terminal it stays silent.
 class Progress {
 public:
-    Progress();
+    // What is said of all that is shown stands before it.
+    explicit Progress(std::string before = "");
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
@@ -38,6 +39,7 @@ public:
 
 private:
     bool m_terminal;
+    std::string m_before;
     size_t m_width = 0;
 };
 

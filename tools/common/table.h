@@ -28,6 +28,26 @@ using Table = std::vector<std::vector<Cell>>; // rows of cells, the headings fir
 //   alignment  '>' for a column that is aligned on the right: "<>>"
 std::string table(const Table& rows, std::string_view alignment = "");
 
+// The same for rows that come one by one, in columns as wide as those of a table that is known before.
+class TableRows {
+public:
+    explicit TableRows(const Table& widest, std::string_view alignment = "");
+    std::string row(const std::vector<Cell>& cells) const;
+
+private:
+    struct Band { // columns that stand in one line
+        size_t indent;
+        std::vector<size_t> columns;
+    };
+
+    void breakInto(size_t columns);
+    std::string lines(const Band& band, const std::vector<Cell>& cells) const;
+
+    std::string_view m_alignment;
+    std::vector<size_t> m_widths;
+    std::vector<Band> m_bands;
+};
+
 // One text in lines no longer than the terminal is wide.
 std::string paragraph(const std::string& text);
 

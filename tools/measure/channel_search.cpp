@@ -15,8 +15,6 @@ namespace tool {
 
 namespace {
 
-constexpr uint32_t kSameKhz = 500;
-
 struct Found {
     const Plan* plan;
     ListChannel channel;
@@ -96,11 +94,6 @@ bool isSame(const ListChannel& a, const ListChannel& b)
                           condition.powerSupply);
     };
     return values(a.condition) == values(b.condition);
-}
-
-bool isNear(uint32_t a, uint32_t b)
-{
-    return (a > b ? a - b : b - a) <= kSameKhz;
 }
 
 // Leaves those of the plans that suit best, the terrestrial one before others, and of plans that tell the

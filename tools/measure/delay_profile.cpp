@@ -1,7 +1,6 @@
 // vx63 measure delay-profile: the paths on which a terrestrial signal arrives.
 #include "plot/delay_profile.h"
 #include "commands.h"
-#include "common/exchange.h"
 #include "common/failure.h"
 #include "common/interrupt.h"
 #include "common/json.h"
@@ -11,13 +10,12 @@
 #include "common/text.h"
 #include "measure/channel_options.h"
 #include "measure/echoes.h"
-#include "measure/limits.h"
+#include "measure/profile.h"
 #include "measure/single_measurement.h"
 #include "plot/picture.h"
 #include "plot/text.h"
 
 #include <algorithm>
-#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,39 +24,12 @@ namespace tool {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-using std::chrono::milliseconds;
-
 constexpr double kSymbolUs = 1008; // useful part of a symbol
-constexpr milliseconds kPollTime{100};
 
 struct Options : ChannelOptions {
     std::string plot;
     bool json = false;
 };
-
-// The complete profile; nothing when it did not become so in time, or after an interruption.
-std::unique_ptr<DlyPrfResult> readProfile(const Options& options, Progress& progress)
-{
-    Running running = startWith(
-        options.condition, "the delay profile",
-        [&] { return vx63_startDlyPrfMeas(options.ucDispType, &options.condition); },
-        [&] { return vx63_stopDlyPrfMeas(options.ucDispType); });
-    auto profile = std::make_unique<DlyPrfResult>();
-    const auto start = Clock::now();
-    const auto deadline = start + milliseconds(options.lockTimeoutMs);
-    for (;;) {
-        require("cannot read the delay profile", [&] { return vx63_getDlyPrfResult(profile.get()); });
-        const auto now = Clock::now();
-        if (profile->stat == VX63_DLYPRF_COMPLETE || now >= deadline || interruption() != 0)
-            break;
-        progress.show(format("Measuring the delay profile: %.1f s",
-                             std::chrono::duration<double>(now - start).count()));
-        waitFor(std::min(kPollTime, std::chrono::ceil<milliseconds>(deadline - now)));
-    }
-    running.stop();
-    return profile->stat == VX63_DLYPRF_COMPLETE ? std::move(profile) : nullptr;
-}
 
 // Begins with the first path: what comes within it does not disturb.
 std::optional<GuardInterval> guardOf(const MultiMeasResult& result, const std::vector<Path>& paths)

@@ -67,6 +67,12 @@ uint32_t khzIn(const std::string& option, const std::string& text, uint32_t lowe
     return *khz;
 }
 
+bool isNear(uint32_t aKhz, uint32_t bKhz)
+{
+    constexpr uint32_t kSameKhz = 500;
+    return (aKhz > bKhz ? aKhz - bKhz : bKhz - aKhz) <= kSameKhz;
+}
+
 std::string inMhz(uint32_t khz)
 {
     std::string text = format("%u.%03u", khz / 1000, khz % 1000);

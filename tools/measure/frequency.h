@@ -15,6 +15,9 @@ std::optional<uint32_t> parseKhz(std::string_view text);
 // The frequency in kHz, not below `lowest`. Throws WrongUsage.
 uint32_t khzIn(const std::string& option, const std::string& text, uint32_t lowest);
 
+// Whether they can be of one channel, whose centre depends on its system.
+bool isNear(uint32_t aKhz, uint32_t bKhz);
+
 std::string inMhz(uint32_t khz);     // "557.143"
 std::string megahertz(uint32_t khz); // "557.143 MHz"
 

@@ -58,14 +58,15 @@ Reading SingleMeasurement::read()
     return readingOf(readResult());
 }
 
-Reading SingleMeasurement::readLocked(Progress& progress)
+Reading SingleMeasurement::readLocked(Progress& progress, milliseconds signalTime)
 {
     const auto start = Clock::now();
     const auto deadline = start + milliseconds(needsLock(m_options.condition) ? m_options.lockTimeoutMs : 0);
     for (;;) {
         const SingleMeasResult result = readResult();
         const auto now = Clock::now();
-        if (result.lock != 0 || now >= deadline)
+        const bool noSignal = (result.stat & VX63_STAT_SIGNAL) == 0 && now - start >= signalTime;
+        if (result.lock != 0 || now >= deadline || noSignal)
             return readingOf(result);
         progress.show(format("Waiting for lock: %.1f s, %s dBuV",
                              std::chrono::duration<double>(now - start).count(),

@@ -8,6 +8,7 @@
 #include "measure/channel_options.h"
 #include "measure/reading.h"
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -22,7 +23,9 @@ public:
     Reading read();
 
     // The first reading with lock, or the last one before the time-out or an interruption. Throws Failure.
-    Reading readLocked(Progress& progress);
+    //   signalTime  in which a signal has to be there, else it is not waited for
+    Reading readLocked(Progress& progress,
+                       std::chrono::milliseconds signalTime = std::chrono::milliseconds::max());
 
     // The reading that this result of the running measurement makes, with what is known besides.
     Reading readingOf(const SingleMeasResult& result) const;

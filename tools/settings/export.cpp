@@ -1,5 +1,6 @@
 // vx63 settings export: copy the settings files into a folder.
 #include "common/failure.h"
+#include "common/file.h"
 #include "common/output.h"
 #include "common/text.h"
 #include "settings/file.h"
@@ -18,15 +19,6 @@ namespace fs = std::filesystem;
 struct Options {
     std::string folder;
 };
-
-void makeFolder(const fs::path& folder)
-{
-    std::error_code error;
-    fs::create_directories(folder, error);
-    if (!fs::is_directory(folder))
-        throw Failure(kExitOutput, "cannot make the folder " + folder.string(),
-                      error ? error.message() : "something else stands there", "choose another one");
-}
 
 int exportSettings(const Options& options)
 {

@@ -5,6 +5,7 @@
 #include "common/json.h"
 #include "common/numbers.h"
 #include "common/text.h"
+#include "measure/frequency.h"
 
 #include <algorithm>
 #include <cmath>
@@ -279,7 +280,7 @@ bool isReadingOf(const SurveyReading& reading, const SurveyPoint& point, const S
 {
     return reading.point == point.name && reading.list == list.name &&
            reading.reading.channel == channel.name &&
-           reading.reading.condition.ulFreq == channel.frequencyKhz &&
+           isNear(reading.reading.condition.ulFreq, channel.frequencyKhz) &&
            (!list.input || reading.reading.input == list.input);
 }
 
@@ -330,7 +331,7 @@ std::string readingLine(const SurveyReading& one)
     return line.line();
 }
 
-SurveyResults readResults(const std::string& path)
+SurveyResults readResults(const std::string& path, const Survey* plan)
 {
     std::error_code none;
     const std::string file = std::filesystem::is_directory(path, none)
@@ -369,7 +370,12 @@ SurveyResults readResults(const std::string& path)
         }
         from = to + 1;
     }
-    if (!begun)
+    if (plan != nullptr) {
+        const Survey last = std::move(results.survey);
+        results.survey = *plan;
+        results.survey.timeMs = last.timeMs;
+        results.survey.meter = last.meter;
+    } else if (!begun)
         throw Failure(kExitData, what, "no survey is in it", hint);
     arrange(results, std::move(readings));
     return results;

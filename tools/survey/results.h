@@ -23,6 +23,7 @@ std::string readingLine(const SurveyReading& reading);
 
 // A last line that was cut short is no reading. Throws Failure that names the line.
 //   path  of results.jsonl, or of the folder that has it
-SurveyResults readResults(const std::string& path);
+//   plan  what is to be measured, in place of what the file says was; then the file can be empty
+SurveyResults readResults(const std::string& path, const Survey* plan = nullptr);
 
 } // namespace tool

@@ -14,7 +14,7 @@ namespace tool {
 
 struct SurveyChannel {
     std::string name;          // unique within its list
-    uint32_t frequencyKhz = 0; // the same in all ways
+    uint32_t frequencyKhz = 0; // that of the first way; others are near
     std::vector<MeasCondition>
         ways;             // in which it can be occupied: the first that locks counts; not in results
     bool expected = true; // a channel without a signal fails; else it is not judged
