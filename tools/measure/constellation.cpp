@@ -9,6 +9,7 @@
 #include "common/table.h"
 #include "common/text.h"
 #include "measure/channel_options.h"
+#include "measure/drawing.h"
 #include "measure/modulation_error.h"
 #include "measure/points.h"
 #include "measure/single_measurement.h"
@@ -27,12 +28,6 @@ struct Options : ChannelOptions {
     std::string plot;
     bool json = false;
 };
-
-std::string titleOf(const Options& options, const std::optional<IdealPoints>& ideal)
-{
-    return "Constellation, " + format("%.3f MHz", options.condition.ulFreq / 1000.0) +
-           (ideal ? ", " + std::string(ideal->modulation) : "");
-}
 
 void show(const Options& options, const Constellation& constellation)
 {
@@ -61,11 +56,7 @@ void show(const Options& options, const Constellation& constellation)
     }
     if (!options.plot.empty())
         plotConstellation(options.plot,
-                          {titleOf(options, ideal),
-                           "MER " + merText + ", C/N " + tenths(result.CNR) + " dB, level " +
-                               tenths(result.LEVEL) + " dB\u00B5V, " +
-                               format("%zu points", constellation.points.size()),
-                           circumstances({reading.condition.usBdSys}, reading.input, reading.timeMs)},
+                          constellationCaption(reading, ideal, mer, constellation.points.size()),
                           constellation.points, ideal);
 }
 

@@ -9,6 +9,7 @@
 #include "common/output.h"
 #include "common/text.h"
 #include "measure/channel_options.h"
+#include "measure/drawing.h"
 #include "measure/echoes.h"
 #include "measure/profile.h"
 #include "measure/single_measurement.h"
@@ -24,22 +25,10 @@ namespace tool {
 
 namespace {
 
-constexpr double kSymbolUs = 1008; // useful part of a symbol
-
 struct Options : ChannelOptions {
     std::string plot;
     bool json = false;
 };
-
-// Begins with the first path: what comes within it does not disturb.
-std::optional<GuardInterval> guardOf(const MultiMeasResult& result, const std::vector<Path>& paths)
-{
-    const auto name = guardIntervalName(result.GI);
-    if (!name || result.MOD != VX63_MOD_OFDM || paths.empty())
-        return std::nullopt;
-    const double length = kSymbolUs * (1 << result.GI) / 32;
-    return GuardInterval{paths.front().delayUs, paths.front().delayUs + length, std::string(*name)};
-}
 
 bool isOutside(const Path& path, const std::optional<GuardInterval>& guard)
 {
@@ -59,9 +48,8 @@ std::string pathsText(const std::vector<Path>& paths, const std::optional<GuardI
 
 void show(const Options& options, const Reading& reading, const DlyPrfResult& profile)
 {
-    const MultiMeasResult& result = reading.result;
     const std::vector<Path> paths = findPaths(profile.ucDlyPrfData);
-    const auto guard = guardOf(result, paths);
+    const auto guard = guardOf(reading.result, paths);
     if (options.json) {
         Json pathsJson = Json::array();
         for (const Path& path : paths)
@@ -85,13 +73,7 @@ void show(const Options& options, const Reading& reading, const DlyPrfResult& pr
               delayProfileText(profile, guard, textStyle()));
     }
     if (!options.plot.empty())
-        plotDelayProfile(
-            options.plot,
-            {"Delay profile, " + format("%.3f MHz", options.condition.ulFreq / 1000.0),
-             "Level " + tenths(result.LEVEL) + " dB\u00B5V, C/N " + tenths(result.CNR) + " dB, " +
-                 (paths.size() == 1 ? std::string("no echoes") : format("%zu paths", paths.size())),
-             circumstances({reading.condition.usBdSys}, reading.input, reading.timeMs)},
-            profile, paths, guard);
+        plotDelayProfile(options.plot, delayProfileCaption(reading, paths), profile, paths, guard);
 }
 
 int measureDelayProfile(const Options& options)

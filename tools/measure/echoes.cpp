@@ -1,5 +1,7 @@
 #include "measure/echoes.h"
 
+#include "common/names.h"
+
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -9,11 +11,12 @@ namespace tool {
 
 namespace {
 
-constexpr double kBandMhz = 5.57; // of the pulse: what the carriers of a terrestrial signal take up
-constexpr double kMainLobe = 2;   // in 1/kBandMhz: where the pulse is 0 for the first time
-constexpr double kMarginDb = 6;   // by which a path stands out of the side lobes of the others
-constexpr double kNoiseDb = 14;   // by which no sample of 2048 stands out of the noise's median by chance
-constexpr double kLowestDb = -60; // lower samples come too near the end of the scale
+constexpr double kBandMhz = 5.57;  // of the pulse: what the carriers of a terrestrial signal take up
+constexpr double kMainLobe = 2;    // in 1/kBandMhz: where the pulse is 0 for the first time
+constexpr double kMarginDb = 6;    // by which a path stands out of the side lobes of the others
+constexpr double kNoiseDb = 14;    // by which no sample of 2048 stands out of the noise's median by chance
+constexpr double kSymbolUs = 1008; // useful part of a symbol
+constexpr double kLowestDb = -60;  // lower samples come too near the end of the scale
 
 // The most that a path of amplitude 1 shows at this distance, as an amplitude: the pulse under its Hann
 // window, sin(pi x) / (pi x (1 - x^2)), without its sine.
@@ -80,6 +83,15 @@ std::vector<Path> findPaths(const int8_t (&profile)[VX63_DLYPRF_SAMPLES])
     }
     std::ranges::sort(paths, {}, &Path::delayUs);
     return paths;
+}
+
+std::optional<GuardInterval> guardOf(const MultiMeasResult& result, const std::vector<Path>& paths)
+{
+    const auto name = guardIntervalName(result.GI);
+    if (!name || result.MOD != VX63_MOD_OFDM || paths.empty())
+        return std::nullopt;
+    const double length = kSymbolUs * (1 << result.GI) / 32;
+    return GuardInterval{paths.front().delayUs, paths.front().delayUs + length, std::string(*name)};
 }
 
 } // namespace tool

@@ -4,6 +4,8 @@
 #include "libvx63.h"
 
 #include <cstddef>
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace tool {
@@ -38,5 +40,15 @@ constexpr double distanceKm(double delayUs)
 // the order of their delay. At most kMaxPaths, the strongest ones.
 inline constexpr size_t kMaxPaths = 32;
 std::vector<Path> findPaths(const int8_t (&profile)[VX63_DLYPRF_SAMPLES]);
+
+// In us against the main path.
+struct GuardInterval {
+    double from;
+    double to;
+    std::string name; // "1/8"
+};
+
+// Begins with the first path: what comes within it does not disturb. Nothing where the signal has none.
+std::optional<GuardInterval> guardOf(const MultiMeasResult& result, const std::vector<Path>& paths);
 
 } // namespace tool

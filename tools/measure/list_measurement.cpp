@@ -11,6 +11,7 @@
 #include "measure/channel_options.h"
 #include "measure/channel_search.h"
 #include "measure/conditions_file.h"
+#include "measure/drawing.h"
 #include "measure/judgement.h"
 #include "measure/limits.h"
 #include "measure/reading.h"
@@ -77,31 +78,13 @@ std::string summaryOf(const std::vector<Reading>& list)
            (unrecognised > 0 ? format(", %td not recognised", unrecognised) : "");
 }
 
-LevelKind kindOf(const Reading& reading)
-{
-    if (reading.judgement.unrecognised)
-        return LevelKind::unrecognised;
-    switch (reading.judgement.whole) {
-    case Verdict::pass:
-        return LevelKind::pass;
-    case Verdict::marginal:
-        return LevelKind::marginal;
-    case Verdict::fail:
-        return LevelKind::fail;
-    case Verdict::none:
-        break;
-    }
-    return hasSignal(reading.result) ? LevelKind::signal : LevelKind::none;
-}
-
 // Of level carriers the frequency tells more than the name.
 LevelChart chartOf(const std::vector<Reading>& list)
 {
     LevelChart chart{true, {}};
     for (const Reading& reading : list) {
         chart.byFrequency = chart.byFrequency && !needsLock(reading.condition);
-        chart.bars.push_back({reading.channel, reading.result.LEVEL / 10.0, kindOf(reading),
-                              reading.condition.ulFreq / 1000.0, reading.widthKhz / 1000.0});
+        chart.bars.push_back(levelBarOf(reading));
     }
     return chart;
 }

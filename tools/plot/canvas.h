@@ -82,7 +82,10 @@ public:
     virtual std::string finish() = 0;
 };
 
+using CanvasMaker = std::unique_ptr<Canvas> (*)(const Page&);
+
 std::unique_ptr<Canvas> svgCanvas(const Page& page);
+std::unique_ptr<Canvas> inlineSvgCanvas(const Page& page); // an element of a page in HTML, not a file
 // Throw Failure where cairo is not there.
 std::unique_ptr<Canvas> pngCanvas(const Page& page);
 std::unique_ptr<Canvas> pdfCanvas(const Page& page);

@@ -17,8 +17,8 @@ constexpr size_t kMostMarks = 64; // ideal points that a terminal has room for a
 
 } // namespace
 
-void plotConstellation(const std::string& path, Caption caption, std::span<const ConstaPoint> points,
-                       const std::optional<IdealPoints>& ideal)
+std::string drawConstellation(CanvasMaker maker, Caption caption, std::span<const ConstaPoint> points,
+                              const std::optional<IdealPoints>& ideal)
 {
     const bool near = std::ranges::all_of(points, [](const ConstaPoint& point) {
         return std::abs(point.I) < kNear && std::abs(point.Q) < kNear;
@@ -28,7 +28,7 @@ void plotConstellation(const std::string& path, Caption caption, std::span<const
     caption.legend = {{"measured", cloud, Mark::dot}};
     if (ideal)
         caption.legend.push_back({"ideal (" + std::string(ideal->modulation) + ")", kOrange, Mark::cross});
-    Picture picture(path, kSide, kSide, caption,
+    Picture picture(maker, kSide, kSide, caption,
                     {"I (root mean square of the ideal points: 64)", -edge, edge, kTick},
                     {"Q", -edge, edge, kTick});
     Canvas& canvas = picture.canvas();
@@ -47,7 +47,13 @@ void plotConstellation(const std::string& path, Caption caption, std::span<const
             Picture::drawMark(canvas, Mark::cross, {picture.x(point.real()), picture.y(point.imag())},
                               kOrange, ideal->points.size() > 100 ? 4 : 7);
     canvas.unclip();
-    picture.save();
+    return picture.finish();
+}
+
+void plotConstellation(const std::string& path, Caption caption, std::span<const ConstaPoint> points,
+                       const std::optional<IdealPoints>& ideal)
+{
+    savePicture(path, drawConstellation(canvasOf(path), std::move(caption), points, ideal));
 }
 
 std::string constellationText(std::span<const ConstaPoint> points, const std::optional<IdealPoints>& ideal,

@@ -11,7 +11,9 @@
 
 namespace tool {
 
-// The legend of the caption comes from the points. Throws Failure.
+// The legend of the caption comes from the points. Throw Failure.
+std::string drawConstellation(CanvasMaker maker, Caption caption, std::span<const ConstaPoint> points,
+                              const std::optional<IdealPoints>& ideal);
 void plotConstellation(const std::string& path, Caption caption, std::span<const ConstaPoint> points,
                        const std::optional<IdealPoints>& ideal);
 

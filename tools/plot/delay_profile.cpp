@@ -77,10 +77,11 @@ void drawPaths(const Picture& picture, const std::vector<Path>& paths)
 
 } // namespace
 
-void plotDelayProfile(const std::string& path, const Caption& caption, const DlyPrfResult& profile,
-                      const std::vector<Path>& paths, const std::optional<GuardInterval>& guard)
+std::string drawDelayProfile(CanvasMaker maker, const Caption& caption, const DlyPrfResult& profile,
+                             const std::vector<Path>& paths, const std::optional<GuardInterval>& guard)
 {
-    Picture picture(path, 880, 420, caption, {"Delay against the main path (\u00B5s)", kFirstUs, kLastUs, 25},
+    Picture picture(maker, 880, 420, caption,
+                    {"Delay against the main path (\u00B5s)", kFirstUs, kLastUs, 25},
                     {"Level against the main path (dB)", kLowestDb, kHighestDb, 10});
     Canvas& canvas = picture.canvas();
     if (guard)
@@ -96,7 +97,13 @@ void plotDelayProfile(const std::string& path, const Caption& caption, const Dly
     if (guard)
         canvas.text({std::min(picture.x(guard->to), picture.area().right) - 6, picture.area().top + 16},
                     "guard interval " + guard->name, {Anchor::right, 12, false, false, kGreen});
-    picture.save();
+    return picture.finish();
+}
+
+void plotDelayProfile(const std::string& path, const Caption& caption, const DlyPrfResult& profile,
+                      const std::vector<Path>& paths, const std::optional<GuardInterval>& guard)
+{
+    savePicture(path, drawDelayProfile(canvasOf(path), caption, profile, paths, guard));
 }
 
 std::string delayProfileText(const DlyPrfResult& profile, const std::optional<GuardInterval>& guard,

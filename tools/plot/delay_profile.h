@@ -12,14 +12,9 @@
 
 namespace tool {
 
-// In us against the main path.
-struct GuardInterval {
-    double from;
-    double to;
-    std::string name; // "1/8"
-};
-
-// Throws Failure.
+// Throw Failure.
+std::string drawDelayProfile(CanvasMaker maker, const Caption& caption, const DlyPrfResult& profile,
+                             const std::vector<Path>& paths, const std::optional<GuardInterval>& guard);
 void plotDelayProfile(const std::string& path, const Caption& caption, const DlyPrfResult& profile,
                       const std::vector<Path>& paths, const std::optional<GuardInterval>& guard);
 

@@ -103,15 +103,15 @@ void drawNames(const Picture& picture, std::vector<LevelBar> bars, std::vector<B
     }
 }
 
-void plotByFrequency(const std::string& path, const Caption& caption, const std::vector<LevelBar>& bars,
-                     double width)
+std::string drawByFrequency(CanvasMaker maker, const Caption& caption, const std::vector<LevelBar>& bars,
+                            double width)
 {
     constexpr double kLeastBar = 3;
     constexpr double kLabel = 70; // what a label of the axis takes
     const bool named = !std::ranges::all_of(bars, isNumber, &LevelBar::name);
     const Span span = spanOf(bars);
     Picture picture(
-        path, width, 360, caption,
+        maker, width, 360, caption,
         {"Frequency (MHz)", span.low, span.high, roundStep((span.high - span.low) * kLabel / width)},
         {"Level (dB\u00B5V)", 0, highest(bars, named ? kNameRoom : 1), kStep});
     const double pixel = (span.high - span.low) / width;
@@ -125,11 +125,11 @@ void plotByFrequency(const std::string& path, const Caption& caption, const std:
     }
     if (named)
         drawNames(picture, bars, drawn);
-    picture.save();
+    return picture.finish();
 }
 
-void plotByName(const std::string& path, const Caption& caption, const std::vector<LevelBar>& bars,
-                double width)
+std::string drawByName(CanvasMaker maker, const Caption& caption, const std::vector<LevelBar>& bars,
+                       double width)
 {
     const double slot = width / static_cast<double>(bars.size());
     double widest = 0;
@@ -138,7 +138,7 @@ void plotByName(const std::string& path, const Caption& caption, const std::vect
     // Names that do not fit side by side are read from below; of many channels some have none.
     const bool upwards = widest + 5 > slot;
     const auto stride = static_cast<size_t>(upwards ? roundStep(std::max(1.0, kNameHeight / slot)) : 1);
-    Picture picture(path, width, 360, caption, {"Channel", 0, static_cast<double>(bars.size()), 0},
+    Picture picture(maker, width, 360, caption, {"Channel", 0, static_cast<double>(bars.size()), 0},
                     {"Level (dB\u00B5V)", 0, highest(bars, 1), kStep}, upwards ? widest : kNameHeight);
     const double gap = slot > 4 ? std::max(slot * 0.2, slot - kMostBar) : 0;
     const double bottom = picture.area().bottom;
@@ -155,7 +155,7 @@ void plotByName(const std::string& path, const Caption& caption, const std::vect
         else
             picture.canvas().text({middle, bottom + 16}, bars[i].name, {Anchor::middle, kNameSize});
     }
-    picture.save();
+    return picture.finish();
 }
 
 // What stands in the columns of a terminal.
@@ -228,11 +228,16 @@ Columns columnsByFrequency(const std::vector<LevelBar>& bars, size_t columns)
 
 } // namespace
 
-void plotLevels(const std::string& path, Caption caption, const LevelChart& chart)
+std::string drawLevels(CanvasMaker maker, Caption caption, const LevelChart& chart)
 {
     caption.legend = legendOf(chart.bars);
-    const double width = std::clamp(static_cast<double>(chart.bars.size()) * 22, 640.0, 1800.0);
-    (chart.byFrequency ? plotByFrequency : plotByName)(path, caption, chart.bars, width);
+    const double width = std::clamp(static_cast<double>(chart.bars.size()) * 22, 640.0, chart.mostWidth);
+    return (chart.byFrequency ? drawByFrequency : drawByName)(maker, caption, chart.bars, width);
+}
+
+void plotLevels(const std::string& path, Caption caption, const LevelChart& chart)
+{
+    savePicture(path, drawLevels(canvasOf(path), std::move(caption), chart));
 }
 
 std::string levelsText(const LevelChart& chart, const TextStyle& style)

@@ -23,9 +23,11 @@ struct LevelBar {
 struct LevelChart {
     bool byFrequency; // else by name, in their order
     std::vector<LevelBar> bars;
+    double mostWidth = 1800; // of the plot area; long lists take as much
 };
 
-// The legend of the caption comes from the chart. Throws Failure.
+// The legend of the caption comes from the chart. Throw Failure.
+std::string drawLevels(CanvasMaker maker, Caption caption, const LevelChart& chart);
 void plotLevels(const std::string& path, Caption caption, const LevelChart& chart);
 
 std::string levelsText(const LevelChart& chart, const TextStyle& style);

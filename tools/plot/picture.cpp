@@ -28,7 +28,7 @@ constexpr double kSubtitleSize = 12.5;
 
 struct Format {
     std::string_view ending;
-    std::unique_ptr<Canvas> (*canvas)(const Page&);
+    CanvasMaker canvas;
 };
 constexpr Format kFormats[] = {{".png", pngCanvas}, {".svg", svgCanvas}, {".pdf", pdfCanvas}};
 
@@ -80,6 +80,16 @@ std::string circumstances(const std::vector<uint16_t>& systems, std::optional<un
     return text + time;
 }
 
+CanvasMaker canvasOf(const std::string& path)
+{
+    return formatOf(path)->canvas;
+}
+
+void savePicture(const std::string& path, const std::string& bytes)
+{
+    writeWholeFile(path, bytes, "cannot write the picture " + path, "write to another file with --plot");
+}
+
 void Picture::addOption(CommandLine& line, std::string& path)
 {
     line.value("--plot", "FILE", "Draw a picture into this file, .png, .svg or .pdf",
@@ -92,9 +102,9 @@ void Picture::addOption(CommandLine& line, std::string& path)
                });
 }
 
-Picture::Picture(std::string path, double width, double height, const Caption& caption, Axis x, Axis y,
+Picture::Picture(CanvasMaker maker, double width, double height, const Caption& caption, Axis x, Axis y,
                  double xLabels)
-    : m_path(std::move(path)), m_x(std::move(x)), m_y(std::move(y))
+    : m_x(std::move(x)), m_y(std::move(y))
 {
     std::vector<std::string> subtitle;
     wrap(caption.subtitle, width, subtitle);
@@ -102,10 +112,9 @@ Picture::Picture(std::string path, double width, double height, const Caption& c
     const size_t lines = subtitle.size() + (caption.legend.empty() ? 0 : 1);
     const double top = kTopMargin + kLine * static_cast<double>(lines);
     m_area = {kLeftMargin, top, kLeftMargin + width, top + height};
-    m_canvas = formatOf(m_path)->canvas({m_area.right + kRightMargin, m_area.bottom + xLabels + kBottomMargin,
-                                         caption.title,
-                                         caption.subtitle + "; " + caption.circumstances +
-                                             ". Across: " + m_x.label + ". Up: " + m_y.label + "."});
+    m_canvas = maker({m_area.right + kRightMargin, m_area.bottom + xLabels + kBottomMargin, caption.title,
+                      caption.subtitle + "; " + caption.circumstances + ". Across: " + m_x.label +
+                          ". Up: " + m_y.label + "."});
     drawCaption(caption, subtitle);
     drawAxes(xLabels);
 }
@@ -175,12 +184,6 @@ void Picture::drawAxes(double xLabels) const
         std::vector<Point>{{left, top}, {right, top}, {right, bottom}, {left, bottom}, {left, top}}, {kInk});
     canvas().text({(left + right) / 2, bottom + xLabels + 34}, m_x.label, {Anchor::middle, 13});
     canvas().text({26, (top + bottom) / 2}, m_y.label, {Anchor::middle, 13, false, true});
-}
-
-void Picture::save()
-{
-    writeWholeFile(m_path, m_canvas->finish(), "cannot write the picture " + m_path,
-                   "write to another file with --plot");
 }
 
 } // namespace tool

@@ -1,4 +1,4 @@
-// A picture with axes, as a PNG, SVG or PDF file.
+// A picture with axes, on a canvas.
 #pragma once
 
 #include "plot/canvas.h"
@@ -41,6 +41,12 @@ struct Caption {
 std::string circumstances(const std::vector<uint16_t>& systems, std::optional<unsigned> input,
                           int64_t timeMs);
 
+// By what the name of the file ends in: .png, .svg or .pdf.
+CanvasMaker canvasOf(const std::string& path);
+
+// Throws Failure; a file that cannot be written whole is removed.
+void savePicture(const std::string& path, const std::string& bytes);
+
 class Picture {
 public:
     // Declares --plot. Throws WrongUsage, when it is read, for a name that ends in none of .png, .svg, .pdf.
@@ -48,7 +54,7 @@ public:
 
     // width and height of the plot area, in pixels.
     //   xLabels  the height of the labels below the plot area
-    Picture(std::string path, double width, double height, const Caption& caption, Axis x, Axis y,
+    Picture(CanvasMaker maker, double width, double height, const Caption& caption, Axis x, Axis y,
             double xLabels = 12);
 
     Canvas& canvas() const { return *m_canvas; }
@@ -58,14 +64,13 @@ public:
 
     static void drawMark(Canvas& canvas, Mark mark, const Point& place, const Colour& colour, double arm);
 
-    // Writes the file. Throws Failure; a file that cannot be written whole is removed.
-    void save();
+    // The bytes of the picture; nothing is drawn after. Throws Failure.
+    std::string finish() { return m_canvas->finish(); }
 
 private:
     void drawCaption(const Caption& caption, const std::vector<std::string>& subtitle) const;
     void drawAxes(double xLabels) const;
 
-    std::string m_path;
     Box m_area;
     Axis m_x, m_y;
     std::unique_ptr<Canvas> m_canvas;

@@ -1,7 +1,9 @@
 // An SVG whose texts are texts: they can be searched, selected and edited.
+#include "common/markup.h"
 #include "common/text.h"
 #include "plot/canvas.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace tool {
@@ -33,36 +35,19 @@ std::string strokeOf(const Pen& pen)
            (pen.dashed ? " stroke-dasharray=\"5 4\"" : "");
 }
 
-// As XML has it, which knows neither most control characters nor U+FFFE and U+FFFF.
-std::string escaped(const std::string& text)
+std::string tenth(double value)
 {
-    std::string result;
-    const std::string safe = printable(text);
-    for (size_t i = 0; i < safe.size(); ++i) {
-        if (safe[i] == '&')
-            result += "&amp;";
-        else if (safe[i] == '<')
-            result += "&lt;";
-        else if (safe[i] == '>')
-            result += "&gt;";
-        else if (safe.compare(i, 3, "\xEF\xBF\xBE") == 0 || safe.compare(i, 3, "\xEF\xBF\xBF") == 0) {
-            result += "\xEF\xBF\xBD";
-            i += 2;
-        } else
-            result += safe[i];
-    }
-    return result;
+    return number(std::round(value * 10) / 10);
 }
 
 class Svg : public Canvas {
 public:
-    explicit Svg(const Page& page)
+    explicit Svg(const Page& page, const char* prolog)
     {
         const std::string width = number(page.width);
         const std::string height = number(page.height);
-        m_text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                 "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
-                 width + "\" height=\"" + height + "\" viewBox=\"0 0 " + width + " " + height +
+        m_text = std::string(prolog) + "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" + width +
+                 "\" height=\"" + height + "\" viewBox=\"0 0 " + width + " " + height +
                  "\" role=\"img\" font-family=\"sans-serif\">\n<title>" + escaped(page.title) +
                  "</title>\n<desc>" + escaped(page.description) + "</desc>\n";
         Svg::fill({0, 0, page.width, page.height}, {1, 1, 1});
@@ -81,17 +66,22 @@ public:
         m_text += "<rect" + rectangle(box) + paint("fill", colour) + "/>\n";
     }
 
+    // A dot is a line without length. Those of one path do not add up where they meet, so there are several.
     void discs(std::span<const Point> centres, double radius, const Colour& colour) override
     {
-        m_text += "<g" + paint("fill", colour) + ">\n";
-        for (const Point& centre : centres)
-            m_text += circle(centre, radius) + "/>\n";
-        m_text += "</g>\n";
+        const size_t paths = std::min<size_t>(centres.size(), 4);
+        for (size_t path = 0; path < paths; ++path) {
+            m_text += "<path d=\"";
+            for (size_t i = path; i < centres.size(); i += paths)
+                m_text += "M" + tenth(centres[i].x) + " " + tenth(centres[i].y) + "h0";
+            m_text += "\"" + strokeOf({colour, 2 * radius}) + " stroke-linecap=\"round\"/>\n";
+        }
     }
 
     void ring(const Point& centre, double radius, const Pen& pen) override
     {
-        m_text += circle(centre, radius) + strokeOf(pen) + "/>\n";
+        m_text += "<circle" + attribute("cx", centre.x) + attribute("cy", centre.y) + attribute("r", radius) +
+                  strokeOf(pen) + "/>\n";
     }
 
     void text(const Point& place, const std::string& text, const Lettering& lettering) override
@@ -124,11 +114,6 @@ private:
                attribute("height", box.bottom - box.top);
     }
 
-    static std::string circle(const Point& centre, double radius)
-    {
-        return "<circle" + attribute("cx", centre.x) + attribute("cy", centre.y) + attribute("r", radius);
-    }
-
     std::string m_text;
 };
 
@@ -136,7 +121,12 @@ private:
 
 std::unique_ptr<Canvas> svgCanvas(const Page& page)
 {
-    return std::make_unique<Svg>(page);
+    return std::make_unique<Svg>(page, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+}
+
+std::unique_ptr<Canvas> inlineSvgCanvas(const Page& page)
+{
+    return std::make_unique<Svg>(page, "");
 }
 
 } // namespace tool
