@@ -1,7 +1,6 @@
 // vx63 measure constellation: the points of a signal that is locked, and their modulation error ratio.
 #include "plot/constellation.h"
 #include "commands.h"
-#include "common/exchange.h"
 #include "common/failure.h"
 #include "common/interrupt.h"
 #include "common/json.h"
@@ -11,13 +10,12 @@
 #include "common/text.h"
 #include "measure/channel_options.h"
 #include "measure/modulation_error.h"
+#include "measure/point_collection.h"
 #include "measure/single_measurement.h"
 #include "plot/picture.h"
 #include "plot/text.h"
 
-#include <algorithm>
 #include <chrono>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,7 +24,6 @@ namespace tool {
 
 namespace {
 
-constexpr uint16_t kMaxRead = 624; // points that one message has room for
 constexpr int kMaxEmptyReads = 50; // in a row, before the signal counts as lost
 constexpr std::chrono::milliseconds kPollTime{100};
 
@@ -44,25 +41,18 @@ struct Constellation {
 // All points, or those that there were before the lock was lost or an interruption.
 Constellation readPoints(const Options& options, const SingleMeasurement& measurement, Progress& progress)
 {
-    const uint8_t dispType = options.ucDispType;
-    Running collection(
-        "the collection of points", [&] { return vx63_startConstaMeas(dispType, options.points); },
-        [dispType] { return vx63_stopConstaMeas(dispType); });
-    const auto record = std::make_unique<SingleMeasResult>();
+    PointCollection collection(options.ucDispType, options.points);
     std::vector<ConstaPoint> points;
     int empty = 0;
     while (points.size() < options.points && empty < kMaxEmptyReads && interruption() == 0) {
         progress.show(format("Reading points: %zu of %u", points.size(), options.points));
-        const auto count = static_cast<uint16_t>(std::min<size_t>(kMaxRead, options.points - points.size()));
-        require("cannot read the constellation",
-                [&] { return vx63_getSingleMeasResult(count, record.get()); });
-        const size_t came = std::min(record->CONS_NUM, count);
-        points.insert(points.end(), record->points, record->points + came);
-        empty = came == 0 ? empty + 1 : 0;
-        if (came == 0)
+        const auto came = collection.read(options.points - points.size());
+        points.insert(points.end(), came.begin(), came.end());
+        empty = came.empty() ? empty + 1 : 0;
+        if (came.empty())
             waitFor(kPollTime);
     }
-    Constellation constellation{measurement.readingOf(*record), std::move(points)};
+    Constellation constellation{measurement.readingOf(collection.result()), std::move(points)};
     collection.stop();
     return constellation;
 }

@@ -8,6 +8,7 @@
 #include "measure/channel_options.h"
 #include "measure/reading.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,10 +26,17 @@ public:
     Reading readLocked(Progress& progress);
 
     // The reading that this result of the running measurement makes, with what is known besides.
-    Reading readingOf(const SingleMeasResult& result) const;
+    //   merDb  the modulation error ratio, where it is known
+    Reading readingOf(const SingleMeasResult& result, std::optional<double> merDb = std::nullopt) const;
+
+    // By which readings are judged; null where there is none.
+    const Threshold* thresholdOf(const Reading& reading) const;
 
     // Throws Failure.
     void stop() { m_running.stop(); }
+
+    // It is not stopped: another start takes its place.
+    void leave() { m_running.leave(); }
 
 private:
     const ChannelOptions& m_options;
