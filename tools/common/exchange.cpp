@@ -3,8 +3,11 @@
 #include "common/served.h"
 #include "common/text.h"
 #include "libvx63.h"
+#include "lmsg.h"
 
+#include <array>
 #include <chrono>
+#include <dlfcn.h>
 
 namespace tool {
 
@@ -57,6 +60,18 @@ int32_t exchange(const std::function<int32_t()>& call)
             ++s_behind;
     }
     return result;
+}
+
+void forgetAnswers(int32_t id)
+{
+    // The library takes no answer without asking. Whatever platform it is linked with has this call.
+    static const auto receive = reinterpret_cast<decltype(&lmsg_trcvMq)>(dlsym(RTLD_DEFAULT, "lmsg_trcvMq"));
+    constexpr uint32_t kQuietMs = 300;
+    std::array<uint8_t, LMSG_SIZE_MAX> message;
+    while (receive != nullptr &&
+           receive(static_cast<uint8_t>(id), message.data(), message.size(), nullptr, kQuietMs) == LMSG_OK) {
+    }
+    s_behind = 0;
 }
 
 Failure failureOf(int32_t result, const std::string& what, const std::function<int32_t()>& again)

@@ -10,6 +10,11 @@ namespace tool {
 //   notice  shown on a terminal's stderr when the first signal arrives
 void catchInterruption(const char* notice);
 
+// From now on a second signal does nothing, since there is something to put right first: a terminal that shows
+// keys no longer. With endAtOnce() the next one ends the program at once, and so does one that came meanwhile.
+void holdSecondSignal();
+void endAtOnce();
+
 // The notice of the commands that measure.
 inline constexpr const char* kStoppingNotice =
     "\nvx63: stopping the measurement; Ctrl-C again ends at once\n";
@@ -17,8 +22,8 @@ inline constexpr const char* kStoppingNotice =
 // The signal that arrived, or 0.
 int interruption();
 
-// Waits for the time, a signal, or input on the descriptor (-1: none), whichever comes first. Throws
+// Waits for the time, a signal, or input on one of the descriptors (-1: none), whichever comes first. Throws
 // BrokenPipe when the reader of standard output goes away.
-void waitFor(std::chrono::milliseconds time, int fd = -1);
+void waitFor(std::chrono::milliseconds time, int fd = -1, int other = -1);
 
 } // namespace tool

@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <mutex>
 #include <poll.h>
 #include <string>
 #include <unistd.h>
@@ -17,6 +18,15 @@
 namespace tool {
 
 namespace {
+
+std::mutex s_asideMutex;
+std::function<void(const std::string&)> s_aside; // empty: to stderr
+
+bool isAside()
+{
+    const std::lock_guard lock(s_asideMutex);
+    return s_aside != nullptr;
+}
 
 // Writes everything or returns the error.
 int writeAll(int fd, std::string_view text)
@@ -51,8 +61,25 @@ void printError(std::string_view text)
     writeAll(STDERR_FILENO, text);
 }
 
+ErrorsAside::ErrorsAside(std::function<void(const std::string&)> take)
+{
+    const std::lock_guard lock(s_asideMutex);
+    s_aside = std::move(take);
+}
+
+ErrorsAside::~ErrorsAside()
+{
+    const std::lock_guard lock(s_asideMutex);
+    s_aside = nullptr;
+}
+
 void complain(const std::string& text)
 {
+    {
+        const std::lock_guard lock(s_asideMutex);
+        if (s_aside)
+            return s_aside(printable(text));
+    }
     printError(tinted(Tint::bad, "vx63:", STDERR_FILENO) + " " + printable(text) + "\n");
 }
 
@@ -78,7 +105,8 @@ void closeOutput()
         failOutput(errno);
 }
 
-Progress::Progress(std::string before) : m_terminal(isatty(STDERR_FILENO) == 1), m_before(std::move(before))
+Progress::Progress(std::string before)
+    : m_terminal(isatty(STDERR_FILENO) == 1 && !isAside()), m_before(std::move(before))
 {}
 
 Progress::~Progress()

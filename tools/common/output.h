@@ -2,6 +2,7 @@
 #pragma once
 
 #include <exception>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -26,8 +27,18 @@ void printError(std::string_view text);
 // Writes "vx63: TEXT" to stderr, as one line.
 void complain(const std::string& text);
 
+// While it lives, what complain() would write goes to `take`, whatever thread it comes from: there is a picture
+// on the terminal. There is one at a time.
+class ErrorsAside {
+public:
+    explicit ErrorsAside(std::function<void(const std::string&)> take);
+    ~ErrorsAside();
+    ErrorsAside(const ErrorsAside&) = delete;
+    ErrorsAside& operator=(const ErrorsAside&) = delete;
+};
+
 // A line on a terminal's stderr that tells how long work goes on; erased at the end. On anything but a
-// terminal it stays silent.
+// terminal, and while errors are kept aside, it stays silent.
 class Progress {
 public:
     // What is said of all that is shown stands before it.

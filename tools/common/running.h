@@ -26,6 +26,9 @@ public:
     // Throws Failure.
     void stop();
 
+    // It is not stopped: another start takes its place.
+    void leave() { m_running = false; }
+
 private:
     std::string m_name;
     Call m_stop;

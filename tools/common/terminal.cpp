@@ -27,14 +27,6 @@ bool isSet(const char* variable)
     return value != nullptr && *value != '\0';
 }
 
-bool showsColours(int fd)
-{
-    if (s_colours != Colours::automatic)
-        return s_colours == Colours::always;
-    const char* const terminal = std::getenv("TERM");
-    return isatty(fd) == 1 && !isSet("NO_COLOR") && isSet("TERM") && std::strcmp(terminal, "dumb") != 0;
-}
-
 Colours coloursIn(const std::string& text)
 {
     if (text == "auto")
@@ -105,6 +97,14 @@ void takeColourOption(std::vector<std::string>& words)
     s_colours = coloursIn(apart ? option[1] : option->substr(kOption.size() + 1));
     words.erase(option, option + (apart ? 2 : 1));
     takeColourOption(words); // the last one counts
+}
+
+bool showsColours(int fd)
+{
+    if (s_colours != Colours::automatic)
+        return s_colours == Colours::always;
+    const char* const terminal = std::getenv("TERM");
+    return isatty(fd) == 1 && !isSet("NO_COLOR") && isSet("TERM") && std::strcmp(terminal, "dumb") != 0;
 }
 
 std::string tinted(Tint tint, const std::string& text, int fd)

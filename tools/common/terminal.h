@@ -29,6 +29,8 @@ enum class Tint { none, good, doubtful, bad };
 // terminal, unless NO_COLOR is set, or TERM is not or is dumb), always or never. Throws WrongUsage.
 void takeColourOption(std::vector<std::string>& words);
 
+bool showsColours(int fd);
+
 // The text in the colour, where the descriptor shows colours.
 std::string tinted(Tint tint, const std::string& text, int fd);
 

@@ -6,7 +6,6 @@
 #include "common/names.h"
 #include "common/numbers.h"
 #include "common/text.h"
-#include "measure/channel_search.h"
 #include "measure/frequency.h"
 #include "measure/limits.h"
 
@@ -73,7 +72,7 @@ std::vector<Option> addPlanChanges(CommandLine& line, PlanChanges& changes, bool
     };
 }
 
-void addChannelOptions(CommandLine& line, ChannelOptions& options)
+void addChannelOptions(CommandLine& line, ChannelOptions& options, bool waitsForLock)
 {
     const Option channel = line.text(
         "--channel", options.channel, "NAME",
@@ -92,8 +91,9 @@ void addChannelOptions(CommandLine& line, ChannelOptions& options)
     line.number("--input", options.input, "0|1", "Select this RF input first [leave it]", 0, 1);
     line.number("--disp-type", options.ucDispType, "N",
                 "Number of a display type, handed on to the meter [0]", 0, UINT8_MAX);
-    line.seconds("--lock-timeout", options.lockTimeoutMs, "How long to wait for lock, in seconds [10]", 0,
-                 3600);
+    if (waitsForLock)
+        line.seconds("--lock-timeout", options.lockTimeoutMs, "How long to wait for lock, in seconds [10]", 0,
+                     3600);
 }
 
 void resolveChannel(ChannelOptions& options, std::optional<uint16_t> system)
@@ -104,9 +104,9 @@ void resolveChannel(ChannelOptions& options, std::optional<uint16_t> system)
         throw WrongUsage("say what to measure: --channel or --freq");
     if (!options.ulFreq || options.plan != nullptr) {
         const uint16_t usCondition = condition.usCondition;
-        condition =
-            findChannel(options.channel, options.plan, changes, changes.usBdSys ? changes.usBdSys : system)
-                .condition;
+        options.found =
+            findChannel(options.channel, options.plan, changes, changes.usBdSys ? changes.usBdSys : system);
+        condition = options.found->condition;
         condition.usCondition = usCondition;
     } else {
         if (options.channel.size() > sizeof condition.ucStrChan)

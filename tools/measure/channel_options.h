@@ -4,6 +4,7 @@
 #include "common/identity.h"
 #include "libvx63.h"
 #include "measure/channel_plan.h"
+#include "measure/channel_search.h"
 
 #include <cstdint>
 #include <optional>
@@ -25,12 +26,13 @@ struct ChannelOptions {
     std::optional<uint16_t> usBand;
     PlanChanges changes;
     MeasCondition condition{}; // resolveChannel() makes it of the others
+    std::optional<FoundChannel> found; // and this, where the channel is one of a plan
     uint8_t ucDispType = 0;
     int64_t lockTimeoutMs = 10000;
 };
 
-// Declares the options of a channel and --lock-timeout.
-void addChannelOptions(CommandLine& line, ChannelOptions& options);
+// Declares the options of a channel and, unless nobody waits for lock, --lock-timeout.
+void addChannelOptions(CommandLine& line, ChannelOptions& options, bool waitsForLock = true);
 
 // Declares --plan, and --lo, --system, --mod and --supply, which hold in place of it.
 Option addPlan(CommandLine& line, const Plan*& plan);

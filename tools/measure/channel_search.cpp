@@ -155,8 +155,8 @@ bool sameChannelName(std::string_view a, std::string_view b)
     return plainName(a) == plainName(b);
 }
 
-ListChannel findChannel(const std::string& name, const Plan* plan, PlanChanges changes,
-                        std::optional<uint16_t> system)
+FoundChannel findChannel(const std::string& name, const Plan* plan, PlanChanges changes,
+                         std::optional<uint16_t> system)
 {
     std::vector<Found> found;
     std::optional<Failure> unreadable; // a plan that may have the channel
@@ -185,9 +185,23 @@ ListChannel findChannel(const std::string& name, const Plan* plan, PlanChanges c
     // Again, as the command line changes it, and with a word where the file is missing.
     for (const ListChannel& channel : planChannels(*only.plan, changes))
         if (channel.group == only.channel.group)
-            return channel;
+            return {channel, only.plan, changes};
     refuse(name, "plan " + std::string(only.plan->name) + " has it in no such way",
            "check --system and --mod");
+}
+
+FoundChannel neighbourOf(const FoundChannel& channel, int steps)
+{
+    std::vector<ListChannel> ways; // the first one of each channel
+    for (ListChannel& one : planChannels(*channel.plan, channel.changes, Missing::silent))
+        if (ways.empty() || one.group != ways.back().group)
+            ways.push_back(std::move(one));
+    const auto place = std::ranges::find(ways, channel.group, &ListChannel::group) - ways.begin();
+    const auto last = static_cast<ptrdiff_t>(ways.size()) - 1;
+    if (place > last) // the plan has changed
+        return channel;
+    return {ways[static_cast<size_t>(std::clamp<ptrdiff_t>(place + steps, 0, last))], channel.plan,
+            channel.changes};
 }
 
 void refuseOtherChannel(const std::string& name, const Plan* plan, const MeasCondition& condition)

@@ -11,18 +11,6 @@ namespace tool {
 
 namespace {
 
-const Threshold* thresholdOf(const std::vector<Threshold>& thresholds, const MeasCondition& condition,
-                             const MultiMeasResult& result)
-{
-    const uint16_t system = result.lock != 0 ? result.bdSys : condition.usBdSys;
-    const uint32_t modulation = result.lock != 0 ? result.MOD : condition.usMod;
-    for (const Threshold& threshold : thresholds)
-        if ((threshold.BAND == condition.usBand || condition.usBand == 0) && threshold.SPEC == system &&
-            (threshold.MODULATION == 0 || modulation == 0 || (threshold.MODULATION & modulation) != 0))
-            return &threshold;
-    return nullptr;
-}
-
 double rateOf(uint32_t mantissa, int32_t exponent)
 {
     return mantissa / 100.0 * std::pow(10, exponent);
@@ -74,6 +62,18 @@ Verdict judged(double value, const Bounds& bounds)
     return (marginalBelow && value < *marginalBelow) || (marginalAbove && value > *marginalAbove)
                ? Verdict::marginal
                : Verdict::pass;
+}
+
+const Threshold* thresholdOf(const std::vector<Threshold>& thresholds, const MeasCondition& condition,
+                             const MultiMeasResult& result)
+{
+    const uint16_t system = result.lock != 0 ? result.bdSys : condition.usBdSys;
+    const uint32_t modulation = result.lock != 0 ? result.MOD : condition.usMod;
+    for (const Threshold& threshold : thresholds)
+        if ((threshold.BAND == condition.usBand || condition.usBand == 0) && threshold.SPEC == system &&
+            (threshold.MODULATION == 0 || modulation == 0 || (threshold.MODULATION & modulation) != 0))
+            return &threshold;
+    return nullptr;
 }
 
 std::optional<ChannelBounds> boundsOf(const std::vector<Threshold>& thresholds,

@@ -65,8 +65,12 @@ std::vector<Threshold> readThresholds();
 // The same, but none and a complaint where it is broken.
 std::vector<Threshold> readThresholdsIfAny();
 
-// By the threshold for the band, system and modulation, of the signal when it is locked; nothing where there
-// is none. Without a band (0) the first threshold of the system counts.
+// The threshold for the band, system and modulation, of the signal when it is locked; null where there is
+// none. Without a band (0) the first threshold of the system counts.
+const Threshold* thresholdOf(const std::vector<Threshold>& thresholds, const MeasCondition& condition,
+                             const MultiMeasResult& result);
+
+// By that threshold; nothing where there is none.
 std::optional<ChannelBounds> boundsOf(const std::vector<Threshold>& thresholds,
                                       const MeasCondition& condition, const MultiMeasResult& result);
 

@@ -42,15 +42,21 @@ SingleMeasurement::SingleMeasurement(const ChannelOptions& options)
           [&] { return vx63_stopSingleMeas(options.ucDispType); }))
 {}
 
-Reading SingleMeasurement::readingOf(const SingleMeasResult& result) const
+Reading SingleMeasurement::readingOf(const SingleMeasResult& result, std::optional<double> merDb) const
 {
     const MeasCondition& condition = m_options.condition;
     Reading reading{unixTimeMs(), nameOf(condition), condition, valuesOf(result), {}, {}, {}};
     MeasStatus status{};
     if (exchange([&] { return vx63_getMeasStatus(&status); }) == VX63_OK)
         setSurroundings(reading, status);
-    reading.judgement = judge(m_thresholds, condition, reading.result);
+    reading.judgement =
+        judgeBy(boundsOf(m_thresholds, condition, reading.result), condition, reading.result, merDb);
     return reading;
+}
+
+const Threshold* SingleMeasurement::thresholdOf(const Reading& reading) const
+{
+    return tool::thresholdOf(m_thresholds, reading.condition, reading.result);
 }
 
 Reading SingleMeasurement::read()

@@ -9,6 +9,7 @@
 #include "measure/reading.h"
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,10 +29,17 @@ public:
                        std::chrono::milliseconds signalTime = std::chrono::milliseconds::max());
 
     // The reading that this result of the running measurement makes, with what is known besides.
-    Reading readingOf(const SingleMeasResult& result) const;
+    //   merDb  the modulation error ratio, where it is known
+    Reading readingOf(const SingleMeasResult& result, std::optional<double> merDb = std::nullopt) const;
+
+    // By which readings are judged; null where there is none.
+    const Threshold* thresholdOf(const Reading& reading) const;
 
     // Throws Failure.
     void stop() { m_running.stop(); }
+
+    // It is not stopped: another start takes its place.
+    void leave() { m_running.leave(); }
 
 private:
     const ChannelOptions& m_options;

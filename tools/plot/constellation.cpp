@@ -56,12 +56,11 @@ void plotConstellation(const std::string& path, Caption caption, std::span<const
     savePicture(path, drawConstellation(canvasOf(path), std::move(caption), points, ideal));
 }
 
-std::string constellationText(std::span<const ConstaPoint> points, const std::optional<IdealPoints>& ideal,
-                              const TextStyle& style)
+std::vector<std::string> constellationRows(std::span<const ConstaPoint> points,
+                                           const std::optional<IdealPoints>& ideal, size_t rows, bool unicode)
 {
     // A character is about twice as high as it is wide.
-    const size_t rows = std::clamp<size_t>((style.columns - 4) / 2, 8, 24);
-    DotCanvas canvas(2 * rows, rows, style.unicode);
+    DotCanvas canvas(2 * rows, rows, unicode);
     const double width = static_cast<double>(canvas.width());
     const double height = static_cast<double>(canvas.height());
     // What stands around is left out, so that the clouds stay apart.
@@ -76,14 +75,19 @@ std::string constellationText(std::span<const ConstaPoint> points, const std::op
     if (ideal && ideal->points.size() <= kMostMarks)
         for (const auto& point : ideal->points)
             canvas.mark(column(point.real()), row(point.imag()), '+');
-    const std::vector<std::string> lines = canvas.rows();
+    return canvas.rows();
+}
 
+std::string constellationText(std::span<const ConstaPoint> points, const std::optional<IdealPoints>& ideal,
+                              const TextStyle& style)
+{
+    const size_t rows = std::clamp<size_t>((style.columns - 4) / 2, 8, 24);
     std::string dashes;
     for (size_t i = 0; i < 2 * rows; ++i)
         dashes += style.unicode ? "─" : "-";
     const char* side = style.unicode ? "│" : "|";
     std::string text = style.unicode ? "┌" + dashes + "┐\n" : "+" + dashes + "+\n";
-    for (const std::string& line : lines)
+    for (const std::string& line : constellationRows(points, ideal, rows, style.unicode))
         text += side + line + side + "\n";
     return text + (style.unicode ? "└" + dashes + "┘\n" : "+" + dashes + "+\n");
 }

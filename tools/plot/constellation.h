@@ -8,6 +8,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace tool {
 
@@ -17,6 +18,12 @@ std::string drawConstellation(CanvasMaker maker, Caption caption, std::span<cons
 void plotConstellation(const std::string& path, Caption caption, std::span<const ConstaPoint> points,
                        const std::optional<IdealPoints>& ideal);
 
+// The lines of the drawing, twice as many characters as lines wide.
+std::vector<std::string> constellationRows(std::span<const ConstaPoint> points,
+                                           const std::optional<IdealPoints>& ideal, size_t rows,
+                                           bool unicode);
+
+// The same with a frame.
 std::string constellationText(std::span<const ConstaPoint> points, const std::optional<IdealPoints>& ideal,
                               const TextStyle& style);
 
