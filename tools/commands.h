@@ -15,6 +15,7 @@ void addOptical(CommandLine& parent);
 void addDc(CommandLine& parent);
 void addMeasureAngle(CommandLine& parent);
 void addScan(CommandLine& parent);
+void addSurvey(CommandLine& parent);
 void addChannels(CommandLine& parent);
 void addAngle(CommandLine& parent);
 void addInput(CommandLine& parent);

@@ -27,6 +27,7 @@ void addCommands(CommandLine& program)
 {
     addMeasure(program);
     addScan(program);
+    addSurvey(program);
     addChannels(program);
     addAngle(program);
     addInput(program);

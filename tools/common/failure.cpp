@@ -33,7 +33,7 @@ constexpr ExitKind kExitKinds[] = {
     {kExitInternal, "internal", "internal error"},
     {kExitCreate, "no-room", "the name is taken, or there is no room for another set"},
     {kExitOutput, "no-output", "the output cannot be written"},
-    {kExitBusy, "busy", "another vx63 uses the same process id"},
+    {kExitBusy, "busy", "another vx63 uses the same process id or folder"},
     {kExitDeclined, "declined", "not confirmed"},
 };
 

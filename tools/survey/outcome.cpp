@@ -17,24 +17,6 @@ const SurveyReading* readingOf(const SurveyResults& results, const SurveyPoint& 
     return found == results.readings.end() ? nullptr : &*found;
 }
 
-ChannelOutcome outcomeOf(const SurveyChannel& channel, const SurveyReading* measured)
-{
-    ChannelOutcome outcome{&channel, measured, Verdict::none, ""};
-    if (measured == nullptr)
-        return outcome;
-    const Reading& reading = measured->reading;
-    outcome.verdict = reading.judgement.whole;
-    outcome.why = verdictReasons(reading);
-    if (!hasSignal(reading.result)) {
-        outcome.verdict = channel.expected ? Verdict::fail : Verdict::none;
-        outcome.why = reading.judgement.unrecognised ? "not recognised" : "no signal";
-    } else if (channel.expected && reading.result.lock == 0 && needsLock(reading.condition)) {
-        outcome.verdict = Verdict::fail; // without any limit as well
-        outcome.why = reading.judgement.unrecognised ? "not recognised" : "no lock";
-    }
-    return outcome;
-}
-
 ListOutcome outcomeOf(const SurveyResults& results, const SurveyPoint& point, const SurveyList& list)
 {
     ListOutcome outcome{&list, {}, {}, "", "", Verdict::none};
@@ -73,6 +55,24 @@ void count(Counts& counts, const ChannelOutcome& channel)
 }
 
 } // namespace
+
+ChannelOutcome outcomeOf(const SurveyChannel& channel, const SurveyReading* measured)
+{
+    ChannelOutcome outcome{&channel, measured, Verdict::none, ""};
+    if (measured == nullptr)
+        return outcome;
+    const Reading& reading = measured->reading;
+    outcome.verdict = reading.judgement.whole;
+    outcome.why = verdictReasons(reading);
+    if (!hasSignal(reading.result)) {
+        outcome.verdict = channel.expected ? Verdict::fail : Verdict::none;
+        outcome.why = reading.judgement.unrecognised ? "not recognised" : "no signal";
+    } else if (channel.expected && reading.result.lock == 0 && needsLock(reading.condition)) {
+        outcome.verdict = Verdict::fail; // without any limit as well
+        outcome.why = reading.judgement.unrecognised ? "not recognised" : "no lock";
+    }
+    return outcome;
+}
 
 SurveyOutcome outcomeOf(const SurveyResults& results)
 {

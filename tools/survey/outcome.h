@@ -50,6 +50,9 @@ struct SurveyOutcome {
     Verdict verdict;
 };
 
+//   reading  null: not measured
+ChannelOutcome outcomeOf(const SurveyChannel& channel, const SurveyReading* reading);
+
 // Points into the results, which must outlive it.
 SurveyOutcome outcomeOf(const SurveyResults& results);
 
