@@ -28,8 +28,8 @@ std::string textOf(const char (&field)[kWidth])
 
 class Measuring {
 public:
-    Measuring(int64_t lockTimeoutMs, ResultsFile& file, bool shows)
-        : m_lockTimeoutMs(lockTimeoutMs), m_file(file), m_shows(shows), m_thresholds(readThresholds())
+    Measuring(int64_t lockTimeoutMs, const std::vector<Threshold>& thresholds, ResultsFile& file, bool shows)
+        : m_lockTimeoutMs(lockTimeoutMs), m_thresholds(thresholds), m_file(file), m_shows(shows)
     {}
 
     // Until an interruption. Throws Failure and BrokenPipe.
@@ -77,9 +77,10 @@ private:
     }
 
     int64_t m_lockTimeoutMs;
+    const std::vector<Threshold>& m_thresholds;
     ResultsFile& m_file;
     bool m_shows;
-    std::vector<Threshold> m_thresholds;
+
     std::optional<uint32_t> m_input; // that is selected
     bool m_begun = false;
 };
@@ -101,11 +102,11 @@ SurveyMeter readMeter()
     return meter;
 }
 
-void measureAll(const SurveyPlan& plan, const std::vector<Work>& work, ResultsFile& file, bool asks,
-                bool shows)
+void measureAll(const SurveyPlan& plan, const std::vector<Work>& work,
+                const std::vector<Threshold>& thresholds, ResultsFile& file, bool asks, bool shows)
 {
     const size_t points = plan.survey.points.size();
-    Measuring measuring(plan.lockTimeoutMs, file, shows);
+    Measuring measuring(plan.lockTimeoutMs, thresholds, file, shows);
     for (const Work& one : work) {
         if (one.left.empty() || interruption() != 0)
             continue;

@@ -1,6 +1,7 @@
 // A survey at the meter.
 #pragma once
 
+#include "measure/judgement.h"
 #include "survey/plan.h"
 #include "survey/results_file.h"
 #include "survey/survey.h"
@@ -17,7 +18,7 @@ SurveyMeter readMeter();
 // ends it, or an interruption. Throws Failure and BrokenPipe.
 //   asks   before each point
 //   shows  the channels on standard output
-void measureAll(const SurveyPlan& plan, const std::vector<Work>& work, ResultsFile& file, bool asks,
-                bool shows);
+void measureAll(const SurveyPlan& plan, const std::vector<Work>& work,
+                const std::vector<Threshold>& thresholds, ResultsFile& file, bool asks, bool shows);
 
 } // namespace tool

@@ -46,17 +46,16 @@ std::string countsText(const Counts& counts)
     return text;
 }
 
-Json countsJson(Verdict verdict, const Counts& counts)
+Json verdictJson(Verdict verdict)
 {
     const char* const name = verdictName(verdict);
-    return {{"verdict", name ? Json(name) : Json()},
-            {"complete", counts.measured == counts.all},
-            {"channels", counts.all},
-            {"measured", counts.measured},
-            {"passed", counts.passed},
-            {"marginal", counts.marginal},
-            {"failed", counts.failed},
-            {"unjudged", counts.unjudged()}};
+    return name ? Json(name) : Json();
+}
+
+Json countsJson(const Counts& counts)
+{
+    return {{"channels", counts.all},      {"measured", counts.measured}, {"passed", counts.passed},
+            {"marginal", counts.marginal}, {"failed", counts.failed},     {"unjudged", counts.unjudged()}};
 }
 
 } // namespace
@@ -132,12 +131,15 @@ Json summaryJson(const SurveyOutcome& outcome, const std::string& site, const st
 {
     Json points = Json::array();
     for (const PointOutcome& point : outcome.points) {
-        Json one = {{"point", point.point->name}};
-        one.add(countsJson(point.verdict, point.counts));
+        Json one = {{"name", point.point->name}, {"verdict", verdictJson(point.verdict)}};
+        one.add(countsJson(point.counts));
         points.push(one);
     }
-    Json json = {{"site", site}, {"out", folder}};
-    json.add(countsJson(outcome.verdict, outcome.counts));
+    Json json = {{"site", site},
+                 {"out", folder},
+                 {"verdict", verdictJson(outcome.verdict)},
+                 {"complete", outcome.counts.measured == outcome.counts.all}};
+    json.add(countsJson(outcome.counts));
     json.set("points", points);
     return json;
 }

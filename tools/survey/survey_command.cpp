@@ -72,10 +72,14 @@ void conclude(const SurveyOutcome& outcome)
     const std::vector<std::string> worst = worstOf(outcome);
     const std::string hint = "look at level, cable and antenna";
     if (outcome.verdict == Verdict::fail)
-        throw Failure(kExitVerdictFail, format("%zu of %zu fail", counts.failed, counts.all), worst.front(),
-                      hint);
+        throw Failure(kExitVerdictFail,
+                      counts.failed > 0 ? format("%zu of %zu fail", counts.failed, counts.all)
+                                        : "a slope fails",
+                      worst.front(), hint);
     if (outcome.verdict == Verdict::marginal)
-        throw Failure(kExitVerdictMarginal, format("%zu of %zu are marginal", counts.marginal, counts.all),
+        throw Failure(kExitVerdictMarginal,
+                      counts.marginal > 0 ? format("%zu of %zu are marginal", counts.marginal, counts.all)
+                                          : "a slope is marginal",
                       worst.front(), hint);
     if (counts.measured < counts.all)
         throw Failure(
@@ -138,6 +142,7 @@ int runSurvey(const Options& options)
         return finish(options, folder, nullptr);
     }
     const bool asking = asks(options, work);
+    const std::vector<Threshold> thresholds = readThresholds();
     const Identity identity(options.id);
     catchInterruption(kNotice);
     MeasStatus status{};
@@ -150,7 +155,7 @@ int runSurvey(const Options& options)
         complain(format("%zu of %zu channels are measured already", all - left, all));
     std::exception_ptr ended;
     try {
-        measureAll(plan, work, file, asking, !options.json);
+        measureAll(plan, work, thresholds, file, asking, !options.json);
     } catch (const std::exception&) {
         ended = std::current_exception();
     }
@@ -162,7 +167,7 @@ int runSurvey(const Options& options)
 void addSurvey(CommandLine& program)
 {
     program.addCommand("survey", "Measure all channels at all points of a site, by a plan, and report",
-                       "vx63 survey house.toml", runSurvey, [](CommandLine& line, Options& options) {
+                       "vx63 survey house.toml --yes", runSurvey, [](CommandLine& line, Options& options) {
                            line.text("PLAN", options.plan, "FILE", "The plan, see vx63-survey(1)");
                            line.text("--out", options.out, "DIR",
                                      "Results and reports [PLAN without its ending]");
