@@ -64,14 +64,15 @@ Reading SingleMeasurement::read()
     return readingOf(readResult());
 }
 
-Reading SingleMeasurement::readLocked(Progress& progress, milliseconds signalTime)
+Reading SingleMeasurement::readLocked(Progress& progress, std::optional<milliseconds> signalTime)
 {
     const auto start = Clock::now();
     const auto deadline = start + milliseconds(needsLock(m_options.condition) ? m_options.lockTimeoutMs : 0);
     for (;;) {
         const SingleMeasResult result = readResult();
         const auto now = Clock::now();
-        const bool noSignal = (result.stat & VX63_STAT_SIGNAL) == 0 && now - start >= signalTime;
+        const bool noSignal =
+            signalTime && (result.stat & VX63_STAT_SIGNAL) == 0 && now - start >= *signalTime;
         if (result.lock != 0 || now >= deadline || noSignal)
             return readingOf(result);
         progress.show(format("Waiting for lock: %.1f s, %s dBuV",

@@ -24,9 +24,8 @@ public:
     Reading read();
 
     // The first reading with lock, or the last one before the time-out or an interruption. Throws Failure.
-    //   signalTime  in which a signal has to be there, else it is not waited for
-    Reading readLocked(Progress& progress,
-                       std::chrono::milliseconds signalTime = std::chrono::milliseconds::max());
+    //   signalTime  in which a signal has to be there, else lock is not waited for
+    Reading readLocked(Progress& progress, std::optional<std::chrono::milliseconds> signalTime = {});
 
     // The reading that this result of the running measurement makes, with what is known besides.
     //   merDb  the modulation error ratio, where it is known

@@ -29,7 +29,7 @@ void measureValues(const SurveyTask& task, const ChannelOptions& options, Survey
 {
     SingleMeasurement measurement(options);
     one.reading =
-        measurement.readLocked(progress, task.channel->expected ? milliseconds::max() : kSignalTime);
+        measurement.readLocked(progress, task.channel->expected ? std::nullopt : std::optional(kSignalTime));
     if (one.reading.result.lock != 0 && needsLock(options.condition) && interruption() == 0) {
         Constellation constellation = readPoints(measurement, options.ucDispType, kPoints, progress);
         one.reading = constellation.reading;
