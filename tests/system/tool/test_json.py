@@ -119,6 +119,7 @@ NOWHERE = "--freq 600000 --lock-timeout 0"
 SATELLITE = "--freq 11727480 --lo 10678000 --system satellite --supply 2"
 CABLE = "--freq 231000 --system catv --input 1"
 LIST = """echo '[{"channel":"A","frequency_khz":557143,"band":1},{"frequency_khz":80200,"system":10}]' > "$DIR/l" """
+HOUSE = """printf 'site = "House"\\nlist = [{ plan = "uhf", channels = "21" }]\\npoint = [{ name = "outlet" }]\\n' > "$DIR/h.toml" """
 FAR = {"measuring": None, "input": None, "measurement_status_code": None}
 
 # What is printed, by which command, after what, with which fault; and what one object of the answer tells.
@@ -135,6 +136,7 @@ CASES = [
     ("reading", CHANNEL, f"echo x > {ROOT}/meas_set/measrement_setting_file_thrd.csv", "", {"verdict": None}),
     ("reading", "measure multi --plan uhf", "true", "", {"channel": "30", "verdict": "fail"}),
     ("reading", 'measure multi --conditions "$DIR/l"', LIST, "", {"channel": "2", "system": "level"}),
+    ("survey", 'survey "$DIR/h.toml"', HOUSE, "", {"verdict": "pass", "complete": True, "passed": 1}),
     ("reading", "scan --plan lte", "true", "", {"signal": False, "verdict": None}),
     ("reading", "measure single --channel BS-1", "true", "", {"channel": "BS-1", "lo_khz": 10678000}),
     ("plan", "channels", "true", "", {"plan": "uhf", "channels": 40}),
@@ -207,7 +209,7 @@ CASES = [
 
 
 def words_of(line):
-    return next(words for words in LEAVES if line.split()[:len(words)] == words)
+    return max((words for words in LEAVES if line.split()[:len(words)] == words), key=len)
 
 
 @pytest.mark.parametrize("name, line, before, fault, told", CASES, ids=[f"{i}-{case[1]}" for i, case in enumerate(CASES)])

@@ -14,11 +14,11 @@ DEVICE_LEAVES = [["info"], ["doctor"], ["keys"], ["failure", "show"], ["failure"
                  *(["power", word] for word in ["reboot", "shutdown", "standby", "wakeup", "state"]), ["update"],
                  ["factory-reset"], ["developer-mode"], ["calibrate"], ["battery"], ["buzzer"], ["volume"],
                  ["brightness"]]
-COMMANDS = ["measure", "scan", "channels", "angle", "input", "power-supply", "status", *DEVICE_COMMANDS, "log", "settings",
-            "sets"]
+COMMANDS = ["measure", "scan", "survey", "channels", "angle", "input", "power-supply", "status", *DEVICE_COMMANDS, "log",
+            "settings", "sets"]
 GROUPS = [["measure"], ["angle"], ["failure"], ["power"], ["settings"], ["sets"]]
 LEAVES = [["measure", "single"], ["measure", "constellation"], ["measure", "delay-profile"], ["measure", "multi"],
-          ["measure", "optical"], ["measure", "dc"], ["measure", "angle"], ["scan"], ["channels"], ["angle", "calibrate"],
+          ["measure", "optical"], ["measure", "dc"], ["measure", "angle"], ["scan"], ["survey"], ["channels"], ["angle", "calibrate"],
           ["input"], ["power-supply"], ["status"], *DEVICE_LEAVES, ["log"],
           *[["settings", name] for name in ("list", "show", "describe", "get", "set", "diff", "reset", "export",
                                              "import", "check")],
@@ -113,6 +113,8 @@ def options_of(*words):
     (["scan", "--plan", "uhf", "--supply", "5"], "--supply: '5' is not a whole number from 0 to 4"),
     (["scan", "--plan", "uhf", "--system", "moon"], "--system: 'moon' is none of terrestrial,"),
     (["scan", "--plan", "uhf", "--mod", "am"], "--mod: 'am' is none of OFDM,"),
+    (["survey"], "PLAN is required"),
+    (["survey", "house.toml", "--point"], "--point"),
     (["measure", "optical"], "--wavelength is required"),
     (["measure", "optical", "--wavelength", "0"], "--wavelength: '0' is not a whole number"),
     (["measure", "optical", "--wavelength", "799"], "--wavelength: '799' is not a whole number from 800 to 1700"),
