@@ -36,12 +36,14 @@ LONG = re.compile(r"--follow|--watch|--count")
 ASKS = re.compile(r"^vx63 (power (reboot|shutdown)|update) ?(?!.*--yes)")
 # What has to be there before, by what the example holds.
 BEFORE = {
+    r"vx63 survey .*house\.toml": f"cp '{SOURCE}/examples/survey.toml' house.toml",
     r"^vx63 sets (show TOKYO|delete TOKYO|copy user_set/TOKYO)": "vx63 sets create TOKYO --from ch_set/uhf",
     r"settings import backup": "vx63 settings export backup",
     r"settings check \| grep broken": "sed -i '3s/.*/2,2,2,2,loud/' "
                                      "/usr/local/bin/sys_set/system_setting_file_volume.csv",
 }
 EXIT_CODES = {  # where it is not 0
+    'vx63 survey house.toml --point "cable outlet"': 13,
     "vx63-vmeter run --fault meas/0x104:1=silence -- vx63 measure single --freq 557143": 11,
 }
 
