@@ -1,7 +1,9 @@
 #include "survey/ask.h"
 
+#include "cli/columns.h"
 #include "common/interrupt.h"
 #include "common/output.h"
+#include "common/terminal.h"
 #include "common/text.h"
 
 #include <chrono>
@@ -37,7 +39,11 @@ Answer askFor(const std::string& place)
 {
     tcflush(STDIN_FILENO, TCIFLUSH);
     for (;;) {
-        printError(printable(place) + ": connect the meter, then Enter; s skips it, q ends ");
+        const std::string question = printable(place) + ": connect the meter, then Enter; s skips it, q ends";
+        std::string shown;
+        for (const std::string& line : wrapped(question, cli::columnsOf(STDERR_FILENO).value_or(80) - 1))
+            shown += (shown.empty() ? "" : "\n") + line;
+        printError(shown + " ");
         const auto line = readLine();
         if (!line || *line == "q")
             return Answer::end;

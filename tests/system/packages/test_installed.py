@@ -62,6 +62,7 @@ def test_tools(tmp_path):
     assert [name for name in installed if not name.startswith("share/man/man1/vx63") and name not in schemas] == [
         "bin/vx63",
         "share/bash-completion/completions/vx63",
+        "share/doc/vx63-tools/examples/survey.toml",
         "share/doc/vx63-tools/json.md",
         "share/fish/vendor_completions.d/vx63.fish",
         "share/zsh/vendor-completions/_vx63",
