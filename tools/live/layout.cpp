@@ -312,7 +312,7 @@ private:
     {
         const auto& last = m_state.last;
         if (!last || last->points.empty())
-            return m_grid.textBefore(area.column + area.columns, area.row, "no constellation", Look::faint),
+            return m_grid.textBefore(area.column + area.columns, area.row, "no points", Look::faint),
                    void();
         size_t row = area.row;
         for (const std::string& line :
