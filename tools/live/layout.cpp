@@ -312,8 +312,7 @@ private:
     {
         const auto& last = m_state.last;
         if (!last || last->points.empty())
-            return m_grid.textBefore(area.column + area.columns, area.row, "no points", Look::faint),
-                   void();
+            return m_grid.textBefore(area.column + area.columns, area.row, "no points", Look::faint), void();
         size_t row = area.row;
         for (const std::string& line :
              constellationRows(last->points, last->ideal, area.rows, m_view.unicode))

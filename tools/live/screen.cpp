@@ -51,6 +51,7 @@ bool Screen::isPossible()
     const char* const name = getenv("TERM");
     if (name == nullptr || std::string_view(name).empty() || std::string_view(name) == "dumb")
         return false;
+    std::setlocale(LC_CTYPE, ""); // for the characters alone: numbers keep their point
     int found = 0;
     return curses().setupterm(name, STDOUT_FILENO, &found) == OK;
 }
@@ -58,7 +59,6 @@ bool Screen::isPossible()
 Screen::Screen()
 {
     const Curses& call = curses();
-    std::setlocale(LC_CTYPE, ""); // for the characters alone: numbers keep their point
     m_terminal = call.newterm(nullptr, stdout, stdin);
     if (m_terminal == nullptr)
         throw Failure(kExitInternal, "cannot draw on the terminal", "it does not tell how",

@@ -14,8 +14,8 @@ enum Key : int { kKeyUp = 0x1000, kKeyDown, kKeyEnter, kKeyEscape, kKeyBackspace
 
 class Screen {
 public:
-    // Whether there is a terminal, for keys too, and it is known how to draw on it. Throws Failure when the
-    // library that draws is missing.
+    // Whether there is a terminal, for keys too, and it is known how to draw on it. To be called before there
+    // are threads, since it sets the locale. Throws Failure when the library that draws is missing.
     static bool isPossible();
 
     Screen();

@@ -147,7 +147,8 @@ void awaitEnd(Worker& worker)
     const auto begin = Clock::now();
     bool told = false;
     while (!worker.hasEnded()) {
-        waitFor(kPatience, worker.news());
+        pollfd news{worker.news(), POLLIN, 0}; // a signal or a terminal that is gone changes nothing now
+        poll(&news, 1, kPatience.count());
         worker.seen();
         if (!told && Clock::now() - begin > kPatience) {
             printError(kStoppingNotice);
