@@ -14,6 +14,7 @@ void addMulti(CommandLine& parent);
 void addOptical(CommandLine& parent);
 void addDc(CommandLine& parent);
 void addMeasureAngle(CommandLine& parent);
+void addLive(CommandLine& parent);
 void addScan(CommandLine& parent);
 void addSurvey(CommandLine& parent);
 void addChannels(CommandLine& parent);

@@ -26,6 +26,7 @@ Example: vx63 measure single --freq 557143)";
 void addCommands(CommandLine& program)
 {
     addMeasure(program);
+    addLive(program);
     addScan(program);
     addSurvey(program);
     addChannels(program);

@@ -14,8 +14,8 @@ namespace tool {
 // any service before the first call of all, none is ever made. Returns the result.
 int32_t exchange(const std::function<int32_t()>& call);
 
-// Takes answers to earlier, abandoned calls out of the queue of the process id, until none has come for a while:
-// after a service was silent, each request that lay before it has one.
+// Takes answers to earlier, abandoned calls out of the queue of the process id, until none has come for a
+// while: after a service was silent, each request that lay before it has one.
 void forgetAnswers(int32_t id);
 
 // The last call, if it came back with VX63_ERR_COMM.

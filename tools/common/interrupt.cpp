@@ -22,7 +22,6 @@ int s_wakeUp = -1; // becomes readable, and stays so, with the first signal
 const char* s_notice = nullptr;
 std::atomic<bool> s_held = false;
 std::atomic<int> s_second = 0; // the signal that came while it was held
-constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
 void onSignal(int signal)
 {
@@ -34,7 +33,9 @@ void onSignal(int signal)
         if (s_notice)
             static_cast<void>(!write(STDERR_FILENO, s_notice, std::strlen(s_notice)));
     } else if (s_held) {
-        s_second = signal;
+        // That the terminal went away is often told twice: by the kernel, and by who started the program.
+        if (signal != SIGHUP)
+            s_second = signal;
     } else {
         std::signal(signal, SIG_DFL);
         std::raise(signal); // delivered when this handler returns
@@ -49,7 +50,7 @@ void catchInterruption(const char* notice)
     s_notice = isatty(STDERR_FILENO) == 1 ? notice : nullptr;
     if (s_wakeUp < 0)
         s_wakeUp = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    for (const int signal : kSignals) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         struct sigaction old {};
         sigaction(signal, nullptr, &old);
         if (old.sa_handler == SIG_IGN)
@@ -67,7 +68,7 @@ void holdSecondSignal()
 
 void endAtOnce()
 {
-    for (const int signal : kSignals) {
+    for (const int signal : {SIGINT, SIGTERM}) {
         struct sigaction old {};
         sigaction(signal, nullptr, &old);
         if (old.sa_handler == onSignal)

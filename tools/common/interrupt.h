@@ -10,8 +10,9 @@ namespace tool {
 //   notice  shown on a terminal's stderr when the first signal arrives
 void catchInterruption(const char* notice);
 
-// From now on a second signal does nothing, since there is something to put right first: a terminal that shows
-// keys no longer. With endAtOnce() the next one ends the program at once, and so does one that came meanwhile.
+// From now on a second signal does nothing, since there is something to put right first: a terminal that
+// shows keys no longer. With endAtOnce() the next one but SIGHUP ends the program at once, and so does one
+// that came meanwhile.
 void holdSecondSignal();
 void endAtOnce();
 

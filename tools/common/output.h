@@ -27,8 +27,8 @@ void printError(std::string_view text);
 // Writes "vx63: TEXT" to stderr, as one line.
 void complain(const std::string& text);
 
-// While it lives, what complain() would write goes to `take`, whatever thread it comes from: there is a picture
-// on the terminal. There is one at a time.
+// While it lives, what complain() would write goes to `take`, whatever thread it comes from: there is a
+// picture on the terminal. There is one at a time.
 class ErrorsAside {
 public:
     explicit ErrorsAside(std::function<void(const std::string&)> take);

@@ -25,7 +25,7 @@ struct ChannelOptions {
     std::optional<uint32_t> ulFreq;
     std::optional<uint16_t> usBand;
     PlanChanges changes;
-    MeasCondition condition{}; // resolveChannel() makes it of the others
+    MeasCondition condition{};         // resolveChannel() makes it of the others
     std::optional<FoundChannel> found; // and this, where the channel is one of a plan
     uint8_t ucDispType = 0;
     int64_t lockTimeoutMs = 10000;

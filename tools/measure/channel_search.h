@@ -27,8 +27,8 @@ struct FoundChannel : ListChannel {
 FoundChannel findChannel(const std::string& name, const Plan* plan, PlanChanges changes,
                          std::optional<uint16_t> system);
 
-// So many channels behind the one that was found, or before it where `steps` is negative, as far as the plan goes.
-// Throws Failure.
+// So many channels behind the one that was found, or before it where `steps` is negative, as far as the plan
+// goes. Throws Failure.
 FoundChannel neighbourOf(const FoundChannel& channel, int steps);
 
 // Throws Failure where the plan, or those of all plans, have a channel of the name, but none within 500 kHz

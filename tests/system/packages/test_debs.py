@@ -108,7 +108,7 @@ def test_dependencies(debs):
     assert {name: needs(debs[name]) for name in PACKAGES} == {
         "libvx63-1": {"libc6"},
         "libvx63-dev": {"libvx63-1"},
-        "vx63-tools": {"libvx63-1", "libc6", "libcairo2"},
+        "vx63-tools": {"libvx63-1", "libc6", "libcairo2", "libncursesw6"},
         "vx63-vmeter": {"bubblewrap", "libc6"},
         "python3-vx63": {"python3", "libvx63-1"},
     }

@@ -31,7 +31,7 @@ NOT_RUN = {  # what such a command begins with, and why it is not run here
     "LSYS_DEBUG=1 some-application": "needs an application that comes upon these files",
 }
 # They go on until they are interrupted, or for minutes.
-LONG = re.compile(r"--follow|--watch|--count")
+LONG = re.compile(r"--follow|--watch|--count|vx63 live")
 # They ask, and are told yes.
 ASKS = re.compile(r"^vx63 (power (reboot|shutdown)|update) ?(?!.*--yes)")
 # What has to be there before, by what the example holds.

@@ -134,6 +134,8 @@ CASES = [
     ("reading", f"{CHANNEL} --system level", "true", "", {"system": "level", "locked": False}),
     ("reading", CHANNEL, "true", "meas/meas-status=ret,2", {"input": None, "power_supply": None}),
     ("reading", CHANNEL, f"echo x > {ROOT}/meas_set/measrement_setting_file_thrd.csv", "", {"verdict": None}),
+    ("reading", "live --freq 557143 --count 2 --interval 0", "true", "", {"channel": None}),
+    ("reading", "live --channel 27 --count 20 --interval 0", "true", "", {"channel": "27", "locked": True}),
     ("reading", "measure multi --plan uhf", "true", "", {"channel": "30", "verdict": "fail"}),
     ("reading", 'measure multi --conditions "$DIR/l"', LIST, "", {"channel": "2", "system": "level"}),
     ("survey", 'survey "$DIR/h.toml"', HOUSE, "", {"verdict": "pass", "complete": True, "passed": 1}),

@@ -14,11 +14,12 @@ DEVICE_LEAVES = [["info"], ["doctor"], ["keys"], ["failure", "show"], ["failure"
                  *(["power", word] for word in ["reboot", "shutdown", "standby", "wakeup", "state"]), ["update"],
                  ["factory-reset"], ["developer-mode"], ["calibrate"], ["battery"], ["buzzer"], ["volume"],
                  ["brightness"]]
-COMMANDS = ["measure", "scan", "survey", "channels", "angle", "input", "power-supply", "status", *DEVICE_COMMANDS, "log",
-            "settings", "sets"]
+COMMANDS = ["measure", "live", "scan", "survey", "channels", "angle", "input", "power-supply", "status", *DEVICE_COMMANDS,
+            "log", "settings", "sets"]
 GROUPS = [["measure"], ["angle"], ["failure"], ["power"], ["settings"], ["sets"]]
 LEAVES = [["measure", "single"], ["measure", "constellation"], ["measure", "delay-profile"], ["measure", "multi"],
-          ["measure", "optical"], ["measure", "dc"], ["measure", "angle"], ["scan"], ["survey"], ["channels"], ["angle", "calibrate"],
+          ["measure", "optical"], ["measure", "dc"], ["measure", "angle"], ["live"], ["scan"], ["survey"], ["channels"],
+          ["angle", "calibrate"],
           ["input"], ["power-supply"], ["status"], *DEVICE_LEAVES, ["log"],
           *[["settings", name] for name in ("list", "show", "describe", "get", "set", "diff", "reset", "export",
                                              "import", "check")],
@@ -105,6 +106,10 @@ def options_of(*words):
     (["channels", "bs", "cs"], "cs"),
     (["channels", "--json", "--csv"], "excludes"),
     (["measure", "multi", "--plan", "vhf"], "--plan: 'vhf' is none of uhf, bs, cs, bs-cs, catv,"),
+    (["live"], "say what to measure: --channel or --freq"),
+    (["live", "--freq", "557143", "--interval", "-1"], "--interval: '-1' is not"),
+    (["live", "--freq", "557143", "--count", "0"], "--count: '0' is not"),
+    (["live", "--freq", "557143", "--lock-timeout", "1"], "'--lock-timeout' is no option"),
     (["scan"], "--plan is required"),
     (["scan", "--color", "pink"], "--color: 'pink' is none of auto, always, never"),
     (["scan", "--color"], "--color: auto, always or never is missing"),
