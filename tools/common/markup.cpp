@@ -22,32 +22,32 @@ size_t noncharacterLength(std::string_view text)
 
 } // namespace
 
-std::string escaped(std::string_view text)
+std::string characters(std::string_view text)
 {
     std::string result;
     const std::string safe = printable(text);
-    for (size_t i = 0; i < safe.size(); ++i) {
-        switch (safe[i]) {
-        case '&':
+    for (size_t i = 0; i < safe.size();) {
+        const size_t length = noncharacterLength(std::string_view(safe).substr(i));
+        result += length > 0 ? "\uFFFD" : safe.substr(i, 1);
+        i += std::max<size_t>(length, 1);
+    }
+    return result;
+}
+
+std::string escaped(std::string_view text)
+{
+    std::string result;
+    for (const char c : characters(text)) {
+        if (c == '&')
             result += "&amp;";
-            break;
-        case '<':
+        else if (c == '<')
             result += "&lt;";
-            break;
-        case '>':
+        else if (c == '>')
             result += "&gt;";
-            break;
-        case '"':
+        else if (c == '"')
             result += "&quot;";
-            break;
-        default:
-            if (const size_t length = noncharacterLength(std::string_view(safe).substr(i))) {
-                result += "\uFFFD";
-                i += length - 1;
-            } else {
-                result += safe[i];
-            }
-        }
+        else
+            result += c;
     }
     return result;
 }

@@ -8,8 +8,10 @@
 
 namespace tool {
 
-// The text as the content of an element or the value of an attribute: as of printable(), and no code points
-// that XML or HTML refuse.
+// As of printable(), without code points that XML or HTML refuse.
+std::string characters(std::string_view text);
+
+// The same as the content of an element or the value of an attribute.
 std::string escaped(std::string_view text);
 
 // Elements and escaped text.

@@ -15,16 +15,20 @@ constexpr double kStep = 10;
 constexpr double kRowStep = 5; // on a terminal
 constexpr double kNameSize = 10.5;
 constexpr double kNameHeight = 12;
+constexpr double kMarkSize = 13;
+constexpr double kMarkWidth = 12; // a bar and its gap
 constexpr double kMostBar = 60;
-constexpr double kNameRoom = 5;    // dB above the highest bar
+constexpr double kNameRoom = 5;    // dB above the highest bar, for a name or a mark
 constexpr double kMostLevel = 150; // what a meter in disorder tells may be a million times as much
 
 struct Kind {
     const char* name;
     Colour colour;
+    const char* mark; // above a bar, for who does not see the colour
 };
-constexpr Kind kKinds[] = {{"pass", kGreen},  {"marginal", kYellow},       {"fail", kOrange},
-                           {"signal", kBlue}, {"not recognised", kViolet}, {"no signal", kGrey}};
+constexpr Kind kKinds[] = {
+    {"pass", kGreen, ""},  {"marginal", kYellow, "!"},       {"fail", kOrange, "\u00D7"},
+    {"signal", kBlue, ""}, {"not recognised", kViolet, "?"}, {"no signal", kGrey, ""}};
 
 const Kind& kindOf(LevelKind kind)
 {
@@ -139,16 +143,20 @@ std::string drawByName(CanvasMaker maker, const Caption& caption, const std::vec
     const bool upwards = widest + 5 > slot;
     const auto stride = static_cast<size_t>(upwards ? roundStep(std::max(1.0, kNameHeight / slot)) : 1);
     Picture picture(maker, width, 360, caption, {"Channel", 0, static_cast<double>(bars.size()), 0},
-                    {"Level (dB\u00B5V)", 0, highest(bars, 1), kStep}, upwards ? widest : kNameHeight);
+                    {"Level (dB\u00B5V)", 0, highest(bars, kNameRoom), kStep},
+                    upwards ? widest : kNameHeight);
     const double gap = slot > 4 ? std::max(slot * 0.2, slot - kMostBar) : 0;
     const double bottom = picture.area().bottom;
     for (size_t i = 0; i < bars.size(); ++i) {
         const double left = picture.x(static_cast<double>(i));
-        picture.canvas().fill({left + gap / 2, topOf(picture, bars[i]), left + slot - gap / 2, bottom},
+        const double top = topOf(picture, bars[i]);
+        picture.canvas().fill({left + gap / 2, top, left + slot - gap / 2, bottom},
                               kindOf(bars[i].kind).colour);
+        const double middle = left + slot / 2;
+        if (const char* mark = kindOf(bars[i].kind).mark; *mark != '\0' && slot >= kMarkWidth)
+            picture.canvas().text({middle, top - 4}, mark, {Anchor::middle, kMarkSize, true});
         if (i % stride != 0)
             continue;
-        const double middle = left + slot / 2;
         if (upwards)
             picture.canvas().text({middle + 4, bottom + 8}, bars[i].name,
                                   {Anchor::right, kNameSize, false, true});
