@@ -15,7 +15,7 @@ constexpr ExitKind kExitKinds[] = {
     {kExitCommunication, "no-answer", "the meter's services do not answer, or not as they should"},
     {kExitArgument, "refused", "the meter refuses a value"},
     {kExitNoLock, "no-lock", "measured, but there was no lock"},
-    {kExitDiffer, "differ", "settings files differ"},
+    {kExitDiffer, "differ", "settings files differ, or a survey became worse"},
     {kExitUnhealthy, "unhealthy", "the doctor found something wrong"},
     {kExitRepeat, "repeating", "the buzzer is sounding a repeating pattern"},
     {kExitPowerSupply, "supply-fault", "the antenna power supply reports a fault"},

@@ -59,6 +59,11 @@ std::string listOf(const Word (&names)[N])
 
 } // namespace
 
+std::string nameOrCode(std::optional<std::string_view> name, uint32_t code)
+{
+    return name ? std::string(*name) : format("code 0x%X", code);
+}
+
 std::optional<std::string_view> systemName(uint16_t code)
 {
     return nameOf(vx63::settings::kSystemWords, code);

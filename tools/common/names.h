@@ -9,6 +9,9 @@
 
 namespace tool {
 
+// What a person reads for either: "code 0x1F" where there is no name.
+std::string nameOrCode(std::optional<std::string_view> name, uint32_t code);
+
 // Broadcast system: usBdSys, bdSys. Nothing for an unknown code or name; names in any case.
 std::optional<std::string_view> systemName(uint16_t code);
 std::optional<uint16_t> systemCode(std::string_view name);

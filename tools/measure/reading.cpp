@@ -24,11 +24,6 @@ bool hasGuardInterval(const MultiMeasResult& result)
     return isLocked(result) && result.MOD == VX63_MOD_OFDM;
 }
 
-std::string nameOrCode(std::optional<std::string_view> name, uint32_t code)
-{
-    return name ? std::string(*name) : format("code 0x%X", code);
-}
-
 std::string supplyText(uint32_t code)
 {
     return nameOrCode(powerSupplyName(static_cast<uint8_t>(code)), code);

@@ -15,6 +15,7 @@
 #include "survey/results.h"
 #include "survey/results_file.h"
 #include "survey/show.h"
+#include "survey/subcommands.h"
 #include "survey/work.h"
 
 #include <algorithm>
@@ -174,6 +175,8 @@ void addSurvey(CommandLine& program)
                            line.text("--point", options.points, "NAMES",
                                      "These points alone, as \"outlet 2,outlet 5\" [all]");
                            line.flag("--again", options.again, "Measure what is measured already once more");
+                           addSurveyReport(line);
+                           addSurveyCompare(line);
                            line.check([&options] {
                                if (options.plan.empty())
                                    throw WrongUsage("PLAN is required");

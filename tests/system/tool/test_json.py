@@ -9,6 +9,7 @@ import jsonschema
 import pytest
 
 from conftest import BUILD
+import test_survey_report as surveys
 from test_reasons import alone
 from test_usage import LEAVES, help_of, options_of
 from tool_support import SOURCE, VMETER, VX63, environment, isolation, meter, run  # noqa: F401 (fixtures)
@@ -120,6 +121,8 @@ SATELLITE = "--freq 11727480 --lo 10678000 --system satellite --supply 2"
 CABLE = "--freq 231000 --system catv --input 1"
 LIST = """echo '[{"channel":"A","frequency_khz":557143,"band":1},{"frequency_khz":80200,"system":10}]' > "$DIR/l" """
 HOUSE = """printf 'site = "House"\\nlist = [{ plan = "uhf", channels = "21" }]\\npoint = [{ name = "outlet" }]\\n' > "$DIR/h.toml" """
+SURVEYS = "".join(f"cat > \"$DIR/{name}\" <<'END'\n{surveys.results(lines)}END\n" for name, lines in [
+    ("good", surveys.good()), ("bad", surveys.bad()[1:])])
 FAR = {"measuring": None, "input": None, "measurement_status_code": None}
 
 # What is printed, by which command, after what, with which fault; and what one object of the answer tells.
@@ -206,6 +209,8 @@ CASES = [
     ("settings-description", "settings describe user_set/list", "true", "", {}),
     ("sets-list", "sets list", "true", "", None),
     ("sets-list", "sets list", "$VX63 sets create A --from uhf; $VX63 sets create B --from uhf", "", {"channels": 40}),
+    ("survey-compare", 'survey compare "$DIR/good" "$DIR/bad"', SURVEYS, "", {"quantity": "slope_db", "channel": None}),
+    ("survey-compare", 'survey compare "$DIR/bad" "$DIR/good" --all', SURVEYS, "", {"quantity": "ber", "worse": False}),
     ("sets-list", "sets list", f"echo x > '{ROOT}/user_set/B C.csv'", "", {"record": None, "channels": None}),
 ]
 

@@ -323,7 +323,9 @@ def test_full_disk(meter, plan, isolation):
             $VX63 survey "$DIR/house.toml"; echo "full $?"; cp "$DIR/house/results.jsonl" "$DIR/kept"'
     """)
     assert "full 74\n" in result.stdout
-    assert result.stderr == (f"vx63: cannot write to {meter.folder}/house/results.jsonl: No space left on device: "
+    assert result.stderr == (f"vx63: cannot write {meter.folder}/house/report.html: No space left on device: "
+                             "make room on the disk\n"
+                             f"vx63: cannot write to {meter.folder}/house/results.jsonl: No space left on device: "
                              "make room on the disk; the same command goes on with what is left\n")
     kept = (meter.folder / "kept").read_text().splitlines()
     assert [json.loads(line)["kind"] for line in kept] == ["survey", "reading"]

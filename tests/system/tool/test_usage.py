@@ -18,8 +18,8 @@ COMMANDS = ["measure", "live", "scan", "survey", "channels", "angle", "input", "
             "log", "settings", "sets"]
 GROUPS = [["measure"], ["angle"], ["failure"], ["power"], ["settings"], ["sets"]]
 LEAVES = [["measure", "single"], ["measure", "constellation"], ["measure", "delay-profile"], ["measure", "multi"],
-          ["measure", "optical"], ["measure", "dc"], ["measure", "angle"], ["live"], ["scan"], ["survey"], ["channels"],
-          ["angle", "calibrate"],
+          ["measure", "optical"], ["measure", "dc"], ["measure", "angle"], ["live"], ["scan"], ["survey"],
+          ["survey", "report"], ["survey", "compare"], ["channels"], ["angle", "calibrate"],
           ["input"], ["power-supply"], ["status"], *DEVICE_LEAVES, ["log"],
           *[["settings", name] for name in ("list", "show", "describe", "get", "set", "diff", "reset", "export",
                                              "import", "check")],
