@@ -54,7 +54,7 @@ try {
 
 Verdict judged(double value, const Bounds& bounds)
 {
-    const auto [failBelow, marginalBelow, marginalAbove, failAbove] = bounds;
+    const auto [failBelow, marginalBelow, marginalAbove, failAbove, ofPlan] = bounds;
     if (!failBelow && !marginalBelow && !marginalAbove && !failAbove)
         return Verdict::none;
     if ((failBelow && value < *failBelow) || (failAbove && value > *failAbove))

@@ -40,6 +40,7 @@ struct Bounds {
     std::optional<double> marginalBelow = {};
     std::optional<double> marginalAbove = {};
     std::optional<double> failAbove = {};
+    bool ofPlan = false; // of a survey; else of the thresholds
 };
 
 // None where nothing bounds.

@@ -60,8 +60,7 @@ void judge(const SurveyTask& task, const std::vector<Threshold>& thresholds, Sur
     Reading& reading = one.reading;
     auto bounds = boundsOf(thresholds, reading.condition, reading.result);
     const PlanLimits& limits = task.orders->limits;
-    one.boundsOfPlan = limits.level || limits.cnr || limits.mer || limits.ber;
-    if (one.boundsOfPlan && !bounds)
+    if (!bounds && (limits.level || limits.cnr || limits.mer || limits.ber))
         bounds.emplace();
     if (bounds) {
         bounds->level = limits.level.value_or(bounds->level);

@@ -98,8 +98,9 @@ Bounds boundsIn(const Fields& fields, const Quantity& quantity)
     const Bounds bounds = {.failBelow = edgeIn(fields, "fail_below", quantity),
                            .marginalBelow = edgeIn(fields, "marginal_below", quantity),
                            .marginalAbove = edgeIn(fields, "marginal_above", quantity),
-                           .failAbove = edgeIn(fields, "fail_above", quantity)};
-    const auto [failBelow, marginalBelow, marginalAbove, failAbove] = bounds;
+                           .failAbove = edgeIn(fields, "fail_above", quantity),
+                           .ofPlan = true};
+    const auto [failBelow, marginalBelow, marginalAbove, failAbove, ofPlan] = bounds;
     if (failBelow && marginalBelow && *marginalBelow < *failBelow)
         fields.fail("marginal_below", "is below fail_below: nothing would be marginal");
     if (failAbove && marginalAbove && *marginalAbove > *failAbove)

@@ -237,7 +237,7 @@ std::string signalText(const MultiMeasResult& result)
 class LimitTable {
 public:
     void add(const std::string& point, const std::string& list, const std::string& system,
-             const char* quantity, const Bounds& bounds, const char* from)
+             const char* quantity, const Bounds& bounds)
     {
         std::vector<std::string> edges;
         for (const auto& edge :
@@ -246,7 +246,7 @@ public:
         if (std::ranges::count(edges, kNone) == std::ssize(edges))
             return;
         m_points[{list, system}].insert(point);
-        const Key key{list, quantity, std::move(edges), from};
+        const Key key{list, quantity, std::move(edges), bounds.ofPlan ? "plan" : "meter"};
         const auto found = std::ranges::find(m_rows, key, &Row::key);
         Row& row = found != m_rows.end() ? *found : m_rows.emplace_back(Row{key, {}, {}});
         addNew(row.systems, system);
@@ -291,11 +291,9 @@ Markup limits(const SurveyOutcome& outcome)
                 const SurveyReading& one = *channel.reading;
                 for (const Quantity& quantity : kQuantities)
                     limits.add(point.point->name, list.list->name, signalText(one.reading.result),
-                               quantity.name, one.bounds.*quantity.bounds,
-                               one.boundsOfPlan ? "plan,\u00A0meter" : "meter");
+                               quantity.name, one.bounds.*quantity.bounds);
             }
-            limits.add(point.point->name, list.list->name, "all", "Slope\u00A0(dB)", list.list->slope,
-                       "plan");
+            limits.add(point.point->name, list.list->name, "all", "Slope\u00A0(dB)", list.list->slope);
         }
     const Markup rows = limits.markup();
     if (rows.empty())
@@ -310,11 +308,8 @@ Markup limits(const SurveyOutcome& outcome)
                   {"Fails above", "n"},
                   {"From"}},
                  rows) +
-           block(
-               "p",
-               "plan: the plan of the survey; meter: the thresholds in the meter; plan, meter: the plan, and "
-               "for what it has no limits the thresholds.",
-               {{"class", "soft"}});
+           block("p", "plan: the plan of the survey; meter: the thresholds in the meter.",
+                 {{"class", "soft"}});
 }
 
 // ---- a point ----

@@ -42,7 +42,8 @@ Json boundsJson(const Bounds& bounds)
     return {{kEdgeKeys[0], bounds.failBelow},
             {kEdgeKeys[1], bounds.marginalBelow},
             {kEdgeKeys[2], bounds.marginalAbove},
-            {kEdgeKeys[3], bounds.failAbove}};
+            {kEdgeKeys[3], bounds.failAbove},
+            {"of_plan", bounds.ofPlan}};
 }
 
 Json listJson(const SurveyList& list)
@@ -158,6 +159,7 @@ Bounds boundsOf(const json& edges)
     Bounds bounds;
     for (size_t i = 0; i < std::size(kEdges); ++i)
         bounds.*kEdges[i] = realOf(edges, kEdgeKeys[i]);
+    bounds.ofPlan = flagOf(edges, "of_plan");
     return bounds;
 }
 
@@ -233,12 +235,11 @@ Reading readingFrom(const json& object)
 SurveyReading surveyReadingOf(const json& object)
 {
     SurveyReading one{
-        textOf(object, "point"), textOf(object, "list"), readingFrom(object), {}, {}, {}, {}, {}, {}};
+        textOf(object, "point"), textOf(object, "list"), readingFrom(object), {}, {}, {}, {}, {}};
     one.merDb = realOf(object, "mer_db");
     const json& limits = at(object, "limits");
     for (size_t i = 0; i < std::size(kBounds); ++i)
         one.bounds.*kBounds[i] = boundsOf(at(limits, kBoundsKeys[i]));
-    one.boundsOfPlan = flagOf(object, "limits_of_plan");
     for (const json& point : arrayOf(object, "constellation")) {
         if (!point.is_array() || point.size() != 2)
             refuse("constellation", "has what is no point");
@@ -321,7 +322,6 @@ std::string readingLine(const SurveyReading& one)
                             {kBoundsKeys[1], boundsJson(one.bounds.cnr)},
                             {kBoundsKeys[2], boundsJson(one.bounds.mer)},
                             {kBoundsKeys[3], boundsJson(one.bounds.ber)}});
-    line.set("limits_of_plan", one.boundsOfPlan);
     Json points = Json::array();
     for (const ConstaPoint& point : one.constellation)
         points.push(Json::array({point.I, point.Q}));

@@ -56,7 +56,6 @@ struct SurveyReading {
     Reading reading{}; // its channel names the channel of the list; judged by the bounds
     std::optional<double> merDb;
     ChannelBounds bounds;
-    bool boundsOfPlan = false; // some of them are the plan's, else all are of the meter's thresholds
     std::vector<ConstaPoint> constellation;
     std::vector<int8_t> delayProfile; // as DlyPrfResult has it
     std::string trouble;              // why what was to be captured is not there

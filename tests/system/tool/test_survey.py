@@ -108,9 +108,9 @@ def test_a_house_with_a_bad_outlet(meter, plan):
     assert measured(meter) == CHANNELS
     assert starts(meter) == [KHZ[channel] for _, _, channel in CHANNELS]
     assert [reading["input"] for reading in readings] == [0, 0, 0, 1, 1, 1]
-    assert [reading["limits_of_plan"] for reading in readings] == [False] * 3 + [True] * 3
+    assert [reading["limits"]["level_dbuv"]["of_plan"] for reading in readings] == [False] * 3 + [True] * 3
     assert readings[3]["limits"]["level_dbuv"] == {"fail_below": 40, "marginal_below": None, "marginal_above": 73.9,
-                                                  "fail_above": 80}
+                                                  "fail_above": 80, "of_plan": True}
     assert readings[3]["limits"]["cnr_db"]["fail_below"] is None
     assert readings[0]["limits"]["cnr_db"]["fail_below"] is not None
     assert [reading["mer_db"] is not None for reading in readings] == [True] * 5 + [False]

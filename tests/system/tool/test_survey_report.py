@@ -15,8 +15,8 @@ import pytest
 from pictures import pdf_properties, pdf_texts
 from tool_support import VX63, Terminal, environment, run
 
-OPEN = {"fail_below": None, "marginal_below": None, "marginal_above": None, "fail_above": None}
-LIMITS = {"level_dbuv": OPEN | {"fail_below": 47.0, "fail_above": 77.0},
+OPEN = {"fail_below": None, "marginal_below": None, "marginal_above": None, "fail_above": None, "of_plan": False}
+LIMITS = {"level_dbuv": OPEN | {"fail_below": 47.0, "fail_above": 77.0, "of_plan": True},
           "cnr_db": OPEN | {"fail_below": 20.0, "marginal_below": 25.0}, "mer_db": OPEN | {"fail_below": 20.0},
           "ber": OPEN | {"marginal_above": 1e-6, "fail_above": 2e-4}}
 SITE = "Example Street 12"
@@ -27,7 +27,7 @@ POINTS = [[64 * (1 - 2 * (i % 2)) // 2, 48 - i % 5] for i in range(1000)]
 
 
 def survey(**changes):
-    lists = [{"list": "uhf", "input": 0, "slope_db": OPEN | {"fail_above": 12.0},
+    lists = [{"list": "uhf", "input": 0, "slope_db": OPEN | {"fail_above": 12.0, "of_plan": True},
               "channels": [{"channel": name, "frequency_khz": khz, "expected": name in EXPECTED} for name, khz in CHANNELS]}]
     return {"kind": "survey", "time": 1700000000.0, "site": SITE, "by": "A. Installer", "note": "after the new amplifier",
             "meter": {"model": "VX63", "serial": "000123456", "version": "1.02", "angle_calibration": 4},
@@ -48,7 +48,7 @@ def reading(point_, name, time, **changes):
     return {"kind": "reading", "point": point_, "list": "uhf", "time": time, "channel": name,
             "frequency_khz": dict(CHANNELS)[name], "lo_khz": 0, "input": 0, "power_supply": 0, **values,
             "asked_system_code": 0, "width_khz": 0, "mer_db": 30.2 if there else None,
-            "mer_verdict": "pass" if there else None, "limits": LIMITS, "limits_of_plan": True, "constellation": [],
+            "mer_verdict": "pass" if there else None, "limits": LIMITS, "constellation": [],
             "delay_profile": [], "trouble": None} | changes
 
 
@@ -155,10 +155,10 @@ def test_page_tells_the_whole(reported):
     assert [row[:-1] for row in rows_of(table_of(page, "Channels by point"))] == [
         ["outlet 1", "pass", "7", "3", "0", "0"], ["outlet 2", "fail", "6 of 7", "0", "1", "2"]]
     assert rows_of(table_of(page, "Limits by which the values are judged")) == [
-        ["uhf", "terrestrial OFDM, terrestrial", "Level (dBµV)", "47", "–", "–", "77", "plan, meter"],
-        ["uhf", "terrestrial OFDM, terrestrial", "C/N (dB)", "20", "25", "–", "–", "plan, meter"],
-        ["uhf", "terrestrial OFDM, terrestrial", "MER (dB)", "20", "–", "–", "–", "plan, meter"],
-        ["uhf", "terrestrial OFDM, terrestrial", "BER", "–", "–", "1e-06", "0.0002", "plan, meter"],
+        ["uhf", "terrestrial OFDM, terrestrial", "Level (dBµV)", "47", "–", "–", "77", "plan"],
+        ["uhf", "terrestrial OFDM, terrestrial", "C/N (dB)", "20", "25", "–", "–", "meter"],
+        ["uhf", "terrestrial OFDM, terrestrial", "MER (dB)", "20", "–", "–", "–", "meter"],
+        ["uhf", "terrestrial OFDM, terrestrial", "BER", "–", "–", "1e-06", "0.0002", "meter"],
         ["uhf", "all", "Slope (dB)", "–", "–", "–", "12", "plan"]]
 
 
@@ -240,7 +240,7 @@ def test_spreadsheets_read_it(reported):
     lines = list(csv.DictReader(io.StringIO((reported[0] / "readings.csv").read_text())))
     assert len(lines) == 13
     assert list(lines[0])[:4] == ["point", "list", "time", "channel"]
-    assert set(lines[0]) == set(bad()[0]) - {"kind", "asked_system_code", "width_khz", "limits", "limits_of_plan",
+    assert set(lines[0]) == set(bad()[0]) - {"kind", "asked_system_code", "width_khz", "limits",
                                             "constellation", "delay_profile", "trouble"} | {"why"}
     told = [(line["point"], line["channel"], line["level_dbuv"], line["mer_db"], line["verdict"], line["why"]) for line in lines]
     assert told[0] == ("outlet 1", "21", "62.3", "30.2", "pass", "")

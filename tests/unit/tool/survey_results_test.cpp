@@ -16,7 +16,7 @@ const std::string kSurvey =
     R"({"kind":"survey","time":1700000000.5,"site":"House","by":"A","note":"","meter":{"model":"VX63",)"
     R"("serial":"000123","version":"1.0","angle_calibration":4},"points":[{"point":"outlet 1","note":"kitchen",)"
     R"("lists":[{"list":"uhf","input":0,"slope_db":{"fail_below":null,"marginal_below":null,"marginal_above":6.0,)"
-    R"("fail_above":12.0},"channels":[{"channel":"21","frequency_khz":521143,"expected":true},)"
+    R"("fail_above":12.0,"of_plan":true},"channels":[{"channel":"21","frequency_khz":521143,"expected":true},)"
     R"({"channel":"22","frequency_khz":527143,"expected":true},)"
     R"({"channel":"23","frequency_khz":533143,"expected":false}]}]}]})"
     "\n";
@@ -24,7 +24,7 @@ const std::string kSurvey =
 Survey survey()
 {
     Survey survey{1700000000500, "House", "A", "", {"VX63", "000123", "1.0", 4}, {}};
-    SurveyList list{"uhf", 0, {.marginalAbove = 6, .failAbove = 12}, {}};
+    SurveyList list{"uhf", 0, {.marginalAbove = 6, .failAbove = 12, .ofPlan = true}, {}};
     list.channels = {{"21", 521143, {}, true}, {"22", 527143, {}, true}, {"23", 533143, {}, false}};
     survey.points = {{"outlet 1", "kitchen", {list}}};
     return survey;
@@ -96,8 +96,7 @@ TEST_F(Results, AReadingComesBackAsItWas)
     one.reading.judgement.cnr = Verdict::marginal;
     one.reading.judgement.mer = Verdict::pass;
     one.merDb = 27.25;
-    one.bounds.level = {.failBelow = 47, .failAbove = 90};
-    one.boundsOfPlan = true;
+    one.bounds.level = {.failBelow = 47, .failAbove = 90, .ofPlan = true};
     one.constellation = {{-128, 127}, {0, -1}};
     one.delayProfile.assign(VX63_DLYPRF_SAMPLES, -128);
     one.trouble = "no lock";
@@ -107,11 +106,10 @@ TEST_F(Results, AReadingComesBackAsItWas)
         R"({"kind":"reading","point":"outlet 1","list":"uhf","time":1700000001.25,"channel":"21","frequency_khz":521143,"lo_khz":0,)");
     EXPECT_NE(line.find(R"("asked_system_code":0,"width_khz":6000,"mer_db":27.25,"mer_verdict":"pass",)"
                         R"("limits":{"level_dbuv":{"fail_below":47.0,"marginal_below":null,)"
-                        R"("marginal_above":null,"fail_above":90.0},"cnr_db":{)"),
+                        R"("marginal_above":null,"fail_above":90.0,"of_plan":true},"cnr_db":{)"),
               std::string::npos);
-    EXPECT_NE(
-        line.find(R"("limits_of_plan":true,"constellation":[[-128,127],[0,-1]],"delay_profile":[-128,-128,)"),
-        std::string::npos);
+    EXPECT_NE(line.find(R"("constellation":[[-128,127],[0,-1]],"delay_profile":[-128,-128,)"),
+              std::string::npos);
     const SurveyResults results = read(kSurvey + line);
     ASSERT_EQ(results.readings.size(), 1U);
     EXPECT_EQ(readingLine(results.readings.front()), line);
