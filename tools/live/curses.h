@@ -1,53 +1,43 @@
 // The library that draws the screen, loaded when there is one to draw: every other command starts sooner.
 #pragma once
 
+#include "common/loaded.h"
+
 #define NCURSES_WIDECHAR 1
 #define NCURSES_NOMACROS 1
 #include <ncurses.h>
 
 namespace tool {
 
-class CursesCall {
-public:
-    explicit CursesCall(const char* name) : m_name(name) {}
-    template <class Pointer>
-    operator Pointer*() const
-    {
-        return reinterpret_cast<Pointer*>(address());
-    }
-
-private:
-    void* address() const;
-
-    const char* m_name;
-};
+inline constexpr LoadedLibrary kCurses{"libncursesw.so.6", "cannot draw on the terminal",
+                                       "install libncursesw6, or have lines by 'vx63 live ... | cat'"};
 
 // Its functions. What is not here cannot be called: nothing is linked with the library.
 struct Curses {
-    decltype(&::cbreak) cbreak = CursesCall("cbreak");
-    decltype(&::clearok) clearok = CursesCall("clearok");
-    decltype(&::curs_set) curs_set = CursesCall("curs_set");
-    decltype(&::delscreen) delscreen = CursesCall("delscreen");
-    decltype(&::endwin) endwin = CursesCall("endwin");
-    decltype(&::getmaxx) getmaxx = CursesCall("getmaxx");
-    decltype(&::getmaxy) getmaxy = CursesCall("getmaxy");
-    decltype(&::has_colors) has_colors = CursesCall("has_colors");
-    decltype(&::init_pair) init_pair = CursesCall("init_pair");
-    decltype(&::keypad) keypad = CursesCall("keypad");
-    decltype(&::newterm) newterm = CursesCall("newterm");
-    decltype(&::nodelay) nodelay = CursesCall("nodelay");
-    decltype(&::noecho) noecho = CursesCall("noecho");
-    decltype(&::resizeterm) resizeterm = CursesCall("resizeterm");
-    decltype(&::set_escdelay) set_escdelay = CursesCall("set_escdelay");
-    int (*setupterm)(const char*, int, int*) = CursesCall("setupterm");
-    decltype(&::start_color) start_color = CursesCall("start_color");
-    decltype(&::use_default_colors) use_default_colors = CursesCall("use_default_colors");
-    decltype(&::waddnwstr) waddnwstr = CursesCall("waddnwstr");
-    decltype(&::wattr_set) wattr_set = CursesCall("wattr_set");
-    decltype(&::wgetch) wgetch = CursesCall("wgetch");
-    decltype(&::wmove) wmove = CursesCall("wmove");
-    decltype(&::wrefresh) wrefresh = CursesCall("wrefresh");
-    WINDOW** stdscr = CursesCall("stdscr");
+    decltype(&::cbreak) cbreak = Loaded(kCurses, "cbreak");
+    decltype(&::clearok) clearok = Loaded(kCurses, "clearok");
+    decltype(&::curs_set) curs_set = Loaded(kCurses, "curs_set");
+    decltype(&::delscreen) delscreen = Loaded(kCurses, "delscreen");
+    decltype(&::endwin) endwin = Loaded(kCurses, "endwin");
+    decltype(&::getmaxx) getmaxx = Loaded(kCurses, "getmaxx");
+    decltype(&::getmaxy) getmaxy = Loaded(kCurses, "getmaxy");
+    decltype(&::has_colors) has_colors = Loaded(kCurses, "has_colors");
+    decltype(&::init_pair) init_pair = Loaded(kCurses, "init_pair");
+    decltype(&::keypad) keypad = Loaded(kCurses, "keypad");
+    decltype(&::newterm) newterm = Loaded(kCurses, "newterm");
+    decltype(&::nodelay) nodelay = Loaded(kCurses, "nodelay");
+    decltype(&::noecho) noecho = Loaded(kCurses, "noecho");
+    decltype(&::resizeterm) resizeterm = Loaded(kCurses, "resizeterm");
+    decltype(&::set_escdelay) set_escdelay = Loaded(kCurses, "set_escdelay");
+    int (*setupterm)(const char*, int, int*) = Loaded(kCurses, "setupterm");
+    decltype(&::start_color) start_color = Loaded(kCurses, "start_color");
+    decltype(&::use_default_colors) use_default_colors = Loaded(kCurses, "use_default_colors");
+    decltype(&::waddnwstr) waddnwstr = Loaded(kCurses, "waddnwstr");
+    decltype(&::wattr_set) wattr_set = Loaded(kCurses, "wattr_set");
+    decltype(&::wgetch) wgetch = Loaded(kCurses, "wgetch");
+    decltype(&::wmove) wmove = Loaded(kCurses, "wmove");
+    decltype(&::wrefresh) wrefresh = Loaded(kCurses, "wrefresh");
+    WINDOW** stdscr = Loaded(kCurses, "stdscr");
 };
 
 // Throws Failure when the library is not there.
