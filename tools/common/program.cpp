@@ -16,7 +16,8 @@ namespace tool {
 
 namespace {
 
-constexpr int kAlive = 9; // of the program: open as long as it runs
+constexpr int kNotFound = 127; // how the end of a program that was not there can look, by posix_spawn()
+constexpr int kAlive = 9;      // of the program: open as long as it runs
 
 [[noreturn]] void fail(const std::string& program, int error)
 {
@@ -124,6 +125,8 @@ std::optional<Ended> runProgram(const std::vector<std::string>& words, std::stri
     while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
     ended.exitCode = WIFSIGNALED(status) ? kExitSignal + WTERMSIG(status) : WEXITSTATUS(status);
+    if (ended.exitCode == kNotFound)
+        return std::nullopt;
     ended.output = out.contents();
     ended.errors = err.contents();
     return ended;
