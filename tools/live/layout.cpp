@@ -366,13 +366,15 @@ private:
             m_grid.textBefore(area.column + kLabels - 1, area.row + rows - 1, format("%g", low), Look::faint);
         if (!hasTime)
             return;
+        const auto ago = [&](const Sample& sample) {
+            return format("-%lld s", static_cast<long long>((m_view.nowMs - sample.timeMs) / 1000));
+        };
         if (count > 1)
-            m_grid.text(
-                area.column + kLabels + (canvas.width() - count) * (area.columns - kLabels) / canvas.width(),
-                area.row + rows,
-                format("-%lld s", static_cast<long long>((m_view.nowMs - samples[first].timeMs) / 1000)),
-                Look::faint);
-        m_grid.textBefore(area.column + area.columns, area.row + rows, " now", Look::faint);
+            m_grid.text(area.column + kLabels +
+                            (canvas.width() - count) * (area.columns - kLabels) / canvas.width(),
+                        area.row + rows, ago(samples[first]), Look::faint);
+        m_grid.textBefore(area.column + area.columns, area.row + rows,
+                          m_stale && count > 0 ? " " + ago(samples.back()) : " now", Look::faint);
     }
 
     // ---- the last lines ----

@@ -282,6 +282,19 @@ n next  p prev  c channel  i input  r reset  t tone  q quit
     EXPECT_EQ(grid.at(0, 10), (GridCell{U'S', Look::bad}));
 }
 
+TEST_F(LiveLayout, ATraceThatStandsStillDoesNotEndNow)
+{
+    measure();
+    EXPECT_EQ(shown(80, 24)[21].substr(0, 31), "      -9 s                 now ");
+    m_state.history.interrupt(kNow - 3000);
+    m_state.trouble = "cannot read the measurement: the meter sleeps";
+    m_state.troubleSinceMs = kNow - 3000;
+    EXPECT_EQ(shown(80, 24)[21].substr(0, 31), "      -9 s                 -3 s");
+    m_state.trouble.clear();
+    m_state.askedMs = kNow - 4000;
+    EXPECT_EQ(shown(80, 24)[21].substr(0, 31), "      -9 s                 -3 s");
+}
+
 TEST_F(LiveLayout, AnAnswerThatTakesLongIsMissed)
 {
     measure();
