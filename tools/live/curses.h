@@ -34,6 +34,7 @@ struct Curses {
     decltype(&::use_default_colors) use_default_colors = Loaded(kCurses, "use_default_colors");
     decltype(&::waddnwstr) waddnwstr = Loaded(kCurses, "waddnwstr");
     decltype(&::wattr_set) wattr_set = Loaded(kCurses, "wattr_set");
+    decltype(&::wclrtoeol) wclrtoeol = Loaded(kCurses, "wclrtoeol");
     decltype(&::wgetch) wgetch = Loaded(kCurses, "wgetch");
     decltype(&::wmove) wmove = Loaded(kCurses, "wmove");
     decltype(&::wrefresh) wrefresh = Loaded(kCurses, "wrefresh");

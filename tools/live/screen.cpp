@@ -4,9 +4,9 @@
 #include "common/terminal.h"
 #include "live/curses.h"
 
-#include <array>
 #include <clocale>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -82,8 +82,13 @@ Screen::Screen()
 
 Screen::~Screen()
 {
-    curses().endwin();
-    curses().delscreen(m_terminal);
+    const Curses& call = curses();
+    // Where a terminal has no other screen to go back to, the shell goes on in the last line.
+    call.wmove(*call.stdscr, call.getmaxy(*call.stdscr) - 1, 0);
+    call.wclrtoeol(*call.stdscr);
+    call.wrefresh(*call.stdscr);
+    call.endwin();
+    call.delscreen(m_terminal);
 }
 
 // The library follows a resize when it reads keys, and COLUMNS and LINES before that: the terminal knows

@@ -149,6 +149,17 @@ def test_resize(live):
     quit(terminal)
 
 
+def test_end_on_a_terminal_with_one_screen(live):
+    """The shell goes on in a line of its own."""
+    terminal = live(TERM="vt100")
+    terminal.wait_for("Verdict pass")
+    terminal.type("q")
+    assert terminal.finish() == 0
+    assert b"\x1b[?1049" not in terminal.bytes
+    assert "Verdict pass" in "".join(terminal.lines)
+    assert terminal.lines[23] == ""
+
+
 def test_colours(live):
     terminal = live(NO_COLOR="")
     terminal.wait_for("Verdict pass")
