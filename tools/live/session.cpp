@@ -31,8 +31,7 @@ bool meterAnswers()
 
 std::string troubleOf(const Failure& failure)
 {
-    const bool silent = failure.code() == kExitCommunication || failure.code() == kExitNoMeter;
-    return (silent ? "the meter does not answer" : failure.failed()) + ": " + failure.why();
+    return failure.failed() + ": " + failure.why();
 }
 
 } // namespace

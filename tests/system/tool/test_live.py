@@ -329,6 +329,12 @@ def test_a_lost_service_comes_back(live, meter):
     assert meter.requests()[-1] == STOP
 
 
+def test_an_answer_that_refuses_is_one(live):
+    terminal = live(fault="meas/single-result:2-=refuse")
+    terminal.wait_for("cannot read the measurement: the measurement service refuses the request")
+    quit(terminal)
+
+
 def test_a_fault_that_is_told(live):
     terminal = live(fault="meas/single-start:2-3=ret,2")
     terminal.wait_for("Lock yes")
