@@ -173,14 +173,44 @@ void Worker::run()
     change([this](LiveState&) { m_ended = true; });
 }
 
-void Worker::carryOut(Session& session)
+bool Worker::isStopping() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_stopping;
+}
+
+// The screen is not woken up: it looks every second.
+void Worker::ask(const std::function<void()>& calls)
+{
+    const auto since = [this](int64_t timeMs) {
+        const std::lock_guard lock(m_mutex);
+        m_state.askedMs = timeMs;
+    };
+    since(unixTimeMs());
+    try {
+        calls();
+    } catch (...) {
+        since(0);
+        throw;
+    }
+    since(0);
+}
+
+bool Worker::carryOut(Session& session)
 {
     std::vector<Order> orders;
-    change([&](LiveState&) { orders = std::exchange(m_orders, {}); });
+    {
+        const std::lock_guard lock(m_mutex);
+        orders = std::exchange(m_orders, {});
+    }
+    bool tuned = false;
     for (const Order& order : orders) {
+        if (isStopping())
+            break;
         std::string message;
         try {
-            message = order(session);
+            ask([&] { message = order(session); });
+            tuned = true;
             change([](LiveState& state) {
                 state.last.reset();
                 state.history = {};
@@ -196,6 +226,7 @@ void Worker::carryOut(Session& session)
             state.frequencyKhz = session.frequencyKhz();
         });
     }
+    return tuned;
 }
 
 void Worker::take(const LiveReading* reading, const Session& session)
@@ -203,7 +234,6 @@ void Worker::take(const LiveReading* reading, const Session& session)
     const int64_t now = unixTimeMs();
     std::string before;
     change([&](LiveState& state) {
-        state.askedMs = 0;
         if (reading != nullptr) {
             state.last = *reading;
             state.history.add(reading->reading);
@@ -238,7 +268,9 @@ void Worker::record(const LiveReading& reading)
 // Other results tell that something else sounds.
 void Worker::click()
 {
-    if (exchange([] { return vx63_buzzer(0, 0); }) != VX63_ERR_COMM)
+    int32_t result = VX63_OK;
+    ask([&] { result = exchange([] { return vx63_buzzer(0, 0); }); });
+    if (result != VX63_ERR_COMM)
         return;
     change([](LiveState& state) { state.tone = false; });
     say("tone off: the buzzer does not answer");
@@ -262,10 +294,13 @@ void Worker::measure()
     auto lastClick = Clock::now() - std::chrono::hours(1);
     std::optional<milliseconds> toClick; // from one to the next
     for (uint32_t taken = 0;;) {
-        carryOut(session);
+        if (carryOut(session))
+            nextReading = Clock::now();
+        if (isStopping())
+            break;
         if (Clock::now() >= nextReading) {
-            change([](LiveState& state) { state.askedMs = unixTimeMs(); });
-            const LiveReading* const reading = session.step();
+            const LiveReading* reading = nullptr;
+            ask([&] { reading = session.step(); });
             if (reading != nullptr)
                 record(*reading);
             take(reading, session);
@@ -286,8 +321,6 @@ void Worker::measure()
         const bool tone = m_state.tone;
         m_wakeUp.wait_until(lock, due,
                             [&] { return m_stopping || !m_orders.empty() || m_state.tone != tone; });
-        if (m_stopping)
-            break;
     }
     if (session.trouble().empty())
         session.stop();

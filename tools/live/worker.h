@@ -59,7 +59,9 @@ private:
 
     void run();
     void measure();
-    void carryOut(Session& session);
+    bool isStopping() const;
+    bool carryOut(Session& session);              // returns whether something else has been tuned
+    void ask(const std::function<void()>& calls); // and the screen knows since when
     void take(const LiveReading* reading, const Session& session);
     void record(const LiveReading& reading);
     void click();

@@ -204,6 +204,23 @@ def test_channels(live, meter):
     assert meter.requests()[-1] == STOP
 
 
+def test_another_channel_is_read_at_once(meter):
+    terminal = Screen(*meter.command(VX63, "live", "--channel", "27", "--interval", "3600"))
+    terminal.wait_for("27  557.143 MHz   terrestrial")
+    terminal.type("n")
+    terminal.wait_for("28  563.143 MHz   terrestrial")
+    quit(terminal)
+
+
+def test_keys_are_forgotten_at_the_end(live, meter):
+    terminal = live(fault="meas=late,100")
+    terminal.wait_for("MER 3")
+    terminal.type("i" * 60)
+    terminal.until(lambda lines: lines[22] in ("input 0", "input 1"))
+    quit(terminal)
+    assert sum(name == "set-input" for name, _ in meter.requests()) < 30
+
+
 def test_typed_channel(live):
     terminal = live()
     terminal.type("c")
@@ -327,6 +344,18 @@ def test_a_lost_service_comes_back(live, meter):
     terminal.wait_for("Lock yes")
     quit(terminal)
     assert meter.requests()[-1] == STOP
+
+
+@pytest.mark.parametrize("words, fault, key", [
+    ((), "meas/constellation-start:2=late,6000", "n"),  # the stop before the next channel is tuned
+    (("--tone",), "buz:1=late,6000", ""),
+])
+def test_old_values_are_told_whoever_is_waited_for(live, words, fault, key):
+    terminal = live(*words, fault=fault)
+    terminal.wait_for("MER 3" if key else "Level")
+    terminal.type(key)
+    terminal.wait_for("The meter has not answered for 2 s")
+    quit(terminal)
 
 
 def test_an_answer_that_refuses_is_one(live):
