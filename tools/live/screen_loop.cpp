@@ -9,7 +9,6 @@
 #include "live/screen.h"
 #include "live/worker.h"
 
-#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <optional>
