@@ -336,6 +336,10 @@ def test_no_place_for_the_results(meter, plan):
     result = meter.vx63("survey", path, "--out", "/proc/nothing")
     assert result.returncode == 74
     assert result.stderr.startswith("vx63: cannot make the folder /proc/nothing: ")
+    (meter.folder / "loop").symlink_to("loop")
+    result = meter.vx63("survey", path, "--out", meter.folder / "loop")
+    assert result.returncode == 74
+    assert result.stderr.startswith(f"vx63: cannot make the folder {meter.folder}/loop: ")
     bare = path.rename(meter.folder / "house")
     result = meter.vx63("survey", bare)
     assert result.returncode == 74
