@@ -265,6 +265,7 @@ def test_asked_at_a_terminal(meter, plan):
         terminal.wait_for(f"outlet 1 (1 of 2, 3 channels): {ASKED}")
         terminal.type(keys)
         assert terminal.finish() == code
+        assert f"{ASKED}\r\n" in terminal.shown or keys != "\x04"
         assert starts(meter) == []
 
 
