@@ -275,6 +275,11 @@ def test_nothing_is_asked_of_one_point(meter, plan):
     assert ASKED not in terminal.shown
 
 
+def test_a_point_whose_name_has_blanks_around_it(meter, plan):
+    path = plan(one_point('plan = "uhf"', 'channels = "21"').replace('"outlet"', '" outlet "'))
+    assert meter.vx63("survey", path, "--point", " outlet ").returncode == 0
+
+
 def test_no_terminal(meter, plan):
     path = plan()
     result = meter.vx63("survey", path)
