@@ -102,7 +102,7 @@ void makeFolder(const std::string& path)
 {
     std::error_code error;
     std::filesystem::create_directories(path, error);
-    if (!std::filesystem::is_directory(path))
+    if (std::error_code unknown; !std::filesystem::is_directory(path, unknown))
         throw Failure(kExitOutput, "cannot make the folder " + path,
                       error ? error.message() : "something else stands there", "choose another one");
 }

@@ -45,6 +45,8 @@ Answer askFor(const std::string& place)
             shown += (shown.empty() ? "" : "\n") + line;
         printError(shown + " ");
         const auto line = readLine();
+        if (!line && interruption() == 0)
+            printError("\n"); // at the end of the input nobody ended the line
         if (!line || *line == "q")
             return Answer::end;
         if (*line == "s")

@@ -69,7 +69,8 @@ ChannelOutcome outcomeOf(const SurveyChannel& channel, const SurveyReading* meas
         outcome.why = reading.judgement.unrecognised ? "not recognised" : "no signal";
     } else if (channel.expected && reading.result.lock == 0 && needsLock(reading.condition)) {
         outcome.verdict = Verdict::fail; // without any limit as well
-        outcome.why = reading.judgement.unrecognised ? "not recognised" : "no lock";
+        if (outcome.why.empty())
+            outcome.why = "no lock";
     }
     return outcome;
 }

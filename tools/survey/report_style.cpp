@@ -34,6 +34,7 @@ caption { padding: .2rem 0 .4rem; text-align: left; font-weight: bold; }
 th, td { padding: .28rem .5rem; border-bottom: 1px solid var(--line); text-align: left; vertical-align: top; }
 thead th { border-bottom: 2px solid var(--ink); vertical-align: bottom; }
 .values th, .values td { overflow-wrap: normal; white-space: nowrap; }
+.values tbody th { min-width: 5rem; overflow-wrap: anywhere; white-space: normal; }
 .values .why { min-width: 11rem; white-space: normal; }
 .facts th { width: 13rem; color: var(--soft); font-weight: normal; }
 .n { text-align: right !important; }

@@ -23,7 +23,7 @@ std::vector<bool> chosenPoints(const std::vector<SurveyPoint>& points, const std
     for (size_t from = 0; from < names.size();) {
         size_t to = names.size();
         const auto isNamed = [&](const SurveyPoint& point) {
-            return point.name == trimmed(names.substr(from, to - from));
+            return trimmed(point.name) == trimmed(names.substr(from, to - from));
         };
         auto found = std::ranges::find_if(points, isNamed);
         while (found == points.end() && to > from) {

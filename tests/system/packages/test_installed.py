@@ -64,6 +64,8 @@ def test_tools(tmp_path):
         "share/bash-completion/completions/vx63",
         "share/doc/vx63-tools/examples/survey.toml",
         "share/doc/vx63-tools/json.md",
+        "share/doc/vx63-tools/survey-reports.md",
+        "share/doc/vx63-tools/survey.md",
         "share/fish/vendor_completions.d/vx63.fish",
         "share/zsh/vendor-completions/_vx63",
     ]

@@ -265,6 +265,7 @@ def test_asked_at_a_terminal(meter, plan):
         terminal.wait_for(f"outlet 1 (1 of 2, 3 channels): {ASKED}")
         terminal.type(keys)
         assert terminal.finish() == code
+        assert f"{ASKED}\r\n" in terminal.shown or keys != "\x04"
         assert starts(meter) == []
 
 
@@ -272,6 +273,11 @@ def test_nothing_is_asked_of_one_point(meter, plan):
     terminal = Terminal(*meter.command(VX63, "survey", plan(), "--point", "outlet 1"))
     assert terminal.finish() == 13
     assert ASKED not in terminal.shown
+
+
+def test_a_point_whose_name_has_blanks_around_it(meter, plan):
+    path = plan(one_point('plan = "uhf"', 'channels = "21"').replace('"outlet"', '" outlet "'))
+    assert meter.vx63("survey", path, "--point", " outlet ").returncode == 0
 
 
 def test_no_terminal(meter, plan):
@@ -336,6 +342,10 @@ def test_no_place_for_the_results(meter, plan):
     result = meter.vx63("survey", path, "--out", "/proc/nothing")
     assert result.returncode == 74
     assert result.stderr.startswith("vx63: cannot make the folder /proc/nothing: ")
+    (meter.folder / "loop").symlink_to("loop")
+    result = meter.vx63("survey", path, "--out", meter.folder / "loop")
+    assert result.returncode == 74
+    assert result.stderr.startswith(f"vx63: cannot make the folder {meter.folder}/loop: ")
     bare = path.rename(meter.folder / "house")
     result = meter.vx63("survey", bare)
     assert result.returncode == 74

@@ -253,6 +253,14 @@ def test_spreadsheets_read_it(reported):
 HOSTILE = "<script>alert(1)</script>\"'&\u0001\ufffe\u202e地デ\\"
 
 
+def test_long_name_leaves_the_verdict_on_the_paper(tmp_path):
+    points = [point | {"point": point["point"] + "x" * 300} for point in survey()["points"]]
+    folder = write(tmp_path / "a", [], points=points)
+    report(folder)
+    heading = next(line for line in pdf_texts(folder / "report.pdf").splitlines() if line.split()[:1] == ["Point"])
+    assert heading.split() == ["Point", "Verdict", "Channels", "Passed", "Marginal", "Failed", "Page"]
+
+
 def test_texts_stay_texts(tmp_path):
     folder = write(tmp_path / "a", [], site=HOSTILE, by=HOSTILE, note=HOSTILE, points=[
         {"point": HOSTILE, "note": HOSTILE, "lists": [{"list": HOSTILE, "input": 0, "slope_db": OPEN, "channels": [

@@ -197,4 +197,14 @@ TEST(Outcome, OfAnExpectedChannelWithoutLockAndLimits)
     EXPECT_EQ(outcomeOf(results).points[0].lists[0].channels[0].why, "no lock");
 }
 
+TEST(Outcome, LockIsNotAllThatAWeakChannelLacks)
+{
+    SurveyReading one = reading("21", 521143, 400);
+    one.reading.result.lock = 0;
+    one.reading.judgement.level = Verdict::fail;
+    one.reading.judgement.whole = Verdict::fail;
+    const SurveyResults results{survey(), {one}, 0};
+    EXPECT_EQ(outcomeOf(results).points[0].lists[0].channels[0].why, "level, no lock");
+}
+
 } // namespace
