@@ -1,6 +1,7 @@
 #include "common/program.h"
 
 #include "common/failure.h"
+#include "common/interrupt.h"
 
 #include <cerrno>
 #include <csignal>
@@ -16,6 +17,7 @@ namespace tool {
 
 namespace {
 
+constexpr std::chrono::milliseconds kLook{100}; // for a signal
 constexpr int kNotFound = 127; // how the end of a program that was not there can look, by posix_spawn()
 constexpr int kAlive = 9;      // of the program: open as long as it runs
 
@@ -111,15 +113,18 @@ std::optional<Ended> runProgram(const std::vector<std::string>& words, std::stri
     if (error != 0)
         fail(words[0], error);
     Ended ended;
+    const int before = interruption();
     const auto deadline = std::chrono::steady_clock::now() + timeout;
-    for (int ready = -1; ready < 0;) {
-        const auto left =
-            std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-        pollfd wait{end.number(), POLLIN, 0};
-        ready = poll(&wait, 1, static_cast<int>(std::max<int64_t>(left.count(), 0)));
-        ended.timedOut = ready == 0;
+    for (pollfd wait{end.number(), POLLIN, 0}; poll(&wait, 1, 0) <= 0;) {
+        const auto now = std::chrono::steady_clock::now();
+        ended.timedOut = now >= deadline;
+        ended.interrupted = interruption() != before;
+        if (ended.timedOut || ended.interrupted)
+            break;
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - now);
+        poll(&wait, 1, static_cast<int>(std::min<int64_t>(left.count(), kLook.count())));
     }
-    if (ended.timedOut)
+    if (ended.timedOut || ended.interrupted)
         kill(child, SIGKILL);
     int status = 0;
     while (waitpid(child, &status, 0) < 0 && errno == EINTR) {

@@ -112,11 +112,8 @@ Failure answered(const Logged& logged, const std::string& what)
 {
     const bool mayBeAsleep = !logged.evidence || (logged.evidence->what == Evidence::failure &&
                                                   logged.service == serviceOf(PROC_ID_PMEAS));
-    if (uint32_t state = kAwake; mayBeAsleep &&
-                                 exchange([&] { return vx63_getStandbyStat(&state); }) == VX63_OK &&
-                                 (state == kMeterSleeps || state == kMeasurementSleeps))
-        return {kExitAsleep, what, state == kMeterSleeps ? "the meter sleeps" : "the measuring part sleeps",
-                "wake it up with " + wakeUpCommand(state)};
+    if (const auto sleeps = mayBeAsleep ? sleepOf(what) : std::nullopt)
+        return *sleeps;
     const std::string name = nameOf(logged.service);
     const Evidence evidence = logged.evidence.value_or(Evidence{});
     switch (evidence.what) {
@@ -150,6 +147,17 @@ Failure answered(const Logged& logged, const std::string& what)
 std::optional<Evidence> loggedEvidence(const FailedCall& call)
 {
     return lastCall(call.start).evidence;
+}
+
+std::optional<Failure> sleepOf(const std::string& what)
+{
+    uint32_t state = kAwake;
+    if (exchange([&] { return vx63_getStandbyStat(&state); }) != VX63_OK ||
+        (state != kMeterSleeps && state != kMeasurementSleeps))
+        return std::nullopt;
+    return Failure(kExitAsleep, what,
+                   state == kMeterSleeps ? "the meter sleeps" : "the measuring part sleeps",
+                   "wake it up with " + wakeUpCommand(state));
 }
 
 Failure nobodyAnswers(const std::string& what)

@@ -29,6 +29,9 @@ std::optional<Evidence> loggedEvidence(const FailedCall& call);
 Failure reasonOf(const FailedCall& call, const std::string& what,
                  const std::function<int32_t()>& again = nullptr);
 
+// Whether the meter, or its measuring part, sleeps.
+std::optional<Failure> sleepOf(const std::string& what);
+
 // Where several services were asked and none answers: no meter, or one that restarts.
 Failure nobodyAnswers(const std::string& what);
 

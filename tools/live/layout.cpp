@@ -367,7 +367,8 @@ private:
         if (!hasTime)
             return;
         const auto ago = [&](const Sample& sample) {
-            return format("-%lld s", static_cast<long long>((m_view.nowMs - sample.timeMs) / 1000));
+            const auto seconds = static_cast<long long>((m_view.nowMs - sample.timeMs) / 1000);
+            return seconds > 0 ? format("-%lld s", seconds) : std::string("now");
         };
         if (count > 1)
             m_grid.text(area.column + kLabels +

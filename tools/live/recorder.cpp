@@ -21,7 +21,7 @@ constexpr size_t kMostHeader = 4096;
 Json objectOf(const LiveReading& reading)
 {
     Json object = readingJson(reading.reading);
-    object.set("mer_db", reading.merDb ? Json(rounded(*reading.merDb, 2)) : Json());
+    object.set("mer_db", reading.merDb ? Json(rounded(*reading.merDb, 1)) : Json());
     return object;
 }
 
@@ -29,7 +29,7 @@ Json objectOf(const LiveReading& reading)
 
 Recorder::Recorder(const std::string& path)
     : m_path(path), m_csv(path.ends_with(".csv")),
-      m_fd(open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666))
+      m_fd(open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0666))
 {
     if (m_fd < 0)
         throw Failure(kExitOutput, "cannot record to " + path, std::strerror(errno),

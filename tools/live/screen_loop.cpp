@@ -75,7 +75,8 @@ private:
         std::string& text = *m_input;
         if (key == kKeyBackspace) {
             if (!text.empty())
-                text = cut(text, widthOf(text) - 1);
+                text =
+                    cut(text, std::max<size_t>(widthOf(text), 1) - 1); // bytes that are no UTF-8 go at once
         } else if (key == kKeyEnter || key == kKeyEscape) {
             const std::string typed = text;
             m_input.reset();

@@ -6,8 +6,6 @@
 #include "measure/frequency.h"
 #include "measure/limits.h"
 
-#include <cstring>
-
 namespace tool {
 
 namespace {
@@ -15,12 +13,6 @@ namespace {
 constexpr uint16_t kCollection = 1000; // what the meter takes least
 constexpr size_t kPointsPerReading = 200;
 constexpr size_t kMostPoints = 1000; // of the last readings, in one constellation
-
-std::string nameOf(const MeasCondition& condition)
-{
-    const auto* name = reinterpret_cast<const char*>(condition.ucStrChan);
-    return {name, strnlen(name, sizeof condition.ucStrChan)};
-}
 
 // Asked this it answers as soon as it is back, and nothing is disturbed.
 bool meterAnswers()
@@ -109,7 +101,7 @@ void Session::readPoints()
     m_last.ideal.reset();
     if (!points.empty())
         m_last.ideal = idealPoints(result.MOD, points, result.CNR / 10.0);
-    m_last.merDb = m_last.ideal ? modulationErrorRatio(points, *m_last.ideal) : std::nullopt;
+    m_last.merDb = m_last.ideal ? shownRatio(points, *m_last.ideal) : std::nullopt;
     m_last.reading = m_measurement->readingOf(result, m_last.merDb);
 }
 
@@ -181,7 +173,7 @@ void Session::take(const ChannelOptions& options)
 
 std::string Session::channel() const
 {
-    return nameOf(m_options.condition);
+    return channelNameOf(m_options.condition);
 }
 
 void Session::stop()

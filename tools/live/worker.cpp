@@ -26,6 +26,8 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 constexpr milliseconds kTryAgain{1000};
+constexpr milliseconds kLockTime{10000}; // after which a channel that does not lock is taken as it is
+constexpr milliseconds kUntilLock{200};
 
 } // namespace
 
@@ -291,11 +293,12 @@ void Worker::measure()
     });
 
     auto nextReading = Clock::now();
+    auto tuned = Clock::now();
     auto lastClick = Clock::now() - std::chrono::hours(1);
     std::optional<milliseconds> toClick; // from one to the next
     for (uint32_t taken = 0;;) {
         if (carryOut(session))
-            nextReading = Clock::now();
+            nextReading = tuned = Clock::now();
         if (isStopping())
             break;
         if (Clock::now() >= nextReading) {
@@ -308,9 +311,13 @@ void Worker::measure()
             if (m_options.count > 0 && taken >= m_options.count)
                 break;
             toClick = reading != nullptr ? clickInterval(reading->reading.result) : std::nullopt;
-            nextReading =
-                std::max(nextReading + (reading != nullptr ? milliseconds(m_options.intervalMs) : kTryAgain),
-                         Clock::now());
+            const bool locks = reading != nullptr && reading->reading.result.lock == 0 &&
+                               needsLock(reading->reading.condition) && Clock::now() - tuned < kLockTime;
+            const milliseconds interval{m_options.intervalMs};
+            nextReading = std::max(nextReading + (reading == nullptr ? kTryAgain
+                                                  : locks            ? std::min(interval, kUntilLock)
+                                                                     : interval),
+                                   Clock::now());
         }
         if (state().tone && toClick && Clock::now() >= lastClick + *toClick) {
             lastClick = Clock::now();

@@ -1,5 +1,7 @@
 #include "measure/modulation_error.h"
 
+#include "common/numbers.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -130,6 +132,12 @@ std::optional<double> modulationErrorRatio(std::span<const ConstaPoint> points, 
     if (error <= 0)
         return std::nullopt;
     return 10 * std::log10(signal / error);
+}
+
+std::optional<double> shownRatio(std::span<const ConstaPoint> points, const IdealPoints& ideal)
+{
+    const std::optional<double> ratio = modulationErrorRatio(points, ideal);
+    return ratio ? std::optional(rounded(*ratio, 1)) : std::nullopt;
 }
 
 } // namespace tool

@@ -27,4 +27,7 @@ std::optional<IdealPoints> idealPoints(uint32_t MOD, std::span<const ConstaPoint
 // belonging to the ideal point next to it (ETSI TR 101 290, 6.1.1). Nothing without points or without error.
 std::optional<double> modulationErrorRatio(std::span<const ConstaPoint> points, const IdealPoints& ideal);
 
+// The same in tenths, as it is shown beside level and C/N: what is judged is what is shown.
+std::optional<double> shownRatio(std::span<const ConstaPoint> points, const IdealPoints& ideal);
+
 } // namespace tool

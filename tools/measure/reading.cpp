@@ -6,6 +6,7 @@
 #include "common/table.h"
 #include "common/text.h"
 
+#include <cstring>
 #include <string_view>
 
 namespace tool {
@@ -29,12 +30,6 @@ std::string supplyText(uint32_t code)
     return nameOrCode(powerSupplyName(static_cast<uint8_t>(code)), code);
 }
 
-Json verdictJson(Verdict verdict)
-{
-    const char* name = verdictName(verdict);
-    return name ? Json(name) : Json();
-}
-
 } // namespace
 
 void setSurroundings(Reading& reading, const MeasStatus& status)
@@ -47,6 +42,12 @@ void setSurroundings(Reading& reading, const MeasStatus& status)
         reading.supply = has(VX63_INPUT_STAT_15V) ? VX63_POWER_SUPPLY_15V_TONE : VX63_POWER_SUPPLY_11V_TONE;
     else
         reading.supply = has(VX63_INPUT_STAT_15V) ? VX63_POWER_SUPPLY_15V : VX63_POWER_SUPPLY_11V;
+}
+
+std::string channelNameOf(const MeasCondition& condition)
+{
+    const auto* name = reinterpret_cast<const char*>(condition.ucStrChan);
+    return {name, strnlen(name, sizeof condition.ucStrChan)};
 }
 
 bool needsLock(const MeasCondition& condition)
@@ -124,6 +125,12 @@ Cell verdictCell(const Reading& reading)
     if (why.empty())
         return {name, Tint::good};
     return {name + (": " + why), judgement.whole == Verdict::fail ? Tint::bad : Tint::doubtful};
+}
+
+Json verdictJson(Verdict verdict)
+{
+    const char* name = verdictName(verdict);
+    return name ? Json(name) : Json();
 }
 
 std::string readingText(const Reading& reading)

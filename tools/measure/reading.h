@@ -26,6 +26,9 @@ struct Reading {
 // What the meter has selected, by its status: input and supply.
 void setSurroundings(Reading& reading, const MeasStatus& status);
 
+// Empty: it has none.
+std::string channelNameOf(const MeasCondition& condition);
+
 // Of a level carrier only the level is measured.
 bool needsLock(const MeasCondition& condition);
 
@@ -42,6 +45,9 @@ std::string bitErrorRateText(const MultiMeasResult& result);
 
 // Why the verdict is not pass: "level, no lock", "not recognised"; else nothing.
 std::string verdictReasons(const Reading& reading);
+
+// Its name, or null.
+Json verdictJson(Verdict verdict);
 
 // "pass", "fail: level, no lock", "not recognised"; "-" where there is none.
 Cell verdictCell(const Reading& reading);

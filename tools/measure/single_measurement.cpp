@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstring>
 
 namespace tool {
 
@@ -26,12 +25,6 @@ SingleMeasResult readResult()
     return result;
 }
 
-std::string nameOf(const MeasCondition& condition)
-{
-    const auto* name = reinterpret_cast<const char*>(condition.ucStrChan);
-    return {name, strnlen(name, sizeof condition.ucStrChan)};
-}
-
 } // namespace
 
 SingleMeasurement::SingleMeasurement(const ChannelOptions& options)
@@ -45,7 +38,7 @@ SingleMeasurement::SingleMeasurement(const ChannelOptions& options)
 Reading SingleMeasurement::readingOf(const SingleMeasResult& result, std::optional<double> merDb) const
 {
     const MeasCondition& condition = m_options.condition;
-    Reading reading{unixTimeMs(), nameOf(condition), condition, valuesOf(result), {}, {}, {}};
+    Reading reading{unixTimeMs(), channelNameOf(condition), condition, valuesOf(result), {}, {}, {}};
     MeasStatus status{};
     if (exchange([&] { return vx63_getMeasStatus(&status); }) == VX63_OK)
         setSurroundings(reading, status);

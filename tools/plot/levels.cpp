@@ -16,7 +16,7 @@ constexpr double kRowStep = 5; // on a terminal
 constexpr double kNameSize = 10.5;
 constexpr double kNameHeight = 12;
 constexpr double kMarkSize = 13;
-constexpr double kMarkWidth = 12; // a bar and its gap
+constexpr double kLeastMark = 6; // a bar and its gap
 constexpr double kMostBar = 60;
 constexpr double kNameRoom = 5;    // dB above the highest bar, for a name or a mark
 constexpr double kMostLevel = 150; // what a meter in disorder tells may be a million times as much
@@ -153,8 +153,8 @@ std::string drawByName(CanvasMaker maker, const Caption& caption, const std::vec
         picture.canvas().fill({left + gap / 2, top, left + slot - gap / 2, bottom},
                               kindOf(bars[i].kind).colour);
         const double middle = left + slot / 2;
-        if (const char* mark = kindOf(bars[i].kind).mark; *mark != '\0' && slot >= kMarkWidth)
-            picture.canvas().text({middle, top - 4}, mark, {Anchor::middle, kMarkSize, true});
+        if (const char* mark = kindOf(bars[i].kind).mark; *mark != '\0' && slot >= kLeastMark)
+            picture.canvas().text({middle, top - 4}, mark, {Anchor::middle, std::min(kMarkSize, slot), true});
         if (i % stride != 0)
             continue;
         if (upwards)

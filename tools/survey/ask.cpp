@@ -39,7 +39,7 @@ Answer askFor(const std::string& place)
 {
     tcflush(STDIN_FILENO, TCIFLUSH);
     for (;;) {
-        const std::string question = printable(place) + ": connect the meter, then Enter; s skips it, q ends";
+        const std::string question = printable(place) + ": connect the meter, then Enter; s skips, q ends";
         std::string shown;
         for (const std::string& line : wrapped(question, cli::columnsOf(STDERR_FILENO).value_or(80) - 1))
             shown += (shown.empty() ? "" : "\n") + line;

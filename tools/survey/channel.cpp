@@ -38,7 +38,7 @@ void measureValues(const SurveyTask& task, const ChannelOptions& options, Survey
         if (points.size() < kPoints)
             one.trouble = format("the lock was lost after %zu of %u points", points.size(), kPoints);
         else if (const auto ideal = idealPoints(result.MOD, points, result.CNR / 10.0))
-            one.merDb = modulationErrorRatio(points, *ideal);
+            one.merDb = shownRatio(points, *ideal);
         if (task.orders->constellation)
             one.constellation = std::move(constellation.points);
     }

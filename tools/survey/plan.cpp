@@ -277,6 +277,20 @@ std::vector<PlannedList> readLists(const Fields& fields, const PlanLimits& limit
     return lists;
 }
 
+// A list that takes the input as it finds it would find that of another list.
+void refuseLeftInputs(const Fields& fields, const Survey& survey)
+{
+    size_t all = 0;
+    size_t named = 0;
+    for (const SurveyPoint& point : survey.points)
+        for (const SurveyList& list : point.lists) {
+            ++all;
+            named += list.input.has_value();
+        }
+    if (named != 0 && named != all)
+        fields.fail("list", "some lists have an input, others do not: give it in all of them, or in none");
+}
+
 SurveyPlan surveyIn(const Fields& fields)
 {
     fields.allow(kPlanKeys);
@@ -307,6 +321,7 @@ SurveyPlan surveyIn(const Fields& fields)
             one.fail("list", "is missing, here and at the top: what is measured?");
         survey.points.push_back(std::move(point));
     }
+    refuseLeftInputs(fields, survey);
     return plan;
 }
 

@@ -10,13 +10,12 @@ namespace {
 
 Json lineOf(const SurveyReading& one, const char* verdict, const std::string& why)
 {
-    const char* const mer = verdictName(one.reading.judgement.mer);
     Json line = {{"point", one.point}, {"list", one.list}};
     line.add(readingJson(one.reading));
     line.set("verdict", verdict);
     line.set("why", why);
-    line.set("mer_db", one.merDb ? Json(rounded(*one.merDb, 2)) : Json());
-    line.set("mer_verdict", mer != nullptr ? Json(mer) : Json());
+    line.set("mer_db", one.merDb ? Json(rounded(*one.merDb, 1)) : Json());
+    line.set("mer_verdict", verdictJson(one.reading.judgement.mer));
     return line;
 }
 

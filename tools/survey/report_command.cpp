@@ -1,5 +1,6 @@
 // vx63 survey report: write the reports of a survey anew.
 #include "common/failure.h"
+#include "common/interrupt.h"
 #include "common/output.h"
 #include "common/text.h"
 #include "survey/reports.h"
@@ -25,7 +26,10 @@ int report(const Options& options)
         throw Failure(kExitNoInput, "cannot write the reports of " + folder, "it is no folder",
                       "name the folder of a survey");
     const SurveyResults results = readResults(folder);
+    catchInterruption("\nvx63: stopping; Ctrl-C again ends at once\n");
     writeReports(results, folder);
+    if (interruption() != 0)
+        return kExitSignal + interruption();
     print(printable(summaryText(outcomeOf(results))) + "\n");
     for (const char* name : {kReportHtml, kReportPdf, kReportJunit, kReportCsv}) {
         const auto path = std::filesystem::path(folder) / name;

@@ -15,6 +15,8 @@ std::string reportPdf(const std::string& html)
     if (!ended)
         throw Failure(kExitIncomplete, what, "weasyprint is not installed",
                       "install it, then 'vx63 survey report DIR', or print report.html");
+    if (ended->interrupted)
+        throw Failure(kExitIncomplete, what, "it was interrupted", "'vx63 survey report DIR' writes it");
     if (ended->timedOut)
         throw Failure(kExitIncomplete, what, "weasyprint takes more than 10 minutes", "print report.html");
     if (ended->exitCode != 0 || !ended->output.starts_with("%PDF-")) {

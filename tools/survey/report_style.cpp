@@ -36,6 +36,7 @@ thead th { border-bottom: 2px solid var(--ink); vertical-align: bottom; }
 .values th, .values td { overflow-wrap: normal; white-space: nowrap; }
 .values tbody th { min-width: 5rem; overflow-wrap: anywhere; white-space: normal; }
 .values .why { min-width: 11rem; white-space: normal; }
+.facts { margin-bottom: 1rem; }
 .facts th { width: 13rem; color: var(--soft); font-weight: normal; }
 .n { text-align: right !important; }
 .pass { color: var(--pass); }

@@ -315,9 +315,8 @@ std::string readingLine(const SurveyReading& one)
     line.add(readingJson(reading));
     line.set("asked_system_code", reading.condition.usBdSys);
     line.set("width_khz", reading.widthKhz);
-    line.set("mer_db", one.merDb ? Json(rounded(*one.merDb, 2)) : Json());
-    const char* mer = verdictName(reading.judgement.mer);
-    line.set("mer_verdict", mer ? Json(mer) : Json());
+    line.set("mer_db", one.merDb ? Json(rounded(*one.merDb, 1)) : Json());
+    line.set("mer_verdict", verdictJson(reading.judgement.mer));
     line.set("limits", Json{{kBoundsKeys[0], boundsJson(one.bounds.level)},
                             {kBoundsKeys[1], boundsJson(one.bounds.cnr)},
                             {kBoundsKeys[2], boundsJson(one.bounds.mer)},

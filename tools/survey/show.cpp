@@ -46,12 +46,6 @@ std::string countsText(const Counts& counts)
     return text;
 }
 
-Json verdictJson(Verdict verdict)
-{
-    const char* const name = verdictName(verdict);
-    return name ? Json(name) : Json();
-}
-
 Json countsJson(const Counts& counts)
 {
     return {{"channels", counts.all},      {"measured", counts.measured}, {"passed", counts.passed},

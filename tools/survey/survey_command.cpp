@@ -148,6 +148,8 @@ int runSurvey(const Options& options)
     catchInterruption(kNotice);
     MeasStatus status{};
     require("cannot read the measurement status", [&] { return vx63_getMeasStatus(&status); });
+    if (const auto sleeps = sleepOf("cannot survey " + plan.survey.site))
+        throw *sleeps;
     ResultsFile file(folder);
     plan.survey.timeMs = unixTimeMs();
     plan.survey.meter = readMeter();

@@ -212,6 +212,13 @@ def test_another_channel_is_read_at_once(meter):
     quit(terminal)
 
 
+def test_lock_is_waited_for(meter):
+    """However rarely it is read later."""
+    terminal = Screen(*meter.command(VX63, "live", "--channel", "27", "--interval", "3600"))
+    terminal.wait_for("Lock yes")
+    quit(terminal)
+
+
 def test_keys_are_forgotten_at_the_end(live, meter):
     terminal = live(fault="meas=late,100")
     terminal.wait_for("MER 3")
@@ -240,6 +247,8 @@ def test_typed_channel(live):
         assert terminal.lines[0].startswith("533.143 MHz")
     terminal.type("c27")
     terminal.wait_for("Channel or frequency: 27_")
+    terminal.type("\x7f\x7f\x7f\x7f28")
+    terminal.wait_for("Channel or frequency: 28_")
     terminal.type("\x1b")
     terminal.wait_for("n next")
     assert terminal.lines[0].startswith("533.143 MHz")
@@ -537,6 +546,12 @@ def test_record_nowhere(meter):
     result = meter.vx63("live", "--channel", "27", "--record", "/nowhere/file")
     assert result.returncode == 74
     assert result.stderr == "vx63: cannot record to /nowhere/file: No such file or directory: record to another file\n"
+
+
+def test_record_into_a_pipe_that_nobody_reads(meter):
+    os.mkfifo(meter.folder / "pipe")
+    result = meter.vx63("live", "--channel", "27", "--record", meter.folder / "pipe")
+    assert (result.returncode, "No such device or address" in result.stderr) == (74, True)
 
 
 def test_record_on_a_full_disk(live):

@@ -19,6 +19,7 @@ slope_db = { fail_above = 30 }
 [[list]]
 plan = "uhf"
 channels = "21,22,27"
+input = 0
 [[point]]
 name = "outlet 1"
 note = "kitchen"
@@ -35,7 +36,7 @@ CHANNELS = [("outlet 1", "uhf", "21"), ("outlet 1", "uhf", "22"), ("outlet 1", "
             ("outlet 2", "catv", "C24"), ("outlet 2", "catv", "C25"), ("outlet 2", "catv", "C30")]
 KHZ = {"21": 521143, "22": 527143, "27": 557143, "C24": 231000, "C25": 237000, "C30": 267000}
 DEFAULT_SCENE = SOURCE / "vmeter" / "scene" / "default.toml"
-ASKED = "connect the meter, then Enter; s skips it, q ends "
+ASKED = "connect the meter, then Enter; s skips, q ends "
 
 
 class QuickMeter(Meter):
@@ -298,7 +299,7 @@ def test_a_wrong_plan(meter, plan):
     path = plan(OUTLETS.replace("C24,", "C999,"))
     result = meter.vx63("survey", path, "--yes")
     assert (result.returncode, result.stdout) == (66, "")
-    assert result.stderr == (f"vx63: cannot use the plan: {path}:17: point.list.channels: cannot tune channel 'C999': "
+    assert result.stderr == (f"vx63: cannot use the plan: {path}:18: point.list.channels: cannot tune channel 'C999': "
                              "plan catv has none of that name: see vx63-survey(1), PLAN\n")
     assert not (meter.folder / "house").exists()
     result = meter.vx63("survey", meter.folder / "none.toml")
@@ -350,6 +351,14 @@ def test_no_place_for_the_results(meter, plan):
     result = meter.vx63("survey", bare)
     assert result.returncode == 74
     assert result.stderr == f"vx63: cannot make the folder {bare}: Not a directory: choose another one\n"
+
+
+def test_asleep(meter, plan):
+    result = meter.shell(f"$VX63 power standby; $VX63 survey {plan()} --yes")
+    assert (result.returncode, result.stdout) == (9, "")
+    assert result.stderr == ("vx63: cannot survey Example Street 12: the meter sleeps: "
+                             "wake it up with 'vx63 power wakeup'\n")
+    assert not (meter.folder / "house").exists()
 
 
 def test_no_answer_at_all(meter, plan):

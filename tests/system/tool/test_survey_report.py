@@ -6,14 +6,18 @@ import json
 import os
 import re
 import shutil
+import signal
+import subprocess
 import xml.etree.ElementTree as xml
+from pathlib import Path
 
 import html5lib
 import junitparser
 import pytest
 
+from conftest import HANG
 from pictures import pdf_properties, pdf_texts
-from tool_support import VX63, Terminal, environment, run
+from tool_support import VX63, Terminal, default_signals, environment, run, until
 
 OPEN = {"fail_below": None, "marginal_below": None, "marginal_above": None, "fail_above": None, "of_plan": False}
 LIMITS = {"level_dbuv": OPEN | {"fail_below": 47.0, "fail_above": 77.0, "of_plan": True},
@@ -302,6 +306,25 @@ def test_weasyprint_that_fails(tmp_path, script, why):
     program.chmod(0o755)
     result = report(folder, env=environment(PATH=f"{program.parent}:{os.environ['PATH']}"))
     assert result.stderr == f"vx63: report.pdf is left out: {why}: print report.html\n"
+    assert {path.name for path in folder.iterdir()} == FILES - {"report.pdf"}
+
+
+@pytest.mark.parametrize("number", [signal.SIGINT, signal.SIGTERM])
+def test_interrupted_while_it_prints(tmp_path, number):
+    folder = write(tmp_path / "a", good())
+    (folder / "report.pdf").write_text("of an older run")
+    program = tmp_path / "bin" / "weasyprint"
+    program.parent.mkdir()
+    program.write_text(f"#!/bin/sh\necho $$ > {tmp_path / 'pid.new'}\nmv {tmp_path / 'pid.new'} {tmp_path / 'pid'}\nexec sleep 600\n")
+    program.chmod(0o755)
+    process = subprocess.Popen([VX63, "survey", "report", folder], stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
+                               env=environment(PATH=f"{program.parent}:{os.environ['PATH']}"), preexec_fn=default_signals)
+    until((tmp_path / "pid").exists)
+    process.send_signal(number)
+    _, errors = process.communicate(timeout=HANG)
+    assert process.returncode == 128 + number
+    assert errors == "vx63: report.pdf is left out: it was interrupted: 'vx63 survey report DIR' writes it\n"
+    assert not Path(f"/proc/{(tmp_path / 'pid').read_text().strip()}").exists()
     assert {path.name for path in folder.iterdir()} == FILES - {"report.pdf"}
 
 

@@ -80,6 +80,7 @@ frequencies = ["70MHz", "451250"]
 system = "level"
 band = 11
 supply = 2
+input = 1
 [[point]]
 name = "outlet 1"
 note = "kitchen"
@@ -115,7 +116,7 @@ modulation = "256QAM"
     EXPECT_EQ(orders.limits.mer->failBelow, std::nullopt);
     EXPECT_FALSE(orders.limits.cnr);
     const SurveyList& pilots = first.lists[1];
-    EXPECT_EQ(pilots.input, std::nullopt);
+    EXPECT_EQ(pilots.input, 1U);
     EXPECT_EQ(pilots.slope.failAbove, 12);
     ASSERT_EQ(pilots.channels.size(), 2U);
     EXPECT_EQ(pilots.channels[1].name, "451.25");
@@ -161,6 +162,9 @@ TEST_F(Plans, MistakesOfThePlan)
               "5: list.name: a list of the name 'uhf' stands before");
     EXPECT_EQ(refusal(kHead + kList + kPoint + "place = 1\n"),
               "7: point.place: unknown key; known here: name, note, list");
+    EXPECT_EQ(refusal(kHead + kList + kPoint +
+                      "[[point]]\nname = \"outlet 2\"\n[[point.list]]\nplan = \"bs\"\ninput = 1\n"),
+              "2: list: some lists have an input, others do not: give it in all of them, or in none");
 }
 
 TEST_F(Plans, MistakesOfALimit)

@@ -95,7 +95,7 @@ TEST_F(Results, AReadingComesBackAsItWas)
     one.reading.widthKhz = 6000;
     one.reading.judgement.cnr = Verdict::marginal;
     one.reading.judgement.mer = Verdict::pass;
-    one.merDb = 27.25;
+    one.merDb = 27.2;
     one.bounds.level = {.failBelow = 47, .failAbove = 90, .ofPlan = true};
     one.constellation = {{-128, 127}, {0, -1}};
     one.delayProfile.assign(VX63_DLYPRF_SAMPLES, -128);
@@ -104,7 +104,7 @@ TEST_F(Results, AReadingComesBackAsItWas)
     EXPECT_EQ(
         line.substr(0, 120),
         R"({"kind":"reading","point":"outlet 1","list":"uhf","time":1700000001.25,"channel":"21","frequency_khz":521143,"lo_khz":0,)");
-    EXPECT_NE(line.find(R"("asked_system_code":0,"width_khz":6000,"mer_db":27.25,"mer_verdict":"pass",)"
+    EXPECT_NE(line.find(R"("asked_system_code":0,"width_khz":6000,"mer_db":27.2,"mer_verdict":"pass",)"
                         R"("limits":{"level_dbuv":{"fail_below":47.0,"marginal_below":null,)"
                         R"("marginal_above":null,"fail_above":90.0,"of_plan":true},"cnr_db":{)"),
               std::string::npos);
