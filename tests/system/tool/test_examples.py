@@ -34,9 +34,21 @@ NOT_RUN = {  # what such a command begins with, and why it is not run here
 LONG = re.compile(r"--follow|--watch|--count|vx63 live")
 # They ask, and are told yes.
 ASKS = re.compile(r"^vx63 (power (reboot|shutdown)|update) ?(?!.*--yes)")
+SURVEYED = """cat > north-street.toml <<.
+site = "North Street"
+[[list]]
+plan = "uhf"
+channels = "27"
+[[point]]
+name = "outlet"
+.
+vx63 survey north-street.toml
+cp -r north-street 2026-06
+cp -r north-street 2026-11"""
 # What has to be there before, by what the example holds.
 BEFORE = {
     r"vx63 survey .*house\.toml": f"cp '{SOURCE}/examples/survey.toml' house.toml",
+    r"vx63 survey (report|compare)": SURVEYED,
     r"^vx63 sets (show TOKYO|delete TOKYO|copy user_set/TOKYO)": "vx63 sets create TOKYO --from ch_set/uhf",
     r"settings import backup": "vx63 settings export backup",
     r"settings check \| grep broken": "sed -i '3s/.*/2,2,2,2,loud/' "
