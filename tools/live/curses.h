@@ -17,6 +17,8 @@ struct Curses {
     decltype(&::cbreak) cbreak = Loaded(kCurses, "cbreak");
     decltype(&::clearok) clearok = Loaded(kCurses, "clearok");
     decltype(&::curs_set) curs_set = Loaded(kCurses, "curs_set");
+    void** cur_term = Loaded(kCurses, "cur_term");
+    int (*del_curterm)(void*) = Loaded(kCurses, "del_curterm");
     decltype(&::delscreen) delscreen = Loaded(kCurses, "delscreen");
     decltype(&::endwin) endwin = Loaded(kCurses, "endwin");
     decltype(&::getmaxx) getmaxx = Loaded(kCurses, "getmaxx");

@@ -53,7 +53,11 @@ bool Screen::isPossible()
         return false;
     std::setlocale(LC_CTYPE, ""); // for the characters alone: numbers keep their point
     int found = 0;
-    return curses().setupterm(name, STDOUT_FILENO, &found) == OK;
+    const Curses& call = curses();
+    if (call.setupterm(name, STDOUT_FILENO, &found) != OK)
+        return false;
+    call.del_curterm(*call.cur_term); // it was only to be seen whether there is one
+    return true;
 }
 
 Screen::Screen()
