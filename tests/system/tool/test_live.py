@@ -29,7 +29,6 @@ class Screen(Terminal):
         super().__init__(*command, columns=columns, TERM=env.pop("TERM", "xterm-256color"), **env)
         if rows != 24:
             self.resize(columns, rows)
-        self.before = termios.tcgetattr(self.master)
 
     def _read(self):
         try:

@@ -97,6 +97,7 @@ class Terminal:
     def __init__(self, *command, columns=80, **env):
         self.master, terminal = pty.openpty()
         fcntl.ioctl(terminal, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
+        self.before = termios.tcgetattr(terminal)
         self.process = subprocess.Popen([str(word) for word in command], stdin=terminal, stdout=terminal,
                                         stderr=terminal, start_new_session=True, env=environment(**env),
                                         preexec_fn=lambda: self._prepare(terminal))
