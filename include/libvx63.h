@@ -20,13 +20,25 @@
  *
  * Threads. Each thread that talks to a service first calls vx63_init() with a process id of its own; it
  * names the queue on which that thread's responses arrive. Threads with different ids may call any
- * function at the same time. Two threads (or processes) that share an id take each other's responses.
+ * function at the same time. Two threads (or processes) that share an id take each other's responses. A
+ * thread needs a stack of PTHREAD_STACK_MIN and 144 KiB for any of them, and what the application itself
+ * takes. A thread may end at any time but in the middle of a call: pthread_cancel() there leaves descriptors
+ * and temporary files behind, and an answer that nobody takes (pthread_setcancelstate() forbids it for so
+ * long). A signal handler may call vx63_isFileId...() and nothing else. A child after fork() has the
+ * process id of the thread that forked: before its first call it calls vx63_init() with another one.
  *
  * Time-outs. A function that says "10 s" waits up to 10 s to hand over its request and again up to 10 s
- * for the response. A response that comes later stays in the thread's queue, where the next call meets it:
- * that call fails with VX63_ERR_COMM - or, if it asks the same command, takes it for its answer - and its
- * own response is left for the call after it. vx63_init() with an id whose queue is empty gets the thread
- * back in step.
+ * for the response.
+ *
+ * In step. Nothing ties a response to its request but the command. One that comes too late, or twice,
+ * stays in the thread's queue, where the next call meets it: that call fails with VX63_ERR_COMM - or, if
+ * it asks the same command, takes the old response for its own and returns VX63_OK - and its own response
+ * is left for the call after it. So it goes on, a response behind, until the thread is brought back in
+ * step. To notice it: let another operation of the same service follow a reading - after one of the
+ * measurement service vx63_getMeasStatus() - and use the reading only if that one succeeds too. (Another
+ * service may answer sooner than the old response comes.) To get in step, after any VX63_ERR_COMM: call
+ * vx63_init() with another free process id, whose queue is empty; the platform's lmsg_trcvMq() empties
+ * that of an id that was in use before. The example in_step.c does both.
  *
  * Log. Every call writes lines to /var/log/libvx63.cpp.txt: its start, its errors and its end (a function
  * that leaves some of them out says so). A log that cannot be written never changes a result. The file is
@@ -87,7 +99,7 @@ enum {
     VX63_POWER_SUPPLY_15V_TONE = 4
 };
 
-/* Broadcast systems: usBdSys, bdSys, BDSYS. */
+/* Broadcast systems: usBdSys, bdSys, BDSYS, SPEC. */
 enum {
     VX63_BDSYS_TERRESTRIAL = 0, /* OFDM in 6 MHz, on cable too */
     VX63_BDSYS_SATELLITE = 1,   /* BS and CS, first generation */
@@ -222,8 +234,9 @@ typedef struct MeasCondition {
     uint32_t ulLoFreq; /* kHz: local-oscillator frequency of the converter; 0 or 4294967295: none. The tuner
                           receives ulFreq - ulLoFreq, 10000 to 3224000 kHz */
     uint16_t usBdSys;  /* VX63_BDSYS_*: broadcast system */
-    uint16_t usBand;   /* band code. A list with more than one feeds no LNB unless
-                             vx63_setPowerSupplyMultiMeasMixBand() was asked to */
+    uint16_t usBand;   /* band: 0 none, 1 UHF, 2 BS, 3 CS, 4 JSAT 3A, 5 JSAT 4B, 6 SCC-B, 7 SCC-C, 8 to 10
+                          cable, 11 pilot, 12 skyp, 13 LTE, 14 FM, 15 up-stream. A list with more than
+                          one feeds no LNB unless vx63_setPowerSupplyMultiMeasMixBand() was asked to */
     uint16_t usMod;    /* VX63_MOD_*, one or several: modulations to lock to */
     uint16_t usCondition; /* condition bits: come back as mesCond */
     char ucStrChan[8];    /* channel name: exactly 8 bytes, not necessarily NUL-terminated */
@@ -240,10 +253,10 @@ typedef struct MeasStatus {
 /* Readings of the antenna power supply. */
 typedef struct PowerSupplyInfo {
     uint8_t ucPowerSupply; /* VX63_POWER_SUPPLY_*: the one asked for */
-    uint8_t ucVolt;        /* V at the connector */
+    uint8_t ucVolt;        /* V at the connector: 0, 11 or 15; 0 in a fault as well */
     uint16_t usAdVal;      /* reading of the A/D converter, 0 to 1023: 20 V at full scale */
     uint32_t ulCurrentM;   /* mA */
-    uint32_t ulElecPowerM; /* mW */
+    uint32_t ulElecPowerM; /* mW: ucVolt times ulCurrentM */
 } PowerSupplyInfo;
 
 /* One constellation point; the ideal points have a root mean square amplitude of 64. (A C program that also
@@ -270,7 +283,7 @@ typedef struct SingleMeasResult {
     uint32_t BER_ERR;   /* erroneous bits among them, before error correction */
     uint16_t TSID;      /* transport-stream id */
     uint8_t GI;         /* VX63_GI_*: guard interval */
-    uint8_t LAYER;      /* hierarchical layer */
+    uint8_t LAYER;      /* hierarchical layers, bits: 1 A, 2 B, 4 C */
     uint32_t MOD;       /* VX63_MOD_*: modulation */
     uint16_t CONS_NUM;  /* constellation points; left as it is by a plain result read */
     struct ConstaPoint points[VX63_CONSTA_POINTS_MAX]; /* left as they are by a plain result read */
@@ -279,21 +292,21 @@ typedef struct SingleMeasResult {
 /* One channel of a setting set: a record of the files VX63_SET_FILE_USER_SET*, VX63_SET_FILE_LOGGER_SET*. */
 typedef struct SetChannel {
     uint8_t NO;           /* number of the record */
-    uint8_t ENBFLG;       /* enable flag */
-    uint8_t BAND;         /* band code */
-    uint8_t SPEC;         /* specification code */
+    uint8_t ENBFLG;       /* 1: enabled, 0: not */
+    uint8_t BAND;         /* band: as usBand of MeasCondition */
+    uint8_t SPEC;         /* VX63_BDSYS_*: broadcast system */
     char CH[8];           /* channel name, NUL-terminated: at most 7 characters */
-    uint32_t CENTER_FREQ; /* centre frequency in kHz */
+    uint32_t CENTER_FREQ; /* kHz: centre frequency as broadcast, 10000 to 22000000; 0: empty place */
     uint32_t MOD;         /* VX63_MOD_*, one or several */
-    uint32_t LOCAL_FREQ;  /* local-oscillator frequency in kHz; 4294967295 where there is none */
+    uint32_t LOCAL_FREQ;  /* kHz: local-oscillator frequency, 1 to 22000000; 0 or 4294967295: none */
     uint8_t GETDATA_FLG;  /* flag: get data */
     uint8_t DC_OUT;       /* DC output */
 } SetChannel;
 
 /* One entry of a list of setting sets: a record of the files VX63_SET_FILE_USER_LIST*, _LOGGER_LIST*. */
 typedef struct SetListEntry {
-    uint8_t NO;         /* number of the record, from 1 */
-    uint8_t ENBFLG;     /* 1: names an existing set */
+    uint8_t NO;         /* number of the record, 1 to 140 */
+    uint8_t ENBFLG;     /* 1: names an existing set, 0: free */
     char FILE_NAME[13]; /* the set's name, without folder and ".csv", NUL-terminated: at most 12 characters */
 } SetListEntry;
 
@@ -331,7 +344,7 @@ typedef struct MultiMeasResult {
     uint32_t BER_ERR;   /* erroneous bits among them, before error correction */
     uint16_t TSID;      /* transport-stream id */
     uint8_t GI;         /* VX63_GI_*: guard interval */
-    uint8_t LAYER;      /* hierarchical layer */
+    uint8_t LAYER;      /* hierarchical layers, bits: 1 A, 2 B, 4 C */
     uint32_t MOD;       /* VX63_MOD_*: modulation */
 } MultiMeasResult;
 
@@ -345,15 +358,15 @@ typedef struct AnglePoint {
 /* Progress of the angle sensor's calibration. */
 typedef struct AngleCalStat {
     int32_t lStatus;         /* 0 never calibrated; 1, 2, 3 in that turn; 4 finished */
-    AnglePoint centerPoint1; /* of the first, the second and the third turn */
+    AnglePoint centerPoint1; /* of the first, the second and the third turn; 0 until that turn is over */
     AnglePoint centerPoint2;
     AnglePoint centerPoint3;
 } AngleCalStat;
 
 /* Live values of the angle sensor. Axes as in aeronautics: x forward, y to the right, z down. */
 typedef struct AngleCalInfoDetail {
-    float flRoll;  /* degrees, about x */
-    float flPitch; /* degrees, about y */
+    float flRoll;  /* degrees, about x: -180 to 180, positive with the right side down */
+    float flPitch; /* degrees, about y: -90 to 90, positive with the front up */
     float flAx;    /* g: acceleration, raw */
     float flAy;
     float flAz;
@@ -363,7 +376,8 @@ typedef struct AngleCalInfoDetail {
     float flAxRot; /* g: acceleration, seen from level axes */
     float flAyRot;
     float flAzRot;
-    float flMxRot; /* microtesla: magnetic field, seen from level axes */
+    float flMxRot; /* microtesla: magnetic field, seen from level axes; after a calibration less the mean of
+                      its centre points: then atan2(-flMyRot, flMxRot) is the heading */
     float flMyRot;
     float flMzRot;
 } AngleCalInfoDetail;
@@ -389,7 +403,7 @@ typedef struct ProductInfo {
 /* The current failure. What the codes mean is decided by the system service. */
 typedef struct FailInfo {
     uint16_t usCode;       /* failure code */
-    uint8_t ucStat;        /* failure state */
+    uint8_t ucStat;        /* 1: the failure is present, 0: it is not */
     uint8_t ucCtl;         /* control */
     uint16_t usWait;       /* wait; the log shows it as a signed number */
     uint8_t ucReserved[2]; /* 0 */
@@ -411,8 +425,8 @@ typedef struct KeyStatus {
  */
 typedef struct DeviceStatus {
     uint16_t usStat0; /* bits: 0x01 a memory is in USB slot 1, 0x02 in slot 2 */
-    uint8_t ucStat2;  /* %: charge of the battery */
-    uint8_t ucStat6;  /* degrees Celsius: temperature inside */
+    uint8_t ucStat2;  /* %: charge of the battery, 0 to 100 */
+    uint8_t ucStat6;  /* degrees Celsius: temperature inside, 0 to 100 */
     uint32_t ulStat3; /* fed by: 0 the battery, 1 from outside */
     uint32_t ulStat4; /* charger: 0 off, 1 charging, 2 the battery is full */
     uint32_t ulStat5; /* battery: 0 good, 1 low */
@@ -585,7 +599,8 @@ VX63_API int32_t vx63_getPowerSupplyInfo(PowerSupplyInfo* pInfo);
 /*
  * Switches the antenna power supply of a multi-channel measurement over mixed bands. Answered by the
  * measurement service; 5 s.
- *   ucOnOff  passed on as it is; the service judges it
+ *   ucOnOff  0 off, 1 on, from the next start of a list on. Any other value is passed on as well, and
+ *            the service refuses it
  * Returns VX63_OK, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_setPowerSupplyMultiMeasMixBand(uint8_t ucOnOff);
@@ -859,7 +874,7 @@ VX63_API int32_t vx63_getDeviceStatus(DeviceStatus* pDevStat);
 /*
  * Sets the failure state. Answered by the system service, whose answer is not examined; 10 s.
  *   usCode     failure code, passed on as it is
- *   ucStat     0 or 1
+ *   ucStat     1 the failure is present, 0 it is not
  *   ucAddInfo  32 bytes of additional information; read only
  * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
  */
@@ -883,14 +898,16 @@ VX63_API int32_t vx63_shutdown(void);
 
 /*
  * Puts the meter into standby. 10 s.
- *   ucMode  0: answered by the system service; any other: by the measurement service
+ *   ucMode  0 the whole meter: answered by the system service; 1 its measuring part: answered by the
+ *           measurement service, which refuses any other value
  * Returns VX63_OK, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_standby(uint8_t ucMode);
 
 /*
  * Wakes the meter up from standby. 10 s.
- *   ucMode  0: answered by the system service; any other: by the measurement service
+ *   ucMode  0 the whole meter: answered by the system service; 1 its measuring part: answered by the
+ *           measurement service, which refuses any other value
  * Returns VX63_OK, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_wakeup(uint8_t ucMode);
@@ -911,6 +928,7 @@ VX63_API int32_t vx63_force_wakeup(void);
 
 /*
  * Reads the standby state. Answered by the measurement service; 10 s.
+ *   pStandbyStat  0 awake, 1 the whole meter is in standby, 2 its measuring part is
  * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_getStandbyStat(uint32_t* pStandbyStat);
@@ -946,7 +964,8 @@ VX63_API int32_t vx63_setDeveloperMode(uint8_t ucOnOff);
  * Updates the meter's program and returns when the update has finished. Asks the system service again and
  * again, without a pause, for as long as it answers that the update is still running: 600 s for each
  * answer, and no limit to their number.
- *   pUpdateReq  the update request: 32 bytes, passed on as they are; read once
+ *   pUpdateReq  the update request: 32 bytes, passed on as they are; read once. What they mean is the
+ *               system service's business: `vx63 update` makes those that the virtual meter's takes
  * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_prgUpdate(const void* pUpdateReq);
@@ -965,7 +984,7 @@ VX63_API int32_t vx63_buzzer(int32_t buzz, int32_t buzzMode);
 
 /*
  * Forces the volume of the buzzer. Answered by the buzzer service; 10 s.
- *   buzz     kind of sound, 0 to 4
+ *   buzz     kind of sound, 0 to 4: as vx63_buzzer has them
  *   buzzVol  0 (silent) to 3
  * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_REPEAT, VX63_ERR_COMM.
  */
@@ -973,7 +992,7 @@ VX63_API int32_t vx63_forceBuzzerVolume(int32_t buzz, int32_t buzzVol);
 
 /*
  * Forces the brightness of the display. Answered by the system service; 10 s.
- *   brightness  0 to 2
+ *   brightness  0 dark, 1 middle, 2 bright; the settings file has 1 to 3 for them
  * Returns VX63_OK, VX63_ERR_ARG, VX63_ERR_COMM.
  */
 VX63_API int32_t vx63_forceBrightness(int32_t brightness);

@@ -122,8 +122,8 @@ inline constexpr Word kBandWords[] = {
 inline constexpr Values kBands{"", Values::kWords, kBandWords};
 
 inline constexpr Word kWaveWords[] = {
-    {0, "first of BS and CS"},  //
-    {1, "second of BS and CS"}, //
+    {0, "right-hand circular"}, //
+    {1, "left-hand circular"},  //
     {2, "horizontal"},          //
     {3, "vertical"},            //
 };

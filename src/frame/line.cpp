@@ -21,7 +21,7 @@ int readNumber(const char*& at)
 // A division gives two digits.
 struct Pairs {
     char digits[100][2];
-    constexpr Pairs() : digits{}
+    consteval Pairs() : digits{}
     {
         for (int i = 0; i < 100; ++i) {
             digits[i][0] = static_cast<char>('0' + i / 10);
@@ -123,12 +123,12 @@ void Line::addHex(uintptr_t value, int width, const char* digits)
 void Line::addFloat(double value)
 {
     const int length = snprintf(m_end, room(), "%f", value);
-    if (0 <= length && static_cast<size_t>(length) < room()) {
+    if (static_cast<size_t>(length) < room()) {
         m_end += length;
     }
 }
 
-// What every line begins with, and so by hand.
+// What every line begins with, and so by hand. There is room for it.
 void Line::addHead(const timespec& now, const char* program, const char* function, int line)
 {
     addInteger(static_cast<uint64_t>(now.tv_sec), 1);
@@ -212,8 +212,6 @@ void Line::addMessage(const char* format, va_list arguments)
         case 'f':
             addFloat(va_arg(arguments, double));
             break;
-        default:
-            return;
         }
     }
 }

@@ -39,10 +39,8 @@ private:
     template <size_t Size>
     void addLiteral(const char (&literal)[Size])
     {
-        if (Size - 1 <= room()) {
-            memcpy(m_end, literal, Size - 1);
-            m_end += Size - 1;
-        }
+        memcpy(m_end, literal, Size - 1);
+        m_end += Size - 1;
     }
     void addInteger(uint64_t magnitude, int width);
     void addHex(uintptr_t value, int width, const char* digits);

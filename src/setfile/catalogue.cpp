@@ -151,7 +151,7 @@ constexpr size_t count(std::string_view text, char letter)
     return found;
 }
 
-constexpr std::string_view folderOf(const SetFileDef& def)
+consteval std::string_view folderOf(const SetFileDef& def)
 {
     const std::string_view path = def.path;
     return path.substr(0, path.rfind('/') + 1);

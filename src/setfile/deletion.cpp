@@ -37,7 +37,7 @@ static int32_t vx63_deleteSetFileUserInner(uint32_t fileId, const char* pcUserFi
     logLine({}, "pcUserFileName=[%s]", pcUserFileName);
     const char* const path = pathOf(fileId, pcUserFileName);
     if (path == nullptr) {
-        logLine({}, "arg error. pcUserFileName=[%s]", pcUserFileName);
+        logLine({}, "arg error. pcUserFileName=[%.64s]...", pcUserFileName);
         return -1;
     }
     const int32_t iRet = removeFile(path);
@@ -56,7 +56,7 @@ static int32_t vx63_deleteSetFileLoggerInner(uint32_t fileId, const char* pcLogg
     logLine({}, "pcLoggerFileName=[%s]", pcLoggerFileName);
     const char* const path = pathOf(fileId, pcLoggerFileName);
     if (path == nullptr) {
-        logLine({}, "arg error. pcLoggerFileName=[%s]", pcLoggerFileName);
+        logLine({}, "arg error. pcLoggerFileName=[%.64s]...", pcLoggerFileName);
         return -1;
     }
     const int32_t iRet = removeFile(path);

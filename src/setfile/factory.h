@@ -22,15 +22,15 @@ using Records = std::array<Record<kFileId>, kRows>;
 class Text {
 public:
     constexpr Text() = default;
-    constexpr Text(std::string_view text) { *this += text; }
-    constexpr Text& operator+=(std::string_view text)
+    consteval Text(std::string_view text) { *this += text; }
+    consteval Text& operator+=(std::string_view text)
     {
         for (const char letter : text) {
             m_letters.at(m_length++) = letter;
         }
         return *this;
     }
-    constexpr std::string_view view() const { return {m_letters.data(), m_length}; }
+    consteval std::string_view view() const { return {m_letters.data(), m_length}; }
 
 private:
     std::array<char, 16> m_letters = {};
@@ -56,11 +56,11 @@ consteval Text numbered(std::string_view prefix, uint32_t number, uint32_t digit
 class Cell {
 public:
     constexpr Cell() = default;
-    constexpr Cell(std::integral auto number) : m_number(number) {}
-    constexpr Cell(const char* text) : m_isText(true), m_text(text) {}
-    constexpr Cell(const Text& text) : m_isText(true), m_text(text) {}
+    consteval Cell(std::integral auto number) : m_number(number) {}
+    consteval Cell(const char* text) : m_isText(true), m_text(text) {}
+    consteval Cell(const Text& text) : m_isText(true), m_text(text) {}
 
-    constexpr bool fits(const settings::Column& column) const
+    consteval bool fits(const settings::Column& column) const
     {
         if (column.type == settings::kText) {
             return m_isText && m_text.view().size() < column.width;
@@ -72,7 +72,7 @@ public:
     }
 
     // Fills the field of a record that is zero so far.
-    constexpr void store(uint8_t* field, const settings::Column& column) const
+    consteval void store(uint8_t* field, const settings::Column& column) const
     {
         if (column.type == settings::kText) {
             for (const char letter : m_text.view()) {

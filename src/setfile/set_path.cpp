@@ -21,7 +21,7 @@ const char* pathOf(uint32_t fileId, const char* name)
     }
     char* const path = kindOf(fileId) == FileKind::userSet ? s_userPath : s_loggerPath;
     const int length = snprintf(path, kSetPathSize, def.path, name);
-    return 0 <= length && static_cast<size_t>(length) < kSetPathSize ? path : nullptr;
+    return static_cast<size_t>(length) < kSetPathSize ? path : nullptr; // a name of 2 GiB: -1
 }
 
 } // namespace vx63

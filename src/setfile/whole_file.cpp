@@ -49,7 +49,7 @@ int32_t vx63_readSetFile(uint32_t fileId, void* pDat, const char* pcMeasFileName
     } else {
         const char* const path = pathOf(fileId, pcMeasFileName);
         if (path == nullptr) {
-            logLine({}, "arg error. pcMeasFileName=[%s]", pcMeasFileName);
+            logLine({}, "arg error. pcMeasFileName=[%.64s]...", pcMeasFileName);
             return -1;
         }
         iRet = lsys_readCsvNewFmt(path, settings::kVersion, def.rows, def.columnCount,
@@ -75,7 +75,7 @@ int32_t vx63_writeSetFile(uint32_t fileId, const void* pDat, const char* pcMeasF
 
     const char* const path = pathOf(fileId, pcMeasFileName);
     if (path == nullptr) {
-        logLine({}, "arg error. pcMeasFileName=[%s]", pcMeasFileName);
+        logLine({}, "arg error. pcMeasFileName=[%.64s]...", pcMeasFileName);
         return -1;
     }
     const uint32_t records = isSetOrList(fileId) ? ulUserLine : def.rows;
