@@ -92,12 +92,8 @@ int32_t report(const char* path, const Failure& failure)
         snprintf(place, sizeof place, ":%u", failure.line);
 
     char text[PATH_MAX + 256];
-    const int printed = snprintf(text, sizeof text, "lsys: %.*s%s: %s", PATH_MAX,
-                                 path != nullptr ? path : "(null)", place, reason(failure));
-    if (printed < 0)
-        return failure.code;
-    size_t length =
-        static_cast<size_t>(printed) < sizeof text ? static_cast<size_t>(printed) : sizeof text - 1;
+    auto length = static_cast<size_t>(snprintf(text, sizeof text, "lsys: %.*s%s: %s", PATH_MAX,
+                                               path != nullptr ? path : "(null)", place, reason(failure)));
     for (size_t i = 0; i < length; ++i) {
         if (isControl(static_cast<uint8_t>(text[i])))
             text[i] = '?'; // one line, whatever the path holds

@@ -308,14 +308,17 @@ int32_t readFile(Reader& reader, const char* version, uint32_t maxRecords, uint3
     if (at != nullptr)
         at = reader.readHeader(at, columnCount);
     for (uint32_t count = 0; at != nullptr; ++count) {
-        if (reader.atEnd(at))
-            return reader.failure().code == LSYS_ERR_CUT ? static_cast<int32_t>(count)
-                                                         : reader.failure().code;
+        const bool atEnd = reader.atEnd(at);
+        if (atEnd && reader.failure().code == LSYS_ERR_CUT)
+            return static_cast<int32_t>(count);
         if (count == maxRecords) {
-            reader.fail(LSYS_ERR_RECORDS);
+            if (!atEnd)
+                reader.fail(LSYS_ERR_RECORDS);
             break;
         }
         memset(record, 0, recordSize);
+        if (atEnd) // or not to be read on
+            break;
         at = reader.readRecord(at, columnCount, columns, record);
         if (at == nullptr)
             memset(record, 0, recordSize);
@@ -342,9 +345,10 @@ LSYS_EXPORT int32_t lsys_readCsvNewFmt(const char* pcPath, const char* pcVersion
     if (descriptor < 0)
         return report(pcPath, systemFailure(errno));
     struct stat status;
-    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+    const int error = fstat(descriptor, &status) != 0 ? errno : 0;
+    if (error != 0 || !S_ISREG(status.st_mode)) {
         close(descriptor);
-        return report(pcPath, {LSYS_ERR_NOT_FILE});
+        return report(pcPath, error != 0 ? systemFailure(error) : Failure{LSYS_ERR_NOT_FILE});
     }
     Reader reader(descriptor);
     const int32_t result =

@@ -20,6 +20,15 @@ namespace {
 
 constexpr int kMaxLinks = 40; // as the kernel
 
+// What a signal ends, where a disk is far away, goes on.
+int flush(int file)
+{
+    int result;
+    while ((result = fsync(file)) != 0 && errno == EINTR) {
+    }
+    return result;
+}
+
 } // namespace
 
 Replacement::~Replacement()
@@ -36,23 +45,22 @@ Replacement::~Replacement()
 // Opens the folder of the file; name, mode and owner of the file are its real ones, behind all links.
 Failure Replacement::findFolder(const char* path)
 {
-    char link[PATH_MAX];
-    char folder[PATH_MAX];
+    char text[PATH_MAX]; // the folder's path, then where a link leads
     for (int links = 0; links <= kMaxLinks; ++links) {
         const char* const slash = strrchr(path, '/');
         const char* const name = slash != nullptr ? slash + 1 : path;
         const size_t length = static_cast<size_t>(name - path);
-        if (length >= sizeof folder || strlen(name) >= sizeof m_name)
+        if (length >= sizeof text || strlen(name) >= sizeof m_name)
             return systemFailure(ENAMETOOLONG);
         if (*name == '\0')
             return systemFailure(EISDIR);
         memcpy(m_name, name, strlen(name) + 1);
-        memcpy(folder, path, length);
-        folder[length] = '\0';
+        memmove(text, path, length); // `path` may be there already
+        text[length] = '\0';
 
         const int from = m_folder;
-        m_folder = openat(from >= 0 ? from : AT_FDCWD, length != 0 ? folder : ".",
-                          O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        m_folder =
+            openat(from >= 0 ? from : AT_FDCWD, length != 0 ? text : ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         const int error = errno;
         if (from >= 0)
             close(from);
@@ -71,13 +79,13 @@ Failure Replacement::findFolder(const char* path)
         }
         if (!S_ISLNK(status.st_mode))
             return {LSYS_ERR_NOT_FILE};
-        const ssize_t size = readlinkat(m_folder, m_name, link, sizeof link);
+        const ssize_t size = readlinkat(m_folder, m_name, text, sizeof text);
         if (size < 0)
             return systemFailure(errno);
-        if (size == sizeof link)
+        if (size == sizeof text)
             return systemFailure(ENAMETOOLONG);
-        link[size] = '\0';
-        path = link;
+        text[size] = '\0';
+        path = text;
     }
     return systemFailure(ELOOP);
 }
@@ -165,12 +173,12 @@ Failure Replacement::write(const uint8_t* bytes, size_t count)
 
 Failure Replacement::commit()
 {
-    if (fsync(m_file) != 0 || renameat(m_folder, m_temporary, m_folder, m_name) != 0)
+    if (flush(m_file) != 0 || renameat(m_folder, m_temporary, m_folder, m_name) != 0)
         return systemFailure(errno);
     close(m_file);
     m_file = -1;
     // Not every file system can flush a folder.
-    if (fsync(m_folder) != 0 && errno != EINVAL)
+    if (flush(m_folder) != 0 && errno != EINVAL)
         return systemFailure(errno);
     return {};
 }

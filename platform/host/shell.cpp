@@ -17,8 +17,9 @@
 
 namespace {
 
-// $1 the file that takes the note, $2 the command.
-constexpr char kScript[] = R"(/bin/sh -c -- "$2"; status=$?
+// $1 the file that takes the note, $2 the command. Without input: rm would ask on the caller's terminal about
+// a file that is write-protected, and wait.
+constexpr char kScript[] = R"(/bin/sh -c -- "$2" </dev/null; status=$?
 { echo "$status" >"$1"; } 2>/dev/null
 exit "$status")";
 

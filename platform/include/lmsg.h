@@ -24,16 +24,19 @@ extern "C" {
 enum {
     LMSG_OK = 0,
     LMSG_ERR_ARG = -1,        /* null pointer; message empty or longer, buffer shorter than LMSG_SIZE_MAX */
-    LMSG_ERR_PERMISSION = -2, /* the queue belongs to another user */
+    LMSG_ERR_PERMISSION = -2, /* the queue belongs to another user, who lets nobody in */
     LMSG_ERR_RESOURCE = -3,   /* a limit of the kernel: queues, message bytes (RLIMIT_MSGQUEUE), open files */
     LMSG_ERR_TIMEOUT = -4,    /* the queue stayed full (send) or empty (receive) */
     LMSG_ERR_FORMAT = -5,     /* a queue of that name exists with another message size */
-    LMSG_ERR_SYSTEM = -6      /* any other failure of the system */
+    LMSG_ERR_SYSTEM = -6,     /* any other failure of the system */
+    LMSG_ERR_UNTRUSTED = -7,  /* the queue is neither the own user's nor root's, or others may use it too */
+    LMSG_ERR_MISSING = -8     /* a refusal to a process that has no queue */
 };
 
 /*
  * Sends one message to a process's queue; waits while the queue is full. The receiver need not run yet: the
- * message waits for it in the queue.
+ * message waits for it in the queue. Only the refusal of a request that was not expected (8 bytes, option 4)
+ * makes no queue.
  *   ucQueId    process id of the receiver
  *   pMsg       the message; ulLen bytes, 1 to LMSG_SIZE_MAX
  *   ulTimeout  milliseconds, 0 not to wait, or LMSG_FOREVER
