@@ -155,7 +155,8 @@ int check(const Options& options)
 int showState(const Options& options)
 {
     const std::string state = queryState();
-    std::fputs(options.json ? state.c_str() : stateText(state).c_str(), stdout);
+    const std::string line = state.substr(0, state.find('\n'));
+    std::fputs(options.json ? (cli::printable(line) + "\n").c_str() : stateText(state).c_str(), stdout);
     return 0;
 }
 
@@ -210,7 +211,10 @@ void addRun(CLI::App& app, cli::Extras& extras, Options& options)
     command.add_flag("--empty-settings", options.emptySettings,
                      "leave empty settings folders empty, without the factory files");
     command.footer(
-        "The exit status is the command's, 128 + n after signal n; 125: the meter cannot run, 126: "
+        "Not a security boundary: COMMAND can write to your files and use the network as it can without "
+        "run.\n\n"
+        "The exit status is the command's, 128 + n after signal n; 125: the meter cannot run, or something "
+        "of it stays, 126: "
         "the command cannot be executed, 127: it is not found.\n\n"
         "Example:\n"
         "  vx63-vmeter run --fault meas/0x104:2=late,300 -- ./my-application");

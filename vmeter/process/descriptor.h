@@ -51,10 +51,13 @@ inline Pipe makePipe()
     return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
-inline void writeByte(int descriptor, uint8_t byte)
+// Gives whether it was written.
+inline bool writeByte(int descriptor, uint8_t byte)
 {
-    while (write(descriptor, &byte, 1) < 0 && errno == EINTR) {
+    ssize_t written;
+    while ((written = write(descriptor, &byte, 1)) < 0 && errno == EINTR) {
     }
+    return written == 1;
 }
 
 // Reads until so many bytes are there or the end; gives how many.

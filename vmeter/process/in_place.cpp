@@ -1,5 +1,6 @@
 #include "process/in_place.h"
 
+#include "cli/printable.h"
 #include "failure.h"
 #include "model/settings.h"
 #include "process/isolation.h"
@@ -8,14 +9,11 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <sys/file.h>
-#include <sys/prctl.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace vmeter {
@@ -57,22 +55,54 @@ bool isLog(const fs::path& path)
 std::vector<fs::path> logsIn(const fs::path& folder)
 {
     std::vector<fs::path> logs;
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
-        if (isLog(entry->path()))
-            logs.push_back(entry->path());
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder))
+        if (isLog(entry.path()))
+            logs.push_back(entry.path());
     return logs;
 }
 
-// From one file system to another if need be.
-void moveFile(const fs::path& from, const fs::path& to)
+// Empty where no link is.
+fs::path linkTarget(const fs::path& path)
+{
+    return fs::is_symlink(fs::symlink_status(path)) ? fs::read_symlink(path) : fs::path();
+}
+
+// What another user makes while the meter runs is not the meter's.
+bool isStrangers(const fs::path& path)
+{
+    struct stat status;
+    return geteuid() != 0 && lstat(path.c_str(), &status) == 0 && status.st_uid != geteuid();
+}
+
+// From one file system to another if need be. Who is killed meanwhile leaves `from`, or `to`, or both.
+//   part  what is copied first; `to` is whole when this is another
+void moveFile(const fs::path& from, const fs::path& to, const fs::path& part)
 {
     std::error_code error;
     fs::rename(from, to, error);
     if (!error)
         return;
-    if (fs::copy_file(from, to, fs::copy_options::overwrite_existing, error))
-        fs::remove(from, error);
+    fs::copy_file(from, part, fs::copy_options::overwrite_existing);
+    if (part != to)
+        fs::rename(part, to);
+    fs::remove(from);
+}
+
+// Between a state folder, whose logs are always whole, and the machine. While both have one, the state's
+// counts.
+void takeLog(const fs::path& log)
+{
+    const fs::path here = kLogFolder / log.filename();
+    moveFile(log, here, here);
+}
+
+void bringBackLog(const fs::path& log, const fs::path& state)
+{
+    const fs::path kept = state / "log" / log.filename();
+    if (fs::exists(kept))
+        fs::remove(log);
+    else
+        moveFile(log, kept, kept.native() + ".part");
 }
 
 void note(const fs::path& path)
@@ -89,30 +119,76 @@ Descriptor lockFolder(const fs::path& folder)
     return lock;
 }
 
-// Undoes what the notes tell.
-void undo(const fs::path& notes)
+// The first thing that stays, and why.
+using Stays = std::optional<fs::filesystem_error>;
+
+template <typename Step>
+void attempt(Stays& stays, const Step& step)
 {
-    std::error_code error;
+    try {
+        step();
+    } catch (const fs::filesystem_error& error) {
+        if (!stays)
+            stays = error;
+    }
+}
+
+// Undoes what the notes tell, as far as it can be. The notes stay until all is undone.
+Stays undoOnce(const fs::path& notes)
+{
+    Stays stays;
     for (const char* folder : kSettingsFolders) {
-        const fs::path link = fs::path(kProgramFolder) / folder;
-        if (fs::read_symlink(link, error) == notes / folder)
-            fs::remove(link, error);
+        attempt(stays, [&] {
+            const fs::path link = fs::path(kProgramFolder) / folder;
+            if (linkTarget(link) == notes / folder)
+                fs::remove(link);
+        });
     }
-    if (fs::exists(notes / kNoteComplete, error)) {
-        const fs::path state = fs::read_symlink(notes / kNoteState, error);
+    attempt(stays, [&] {
+        if (!fs::exists(notes / kNoteComplete))
+            return;
+        const fs::path state = linkTarget(notes / kNoteState);
         for (const fs::path& log : logsIn(kLogFolder)) {
-            if (fs::exists(notes / kNoteKeptLogs / log.filename(), error))
-                continue;
-            if (state.empty())
-                fs::remove(log, error);
-            else
-                moveFile(log, state / "log" / log.filename());
+            attempt(stays, [&] {
+                if (fs::exists(notes / kNoteKeptLogs / log.filename()) || isStrangers(log))
+                    return;
+                if (state.empty())
+                    fs::remove(log);
+                else
+                    bringBackLog(log, state);
+            });
         }
-        for (const uint8_t id : queueIds())
-            if (!fs::exists(notes / kNoteKeptQueues / std::to_string(id), error))
-                removeQueue(id);
-    }
-    fs::remove_all(notes, error);
+        for (const uint8_t id : queueIds()) {
+            attempt(stays, [&] {
+                // EACCES: another user has made it.
+                if (!fs::exists(notes / kNoteKeptQueues / std::to_string(id)) && !removeQueue(id) &&
+                    errno != EACCES)
+                    throw fs::filesystem_error("", "message queue of id " + std::to_string(id),
+                                               std::error_code(errno, std::generic_category()));
+            });
+        }
+        // Who is killed from here on leaves notes that cannot be relied on.
+        if (!stays)
+            fs::remove(notes / kNoteComplete);
+    });
+    if (!stays)
+        attempt(stays, [&] { fs::remove_all(notes); });
+    return stays;
+}
+
+// Gives whether nothing stays; tells what does.
+bool undo(const fs::path& notes)
+{
+    Stays stays = undoOnce(notes);
+    if (stays)
+        stays = undoOnce(notes); // a machine that was short of something may no longer be
+    if (stays)
+        std::fprintf(stderr,
+                     "vx63-vmeter: %s: %s: it stays with %s until that is mended and "
+                     "'vx63-vmeter run --in-place -- true' takes it away\n",
+                     cli::printable(stays->path1().native()).c_str(), stays->code().message().c_str(),
+                     cli::printable(notes.native()).c_str());
+    return !stays;
 }
 
 // What a meter left behind that was killed together with its guardian.
@@ -135,41 +211,6 @@ void undoKilled()
         const fs::path link = fs::path(kProgramFolder) / folder;
         if (isOurs(link))
             fs::remove(link, error);
-    }
-}
-
-// Children of this process, also those it got because their parents died.
-std::vector<pid_t> children()
-{
-    std::vector<pid_t> found;
-    std::error_code error;
-    for (fs::directory_iterator entry("/proc", error), end; !error && entry != end; entry.increment(error)) {
-        const pid_t pid = std::atoi(entry->path().filename().c_str());
-        std::ifstream file(entry->path() / "stat");
-        std::string stat;
-        if (pid <= 0 || !std::getline(file, stat))
-            continue;
-        // PID (NAME) STATE PPID ...; the name can hold anything.
-        char state = 0;
-        int parent = 0;
-        const std::size_t at = stat.rfind(')');
-        if (at != std::string::npos && std::sscanf(stat.c_str() + at + 1, " %c %d", &state, &parent) == 2 &&
-            parent == getpid())
-            found.push_back(pid);
-    }
-    return found;
-}
-
-void killDescendants()
-{
-    for (;;) {
-        bool any = false;
-        for (const pid_t pid : children())
-            any = kill(pid, SIGKILL) == 0 || any;
-        if (!any)
-            return;
-        // Their own children come to us when they are gone.
-        waitpid(-1, nullptr, 0);
     }
 }
 
@@ -231,7 +272,7 @@ InPlace::InPlace(const std::optional<fs::path>& state)
         if (state)
             for (const fs::path& log : logsIn(*state / "log"))
                 if (!fs::exists(m_notes / kNoteKeptLogs / log.filename()))
-                    moveFile(log, kLogFolder / log.filename());
+                    takeLog(log);
         for (const char* folder : kSettingsFolders) {
             if (state)
                 fs::create_symlink(*state / folder, m_notes / folder);
@@ -246,9 +287,6 @@ InPlace::InPlace(const std::optional<fs::path>& state)
         undo(m_notes);
         throw;
     }
-
-    // What the meter leaves running comes to us, should the guardian die.
-    prctl(PR_SET_CHILD_SUBREAPER, 1);
 }
 
 InPlace::~InPlace()
@@ -256,37 +294,17 @@ InPlace::~InPlace()
     cleanUp();
 }
 
-void InPlace::guard(const std::vector<std::string>& program)
+bool InPlace::cleanUp()
 {
-    prctl(PR_SET_CHILD_SUBREAPER, 1);
-    const pid_t parent = getpid();
-    const pid_t child = fork();
-    if (child == 0) {
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        if (getppid() != parent)
-            _exit(kExitFailure);
-        std::vector<char*> argv;
-        for (const std::string& argument : program)
-            argv.push_back(const_cast<char*>(argument.c_str()));
-        argv.push_back(nullptr);
-        execv(argv[0], argv.data());
-        _exit(kExitFailure);
-    }
-    int how = 0;
-    pid_t ended = -1;
-    while (child > 0 && ended != child)
-        ended = waitpid(-1, &how, 0);
-    cleanUp();
-    _exit(child < 0 ? kExitFailure : WIFSIGNALED(how) ? 128 + WTERMSIG(how) : WEXITSTATUS(how));
+    return m_notes.empty() || undo(std::exchange(m_notes, {}));
 }
 
-void InPlace::cleanUp()
+void cleanUpKilled()
 {
-    killDescendants();
-    if (m_notes.empty())
-        return;
-    undo(m_notes);
-    m_notes.clear();
+    // Where another meter has taken the machine, it has cleaned up.
+    const Descriptor machine(open(kProgramFolder, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (machine && flock(machine.get(), LOCK_EX | LOCK_NB) == 0)
+        undoKilled();
 }
 
 } // namespace vmeter

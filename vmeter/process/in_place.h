@@ -1,16 +1,14 @@
 // A meter on the machine's own paths and queues, for a container that refuses namespaces.
 //
 // All that the meter adds to the machine is noted in one folder below /tmp, which is made first and
-// removed last: whoever finds it - the guardian, run, or the next meter after everything was killed - can
-// take the rest away.
+// removed last: whoever finds it - the guardian, which makes it; run, when the guardian was killed; or the
+// next meter, when both were - can take the rest away.
 #pragma once
 
 #include "process/descriptor.h"
 
 #include <filesystem>
 #include <optional>
-#include <string>
-#include <vector>
 
 namespace vmeter {
 
@@ -24,17 +22,17 @@ public:
     InPlace(const InPlace&) = delete;
     InPlace& operator=(const InPlace&) = delete;
 
-    // Stands between run and the meter: runs the program, ends what it left running, cleans up and ends
-    // with its exit status.
-    [[noreturn]] void guard(const std::vector<std::string>& program);
-
-    // Ends all that descends from this process and takes away all that was made. Can be repeated.
-    void cleanUp();
+    // Takes away all that was made. Gives whether nothing stays; tells on standard error what does, and
+    // leaves the notes of it for the next meter. Can be repeated.
+    bool cleanUp();
 
 private:
     std::filesystem::path m_notes;
     Descriptor m_machineLock;
     Descriptor m_notesLock;
 };
+
+// Takes away what a killed guardian left.
+void cleanUpKilled();
 
 } // namespace vmeter

@@ -3,6 +3,7 @@
 #include "failure.h"
 #include "model/settings.h"
 #include "process/descriptor.h"
+#include "process/guardian.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -57,26 +58,25 @@ struct Outcome {
 Outcome runQuietly(const std::vector<std::string>& arguments)
 {
     auto [readEnd, writeEnd] = makePipe();
+    adoptOrphans();
     const pid_t pid = fork();
     if (pid == 0) {
         dup2(writeEnd.get(), STDOUT_FILENO);
         dup2(writeEnd.get(), STDERR_FILENO);
-        std::vector<char*> argv;
-        for (const std::string& argument : arguments)
-            argv.push_back(const_cast<char*>(argument.c_str()));
-        argv.push_back(nullptr);
-        execvp(argv[0], argv.data());
-        _exit(errno == ENOENT ? kExitNotFound : kExitNotExecutable);
+        guard(arguments);
     }
     if (pid < 0)
         throw Failure("fork", errorText(errno), "end other programs");
     writeEnd = Descriptor();
     Outcome outcome{};
+    while (waitpid(pid, &outcome.status, 0) < 0 && errno == EINTR) {
+    }
+    if (WIFSIGNALED(outcome.status)) // the guardian itself was killed
+        killDescendants();
+    // What it said fits into the pipe.
     char text[512];
     for (std::size_t got; (got = readFully(readEnd.get(), text, sizeof text)) > 0;)
         outcome.said.append(text, got);
-    while (waitpid(pid, &outcome.status, 0) < 0 && errno == EINTR) {
-    }
     while (!outcome.said.empty() && outcome.said.back() == '\n')
         outcome.said.pop_back();
     std::replace(outcome.said.begin(), outcome.said.end(), '\n', ' ');

@@ -57,8 +57,12 @@ Descriptor claimQueues()
 bool queueExists(uint8_t ucQueId)
 {
     const mqd_t queue = mq_open(queueName(ucQueId).c_str(), O_RDONLY | O_CLOEXEC);
-    if (queue < 0)
-        return errno != ENOENT;
+    if (queue < 0) {
+        if (errno != ENOENT && errno != EACCES) // EACCES: another user's
+            throw Failure("message queue of id " + std::to_string(ucQueId), errorText(errno),
+                          "close other programs");
+        return errno == EACCES;
+    }
     mq_close(queue);
     return true;
 }

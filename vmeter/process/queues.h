@@ -25,7 +25,7 @@ QueueClaim claimAddress(); // throws Failure
 // behind. The descriptor listens, see state_query.h. Throws Failure when another meter serves them.
 Descriptor claimQueues();
 
-bool queueExists(uint8_t ucQueId);
+bool queueExists(uint8_t ucQueId); // throws Failure
 
 // Gives whether no queue of that id is left.
 bool removeQueue(uint8_t ucQueId);

@@ -3,6 +3,7 @@
 #include "failure.h"
 #include "model/settings.h"
 #include "process/descriptor.h"
+#include "process/guardian.h"
 #include "process/in_place.h"
 #include "process/isolation.h"
 #include "process/supervisor.h"
@@ -10,12 +11,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <nlohmann/json.hpp>
-#include <poll.h>
 #include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/signalfd.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -53,17 +51,6 @@ Descriptor takeState(const fs::path& state)
     return folder;
 }
 
-[[noreturn]] void become(const std::vector<std::string>& arguments)
-{
-    std::vector<char*> argv;
-    for (const std::string& argument : arguments)
-        argv.push_back(const_cast<char*>(argument.c_str()));
-    argv.push_back(nullptr);
-    execvp(argv[0], argv.data());
-    std::fprintf(stderr, "vx63-vmeter: %s: %s: see 'vx63-vmeter check'\n", argv[0], errorText(errno).c_str());
-    _exit(kExitFailure);
-}
-
 // A memory file that holds the arguments as bubblewrap reads them.
 Descriptor argumentFile(const std::vector<std::string>& arguments)
 {
@@ -76,35 +63,6 @@ Descriptor argumentFile(const std::vector<std::string>& arguments)
     lseek(file.get(), 0, SEEK_SET);
     return file;
 }
-
-// The meter's first process, as bubblewrap tells: when it has ended, nothing of the meter runs any more.
-class FirstProcess {
-public:
-    explicit FirstProcess(int infoFd)
-    {
-        std::string text;
-        char part[512];
-        for (std::size_t got; (got = readFully(infoFd, part, sizeof part)) > 0;)
-            text.append(part, got);
-        const auto info = nlohmann::ordered_json::parse(text, nullptr, false);
-        if (info.is_object() && info.contains("child-pid"))
-            m_process =
-                Descriptor(static_cast<int>(syscall(SYS_pidfd_open, info["child-pid"].get<pid_t>(), 0)));
-    }
-
-    void end() const
-    {
-        if (!m_process)
-            return;
-        syscall(SYS_pidfd_send_signal, m_process.get(), SIGKILL, nullptr, 0);
-        pollfd event{m_process.get(), POLLIN, 0};
-        while (poll(&event, 1, -1) < 0 && errno == EINTR) {
-        }
-    }
-
-private:
-    Descriptor m_process;
-};
 
 // SIGTERM and SIGHUP are taken from a descriptor; what the terminal sends is the command's business.
 Descriptor takeSignals(const CallerSignals& caller)
@@ -173,13 +131,10 @@ int run(const RunOptions& options)
     const Descriptor scene(options.scene ? openScene(*options.scene) : -1);
     const Descriptor trace(options.trace ? openTrace(*options.trace) : -1);
     const Descriptor stateJson(options.stateJson ? openStateJson(*options.stateJson) : -1);
-    std::optional<InPlace> inPlace;
-    if (options.inPlace)
-        inPlace.emplace(state);
 
     Pipe control = makePipe();
     const Pipe begun = makePipe(); // a byte: the surroundings are made and serve has begun
-    const Descriptor words(inPlace ? -1 : fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    const Descriptor words(options.inPlace ? -1 : fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
 
     const CallerSignals callerSignals = CallerSignals::current();
     std::vector<std::string> inside = {ownPath(),
@@ -209,22 +164,17 @@ int run(const RunOptions& options)
     const Descriptor signals = takeSignals(callerSignals);
     if (!signals)
         throw Failure("signals", errorText(errno), "close other programs");
+    adoptOrphans();
     Namespaces namespaces = wantedNamespaces();
     // Most machines allow all namespaces: they are tried out only where the first attempt, which is quiet,
     // fails.
-    for (bool quiet = !inPlace;; quiet = false) {
-        Pipe info = makePipe();
+    for (bool quiet = !options.inPlace;; quiet = false) {
         std::vector<std::string> outside;
         Descriptor arguments;
-        if (!inPlace) {
+        if (!options.inPlace) {
             const std::vector<std::string> all = bubblewrapArguments(namespaces, state);
             arguments = argumentFile({all.begin() + 1, all.end()});
-            outside = {all.front(),
-                       "--args",
-                       std::to_string(arguments.get()),
-                       "--info-fd",
-                       std::to_string(info.writeEnd.get()),
-                       "--"};
+            outside = {all.front(), "--args", std::to_string(arguments.get()), "--"};
             outside.insert(outside.end(), inside.begin(), inside.end());
         }
 
@@ -243,38 +193,37 @@ int run(const RunOptions& options)
                      &control.readEnd, &begun.writeEnd, &words, &stateLock, &scene, &trace, &stateJson})
                 if (*handed)
                     handed->inherit();
-            info.readEnd = Descriptor();
-            if (inPlace) {
-                info.writeEnd = Descriptor();
-                inPlace->guard(inside);
+            if (options.inPlace) {
+                InPlace inPlace(state);
+                guard(inside, [&inPlace] { return inPlace.cleanUp(); });
             }
             if (quiet && words)
                 dup2(Descriptor(open("/dev/null", O_WRONLY | O_CLOEXEC)).get(), STDERR_FILENO);
             arguments.inherit();
-            info.writeEnd.inherit();
-            become(outside);
+            guard(outside);
         }
 
-        info.writeEnd = Descriptor();
-        const FirstProcess first(info.readEnd.get());
         const int how = waitFor(child, signals, control.writeEnd);
-        first.end();
-        if (inPlace)
-            inPlace->cleanUp();
+        if (WIFSIGNALED(how)) { // the guardian itself was killed
+            killDescendants();
+            if (options.inPlace)
+                cleanUpKilled();
+        }
+        const int status = WIFSIGNALED(how) ? 128 + WTERMSIG(how) : WEXITSTATUS(how);
 
         uint8_t byte = 0;
         fcntl(begun.readEnd.get(), F_SETFL, O_NONBLOCK);
         const bool hasBegun = readFully(begun.readEnd.get(), &byte, 1) == 1;
         if (!hasBegun && quiet)
             namespaces = tryNamespaces();
-        if (!hasBegun && !WIFSIGNALED(how)) {
+        if (!hasBegun && status < 128) {
             if (quiet)
                 continue;
-            if (WEXITSTATUS(how) != kExitFailure)
+            if (status != kExitFailure)
                 throw Failure("bubblewrap", "it could not make the surroundings (see above)",
                               "see 'vx63-vmeter check'");
         }
-        return WIFSIGNALED(how) ? 128 + WTERMSIG(how) : WEXITSTATUS(how);
+        return status;
     }
 }
 

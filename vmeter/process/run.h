@@ -1,8 +1,8 @@
 // `vx63-vmeter run`: a meter and a command in surroundings of their own, and nothing left of them afterwards.
 //
-// run itself stays outside and outlives everything: it passes signals on, waits and cleans up. Inside, the
-// same program as `serve` starts the services and the command. Between them stands bubblewrap or, in place,
-// a guardian; each cleans up when the other is killed.
+// run itself stays outside and outlives everything: it passes signals on and waits. Inside, the same program
+// as `serve` starts the services and the command, and ends when run is gone. Between them stands a guardian,
+// and bubblewrap unless in place: the guardian cleans up, and run does when the guardian is killed.
 #pragma once
 
 #include <filesystem>

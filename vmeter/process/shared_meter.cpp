@@ -1,10 +1,12 @@
 #include "process/shared_meter.h"
 
 #include <cerrno>
+#include <chrono>
 #include <memory>
 #include <pthread.h>
 #include <sys/mman.h>
 #include <system_error>
+#include <thread>
 
 namespace vmeter {
 
@@ -18,18 +20,27 @@ static_assert(std::atomic<uint32_t>::is_always_lock_free && std::atomic<int64_t>
 
 class SharedMeter::Lock {
 public:
-    explicit Lock(Memory& memory) : m_mutex(memory.mutex)
+    // `take` is pthread_mutex_lock() or pthread_mutex_trylock().
+    explicit Lock(Memory& memory, int (*take)(pthread_mutex_t*) = pthread_mutex_lock)
+        : m_mutex(memory.mutex), m_error(take(&m_mutex))
     {
         // Its last owner died with it: the state that counts is whole all the same.
-        if (pthread_mutex_lock(&m_mutex) == EOWNERDEAD)
+        if (m_error == EOWNERDEAD)
             pthread_mutex_consistent(&m_mutex);
     }
-    ~Lock() { pthread_mutex_unlock(&m_mutex); }
+    ~Lock()
+    {
+        if (isTaken())
+            pthread_mutex_unlock(&m_mutex);
+    }
     Lock(const Lock&) = delete;
     Lock& operator=(const Lock&) = delete;
 
+    bool isTaken() const { return m_error == 0 || m_error == EOWNERDEAD; }
+
 private:
     pthread_mutex_t& m_mutex;
+    int m_error;
 };
 
 SharedMeter::SharedMeter(std::size_t services, std::size_t faultRules)
@@ -78,6 +89,16 @@ State SharedMeter::state()
 {
     const Lock lock(*m_memory);
     return m_memory->states[m_memory->current];
+}
+
+std::optional<State> SharedMeter::stateInTime()
+{
+    for (int tries = 0; tries < 100; ++tries) {
+        if (const Lock lock(*m_memory, pthread_mutex_trylock); lock.isTaken())
+            return m_memory->states[m_memory->current];
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return std::nullopt;
 }
 
 uint64_t SharedMeter::simMs()

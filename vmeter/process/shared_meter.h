@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 
 namespace vmeter {
@@ -27,6 +28,9 @@ public:
     uint64_t update(const std::function<void(State&)>& change);
 
     State state();
+    // Nothing if the state stays locked for a second, as it does by a process suspended in the middle of a
+    // call.
+    std::optional<State> stateInTime();
     uint64_t simMs();
 
     // Requests counted so far, one number per fault rule.

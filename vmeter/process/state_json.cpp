@@ -1,5 +1,6 @@
 #include "process/state_json.h"
 
+#include "cli/printable.h"
 #include "services/keys.h"
 #include "services/power.h"
 
@@ -13,6 +14,8 @@ namespace vmeter {
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+constexpr int kDepthMax = 8;
 
 // A text of a fixed field, which it may fill; what is no printable ASCII becomes '?'.
 std::string textOf(std::span<const char> field)
@@ -151,14 +154,22 @@ std::string stateJson(const Scene& scene, const State& state, uint64_t nowMs)
 
 std::string stateText(const std::string& json)
 {
-    const Json state = Json::parse(json, nullptr, false);
+    // Whoever answers may say anything: no deeper than a state is, and nothing that a terminal obeys.
+    const auto isShallow = [](int depth, Json::parse_event_t, Json&) {
+        if (depth > kDepthMax)
+            throw std::runtime_error("no state");
+        return true;
+    };
+    const Json state = Json::parse(json, isShallow, false);
     if (!state.is_object())
         throw std::runtime_error("no state");
     std::string text;
     const auto put = [&text](const std::string& name, const Json& value) {
         constexpr std::size_t kNameWidth = 28;
-        text += name + std::string(name.size() < kNameWidth ? kNameWidth - name.size() : 1, ' ');
-        text += value.is_null() ? "-" : value.is_string() ? value.get<std::string>() : value.dump();
+        const std::string shown = cli::printable(name);
+        text += shown + std::string(shown.size() < kNameWidth ? kNameWidth - shown.size() : 1, ' ');
+        text += value.is_null() ? "-"
+                                : cli::printable(value.is_string() ? value.get<std::string>() : value.dump());
         text += '\n';
     };
     for (const auto& [name, value] : state.items()) {

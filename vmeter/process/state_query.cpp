@@ -9,6 +9,8 @@
 namespace vmeter {
 namespace {
 
+constexpr std::size_t kStateMax = 1 << 16; // one that is told is far smaller
+
 // The socket's name can be seen by every user of the machine.
 bool isOneOfUs(const Descriptor& peer)
 {
@@ -44,10 +46,11 @@ std::string queryState()
                       "ask where the meter runs: vx63-vmeter run -- vx63-vmeter state");
     std::string state;
     char part[4096];
-    for (std::size_t got; (got = readFully(meter.get(), part, sizeof part)) > 0;)
+    for (std::size_t got; (got = readFully(meter.get(), part, sizeof part)) > 0 && state.size() <= kStateMax;)
         state.append(part, got);
-    if (state.empty())
-        throw Failure("state", "the meter does not tell", "ask as the user who started it");
+    if (state.empty() || state.size() > kStateMax)
+        throw Failure("state", "the meter does not tell",
+                      "ask as the user who started it; let a service that was stopped go on (kill -CONT)");
     return state;
 }
 

@@ -1,5 +1,6 @@
 #include "process/supervisor.h"
 
+#include "cli/printable.h"
 #include "failure.h"
 #include "lmsg.h"
 #include "process/descriptor.h"
@@ -54,6 +55,7 @@ const char* whatToTry(int32_t lmsgError)
 {
     switch (lmsgError) {
     case LMSG_ERR_PERMISSION:
+    case LMSG_ERR_UNTRUSTED:
         return "a meter of another user is running here; use 'vx63-vmeter run'";
     case LMSG_ERR_RESOURCE:
         return "end other meters, or raise RLIMIT_MSGQUEUE (ulimit -q) or fs.mqueue.queues_max";
@@ -152,7 +154,15 @@ private:
         dup2(nothing.get(), STDIN_FILENO);
         dup2(nothing.get(), STDOUT_FILENO);
 
-        const auto ready = [this, index] { writeByte(m_readyWrite.get(), static_cast<uint8_t>(index)); };
+        const auto ready = [this, index] {
+            if (writeByte(m_readyWrite.get(), static_cast<uint8_t>(index)))
+                return;
+            // Who waits for it would wait for ever.
+            std::fprintf(stderr,
+                         "vx63-vmeter: service %s: it cannot tell that it is ready: %s: start again\n",
+                         kServices[index]->name, errorText(errno).c_str());
+            _exit(kExitFailure);
+        };
         const ServiceProcess process{
             index, m_scene, m_shared, m_faults, m_trace, ready, m_supervision.settings};
         const int32_t error = serve(process);
@@ -173,6 +183,8 @@ private:
         auto [readEnd, writeEnd] = makePipe();
         const pid_t parent = getpid();
         m_command = fork();
+        if (m_command < 0)
+            throw Failure("fork", errorText(errno), "end other programs");
         if (m_command == 0) {
             dieWithParent(parent);
             m_supervision.callerSignals.restore();
@@ -186,15 +198,16 @@ private:
             _exit(kExitFailure);
         }
         writeEnd = Descriptor();
-        int error = m_command < 0 ? errno : 0;
-        if (m_command >= 0 && readFully(readEnd.get(), &error, sizeof error) != sizeof error)
+        int error = 0;
+        if (readFully(readEnd.get(), &error, sizeof error) != sizeof error)
             return; // it runs
         waitpid(m_command, nullptr, 0);
         m_command = -1;
         const bool missing = error == ENOENT;
-        std::fprintf(
-            stderr, "vx63-vmeter: %s: %s: %s\n", m_supervision.command[0].c_str(), errorText(error).c_str(),
-            missing ? "give the path of a program, or a name on PATH" : "give a program that can be run");
+        std::fprintf(stderr, "vx63-vmeter: %s: %s: %s\n", cli::printable(m_supervision.command[0]).c_str(),
+                     errorText(error).c_str(),
+                     missing ? "give the path of a program, or a name on PATH"
+                             : "give a program that can be run");
         m_status = missing ? kExitNotFound : kExitNotExecutable;
     }
 
@@ -225,7 +238,12 @@ private:
         }
     }
 
-    std::string stateNow() { return stateJson(m_scene, m_shared.state(), steadyMs()); }
+    // Empty where a service that is suspended keeps it.
+    std::string stateNow()
+    {
+        const std::optional<State> state = m_shared.stateInTime();
+        return state ? stateJson(m_scene, *state, steadyMs()) : "";
+    }
 
     void writeState()
     {
@@ -338,9 +356,10 @@ private:
             m_command = -1;
         }
         const Clock::time_point killAt = Clock::now() + kServiceGrace;
+        // One that is not ready has no request in its hands, and may ignore signals still.
         for (const Process& process : m_services)
             if (process.pid > 0)
-                kill(process.pid, SIGTERM);
+                kill(process.pid, process.ready ? SIGTERM : SIGKILL);
         while (reapServices()) {
             if (Clock::now() >= killAt) {
                 for (const Process& process : m_services)
