@@ -5,7 +5,10 @@
 #include "common/text.h"
 
 #include <csignal>
+#include <filesystem>
+#include <new>
 #include <string>
+#include <system_error>
 
 using namespace tool;
 
@@ -61,6 +64,12 @@ int run(int argc, char** argv)
     return code;
 }
 
+int reportWant(const std::string& what, bool json)
+{
+    report({kExitInternal, "cannot go on", what, "end other programs"}, json);
+    return kExitInternal;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -74,6 +83,16 @@ int main(int argc, char** argv)
         return failure.code();
     } catch (const BrokenPipe&) {
         return kExitSignal + SIGPIPE;
+    } catch (const std::filesystem::filesystem_error& error) {
+        const std::string path = error.path1().string();
+        report(
+            {kExitNoInput, "cannot look at " + path, error.code().message(), "look at 'ls -ld " + path + "'"},
+            json);
+        return kExitNoInput;
+    } catch (const std::system_error& error) { // of a thread
+        return reportWant(error.code().message(), json);
+    } catch (const std::bad_alloc&) {
+        return reportWant("no memory is left", json);
     } catch (const std::exception& error) {
         report({kExitInternal, "internal error", error.what(), "please report it with the command line"},
                json);

@@ -44,6 +44,9 @@ from ._virtual_meter import VirtualMeter, VirtualMeterError
 __all__ = ["Error", "FlexibleRecord", "Record", "SetFile", "SetFileError", "VirtualMeter", "VirtualMeterError"]
 __all__ += _interface.__all__
 
+if __doc__ and _interface.__doc__:  # not with python -OO
+    __doc__ += "\n" + _interface.__doc__
+
 for _name in __all__:  # what tracebacks and help() show
     if hasattr(globals()[_name], "__module__"):
         globals()[_name].__module__ = "vx63"

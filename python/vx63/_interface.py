@@ -1,5 +1,152 @@
-"""What follows from the C headers. Written by script/python-interface: do not edit."""
+# What follows from the C headers. Written by script/python-interface: do not edit.
 # fmt: off
+"""Constants. Names, values and what they mean:
+
+  VX63_OK            0   success
+  VX63_ERR_COMM      -1  the exchange failed, or the service answered with an unknown result
+  VX63_ERR_ARG       -2  an argument is out of range or null, or the service refused a parameter
+  VX63_ERR_REPEAT    -6  the buzzer is sounding a repeating pattern
+  VX63_ERR_POWER     -7  the measurement service reports a fault of the antenna power supply
+  VX63_ERR_PRIORITY  -8  the buzzer is busy with a sound of higher priority
+
+The service processes. A client's own id is 0 to 17, as the firmware's process table gives it.
+  PROC_ID_PSYS   0   system service: product data, failures, power, update, settings notices
+  PROC_ID_PDEV   6   device service: device status, angle sensor, power-supply information
+  PROC_ID_PKEY   8   key service: key states
+  PROC_ID_PBUZ   10  buzzer service
+  PROC_ID_PMEAS  12  measurement service: all measurements, standby, calibration, battery notices
+
+RF inputs.
+  VX63_INPUT_0  0
+  VX63_INPUT_1  1
+
+Antenna power supplies: the voltage selects the polarisation of an LNB, the 22 kHz tone its band.
+  VX63_POWER_SUPPLY_OFF       0
+  VX63_POWER_SUPPLY_11V       1
+  VX63_POWER_SUPPLY_15V       2
+  VX63_POWER_SUPPLY_11V_TONE  3
+  VX63_POWER_SUPPLY_15V_TONE  4
+
+Broadcast systems: usBdSys, bdSys, BDSYS, SPEC.
+  VX63_BDSYS_TERRESTRIAL  0   OFDM in 6 MHz, on cable too
+  VX63_BDSYS_SATELLITE    1   BS and CS, first generation
+  VX63_BDSYS_SATELLITE_2  2   BS and CS, second generation
+  VX63_BDSYS_CATV         3   cable: QAM in 6 MHz
+  VX63_BDSYS_JSAT         4   QPSK
+  VX63_BDSYS_JSAT_2       5   QPSK to 32APSK
+  VX63_BDSYS_SKYP         6   cable: 256QAM
+  VX63_BDSYS_CATV_2       9   cable: a variant of VX63_BDSYS_CATV
+  VX63_BDSYS_LEVEL        10  any carrier: its level alone, without lock
+
+Modulations, a bit each: usMod takes one or several, or VX63_MOD_ANY; MOD gives one.
+  VX63_MOD_ANY             0
+  VX63_MOD_OFDM            1
+  VX63_MOD_BPSK            2
+  VX63_MOD_QPSK            8
+  VX63_MOD_8PSK_SATELLITE  16    of VX63_BDSYS_SATELLITE
+  VX63_MOD_8PSK            32    of all others
+  VX63_MOD_16APSK          64
+  VX63_MOD_32APSK          128
+  VX63_MOD_64QAM           1024
+  VX63_MOD_256QAM          4096
+  VX63_MOD_NONE            8192  a carrier without modulation
+
+Guard intervals of an OFDM signal, as a part of its useful symbol: GI.
+  VX63_GI_1_32  0
+  VX63_GI_1_16  1
+  VX63_GI_1_8   2
+  VX63_GI_1_4   3
+
+Bits of the stat of a measurement result.
+  VX63_STAT_SIGNAL        1   the carrier-to-noise ratio is 0 dB or more
+  VX63_STAT_LOCKED        2   as lock says
+  VX63_STAT_BITS          4   bits were counted: BER_TOTAL is not 0
+  VX63_STAT_POWER_SUPPLY  8   the antenna power supply is on
+  VX63_STAT_MEASURED      16  of a list of channels: this one has been measured
+
+Bits of the measurement service's ulMeasStat: what it is at.
+  VX63_MEAS_SINGLE  1    a single measurement runs
+  VX63_MEAS_LOCKED  2    it, or the delay profile, has locked
+  VX63_MEAS_MULTI   4    a multi-channel measurement runs
+  VX63_MEAS_SCAN    8    a scan runs and is not over
+  VX63_MEAS_DLYPRF  16   a delay profile is measured
+  VX63_MEAS_CONSTA  32   constellation points are collected
+  VX63_MEAS_OPT     64   the optical power is measured
+  VX63_MEAS_DC      128  the DC voltage is measured
+
+Bits of the measurement service's usInputStat.
+  VX63_INPUT_STAT_1             1   VX63_INPUT_1 is selected
+  VX63_INPUT_STAT_SUPPLY        2   the antenna power supply is on,
+  VX63_INPUT_STAT_15V           4   at 15 V,
+  VX63_INPUT_STAT_TONE          8   with the tone,
+  VX63_INPUT_STAT_SUPPLY_FAULT  16  reports a fault
+  VX63_INPUT_STAT_MIXED_BANDS   32  feeds lists of mixed bands
+
+State of a delay profile: its stat.
+  VX63_DLYPRF_NONE       0  there is nothing to lock to
+  VX63_DLYPRF_MEASURING  1  read again later
+  VX63_DLYPRF_COMPLETE   2
+
+The settings files, all under /usr/local/bin/: records x bytes of a record, then the file. The %s of a
+setting set stands for the set's name. For sets and lists the records are the most that they hold.
+  VX63_SET_FILE_POWOFF              0   1 x 7: sys_set/system_setting_file_powoff.csv
+  VX63_SET_FILE_VOLUME              1   1 x 5: sys_set/system_setting_file_volume.csv
+  VX63_SET_FILE_BRIGHTNESS          2   1 x 4: sys_set/system_setting_file_brightness.csv
+  VX63_SET_FILE_LOCAL_FREQ          3   12 x 28: meas_set/measrement_setting_file_local_freq.csv
+  VX63_SET_FILE_THRD                4   24 x 88: meas_set/measrement_setting_file_thrd.csv
+  VX63_SET_FILE_CNRMER              5   15 x 3: meas_set/measrement_setting_file_cnrmer.csv
+  VX63_SET_FILE_CATV_FREQ           6   4 x 28: meas_set/measrement_setting_file_catv_freq.csv
+  VX63_SET_FILE_CABLE_LOSS          7   4 x 8: meas_set/measrement_setting_file_cable_loss.csv
+  VX63_SET_FILE_CABLE_LOSS_ENB      8   1 x 1: meas_set/measrement_setting_file_cable_loss_enb.csv
+  VX63_SET_FILE_INPUT               9   1 x 3: meas_set/measrement_setting_file_input.csv
+  VX63_SET_FILE_CATV_MOD            10  1 x 12: meas_set/measrement_setting_file_catv_mod.csv
+  VX63_SET_FILE_DC_OUT              11  3 x 10: meas_set/measrement_setting_file_dc_out.csv
+  VX63_SET_FILE_OPT_MEAS            12  1 x 12: meas_set/measrement_setting_file_opt_meas.csv
+  VX63_SET_FILE_CONSTA_NUM          13  1 x 16: meas_set/measrement_setting_file_consta_num.csv
+  VX63_SET_FILE_USER_SET            14  324 x 28: user_set/%s.csv
+  VX63_SET_FILE_USER_LIST           15  140 x 15: user_set/user_setting_file_list.csv
+  VX63_SET_FILE_UHF                 16  40 x 12: ch_set/channel_setting_file_uhf_6mhz.csv
+  VX63_SET_FILE_BS                  17  24 x 16: ch_set/channel_setting_file_bs_34.5mhz.csv
+  VX63_SET_FILE_CS                  18  26 x 16: ch_set/channel_setting_file_cs_34.5mhz.csv
+  VX63_SET_FILE_SCCB                19  23 x 16: ch_set/channel_setting_file_sccb_27mhz.csv
+  VX63_SET_FILE_SCCC                20  24 x 16: ch_set/channel_setting_file_sccc_27mhz.csv
+  VX63_SET_FILE_JSAT3A              21  28 x 16: ch_set/channel_setting_file_jsat3a_27mhz.csv
+  VX63_SET_FILE_JSAT4B              22  32 x 16: ch_set/channel_setting_file_jsat4b_27mhz.csv
+  VX63_SET_FILE_CATV_ALL            23  150 x 16: ch_set/channel_setting_file_catv_all_6mhz.csv
+  VX63_SET_FILE_CATV_90_470MHZ      24  62 x 16: ch_set/channel_setting_file_catv_90_470mhz_6mhz.csv
+  VX63_SET_FILE_CATV_470_1002MHZ    25  88 x 16: ch_set/channel_setting_file_catv_470_1002mhz_6mhz.csv
+  VX63_SET_FILE_SKYP                26  113 x 12: ch_set/channel_setting_file_skyp_6mhz.csv
+  VX63_SET_FILE_PILOT               27  20 x 12: ch_set/channel_setting_file_pilot.csv
+  VX63_SET_FILE_LTE                 28  6 x 16: ch_set/channel_setting_file_lte.csv
+  VX63_SET_FILE_FM                  29  251 x 12: ch_set/channel_setting_file_fm.csv
+  VX63_SET_FILE_MANU_BDSYS_MOD      30  23 x 8: meas_set/measrement_setting_file_manu_bdsys_mod.csv
+  VX63_SET_FILE_BDSYS_CONV          31  28 x 6: meas_set/measrement_setting_file_bdsys_conv.csv
+  VX63_SET_FILE_CATV_BDSYS_CONV     32  5 x 8: meas_set/measrement_setting_file_catv_bdsys_conv.csv
+  VX63_SET_FILE_CATV_UP_STREAM      33  1001 x 12: ch_set/channel_setting_file_catv_up_stream.csv
+  VX63_SET_FILE_PMEAS_MNG           34  48 x 68: pmeas_set/pmeas_setting_file_pmeas_mng.csv
+  VX63_SET_FILE_LOGGER_SET          35  324 x 28: logger_set/%s.csv
+  VX63_SET_FILE_LOGGER_LIST         36  140 x 15: logger_set/logger_setting_file_list.csv
+  VX63_SET_FILE_JSAT3A_ANTENNA      37  16 x 16: ch_set/channel_setting_file_jsat3a_antenna_27mhz.csv
+  VX63_SET_FILE_JSAT4B_ANTENNA      38  16 x 16: ch_set/channel_setting_file_jsat4b_antenna_27mhz.csv
+  VX63_SET_FILE_FM_DEF              39  12 x 12: ch_set/channel_setting_file_fm_def.csv
+  VX63_SET_FILE_CATV_UP_STREAM_DEF  40  12 x 12: ch_set/channel_setting_file_catv_up_stream_def.csv
+  VX63_SET_FILE_BS_CS               41  50 x 16: ch_set/channel_setting_file_bs_cs_34.5mhz.csv
+  VX63_SET_FILE_USER_SET_USB1       42  324 x 28: user_set_usb1/%s.csv
+  VX63_SET_FILE_USER_LIST_USB1      43  140 x 15: user_set_usb1/user_setting_file_list.csv
+  VX63_SET_FILE_USER_SET_USB2       44  324 x 28: user_set_usb2/%s.csv
+  VX63_SET_FILE_USER_LIST_USB2      45  140 x 15: user_set_usb2/user_setting_file_list.csv
+  VX63_SET_FILE_LOGGER_SET_USB1     46  324 x 28: logger_set_usb1/%s.csv
+  VX63_SET_FILE_LOGGER_LIST_USB1    47  140 x 15: logger_set_usb1/logger_setting_file_list.csv
+  VX63_SET_FILE_LOGGER_SET_USB2     48  324 x 28: logger_set_usb2/%s.csv
+  VX63_SET_FILE_LOGGER_LIST_USB2    49  140 x 15: logger_set_usb2/logger_setting_file_list.csv
+  VX63_SET_FILE_COUNT               50
+
+  VX63_CONSTA_POINTS_MAX  4000  constellation points that a result record holds
+
+  VX63_DLYPRF_SAMPLES  2048  samples of a delay profile
+
+  VX63_KEYS  17  keys of the meter
+"""
 
 from __future__ import annotations
 
@@ -41,7 +188,7 @@ VX63_POWER_SUPPLY_15V: Final = 2
 VX63_POWER_SUPPLY_11V_TONE: Final = 3
 VX63_POWER_SUPPLY_15V_TONE: Final = 4
 
-# Broadcast systems: usBdSys, bdSys, BDSYS.
+# Broadcast systems: usBdSys, bdSys, BDSYS, SPEC.
 VX63_BDSYS_TERRESTRIAL: Final = 0  # OFDM in 6 MHz, on cable too
 VX63_BDSYS_SATELLITE: Final = 1  # BS and CS, first generation
 VX63_BDSYS_SATELLITE_2: Final = 2  # BS and CS, second generation
@@ -199,16 +346,31 @@ class PriorityError(Error):
 
 
 class MeasCondition(Record):
-    """What to measure: passed to every measurement start. Only powerSupply is interpreted by the library."""
-    ulFreq: int  # kHz: centre frequency of the channel, before a converter
-    ulLoFreq: int  # kHz: local-oscillator frequency of the converter; 0 or 4294967295: none. The tuner receives ulFreq - ulLoFreq, 10000 to 3224000 kHz
-    usBdSys: int  # VX63_BDSYS_*: broadcast system
-    usBand: int  # band code. A list with more than one feeds no LNB unless vx63_setPowerSupplyMultiMeasMixBand() was asked to
-    usMod: int  # VX63_MOD_*, one or several: modulations to lock to
-    usCondition: int  # condition bits: come back as mesCond
-    ucStrChan: bytes  # channel name: exactly 8 bytes, not necessarily NUL-terminated
-    ucOutputEnb: int  # output enable
-    powerSupply: int  # VX63_POWER_SUPPLY_*; any other value is taken as VX63_POWER_SUPPLY_OFF
+    """What to measure: passed to every measurement start. Only powerSupply is interpreted by the library.
+
+    Fields:
+      ulFreq       kHz: centre frequency of the channel, before a converter
+      ulLoFreq     kHz: local-oscillator frequency of the converter; 0 or 4294967295: none. The tuner receives
+                   ulFreq - ulLoFreq, 10000 to 3224000 kHz
+      usBdSys      VX63_BDSYS_*: broadcast system
+      usBand       band: 0 none, 1 UHF, 2 BS, 3 CS, 4 JSAT 3A, 5 JSAT 4B, 6 SCC-B, 7 SCC-C, 8 to 10 cable, 11
+                   pilot, 12 skyp, 13 LTE, 14 FM, 15 up-stream. A list with more than one feeds no LNB unless
+                   vx63_setPowerSupplyMultiMeasMixBand() was asked to
+      usMod        VX63_MOD_*, one or several: modulations to lock to
+      usCondition  condition bits: come back as mesCond
+      ucStrChan    channel name: exactly 8 bytes, not necessarily NUL-terminated
+      ucOutputEnb  output enable
+      powerSupply  VX63_POWER_SUPPLY_*; any other value is taken as VX63_POWER_SUPPLY_OFF
+    """
+    ulFreq: int
+    ulLoFreq: int
+    usBdSys: int
+    usBand: int
+    usMod: int
+    usCondition: int
+    ucStrChan: bytes
+    ucOutputEnb: int
+    powerSupply: int
 
     _fields_ = [
         ("ulFreq", c_uint32),
@@ -224,9 +386,14 @@ class MeasCondition(Record):
 
 
 class MeasStatus(Record):
-    """State of the measurement service."""
-    ulMeasStat: int  # VX63_MEAS_*, bits
-    usInputStat: int  # VX63_INPUT_STAT_*, bits
+    """State of the measurement service.
+
+    Fields:
+      ulMeasStat   VX63_MEAS_*, bits
+      usInputStat  VX63_INPUT_STAT_*, bits
+    """
+    ulMeasStat: int
+    usInputStat: int
 
     _fields_ = [
         ("ulMeasStat", c_uint32),
@@ -235,12 +402,20 @@ class MeasStatus(Record):
 
 
 class PowerSupplyInfo(Record):
-    """Readings of the antenna power supply."""
-    ucPowerSupply: int  # VX63_POWER_SUPPLY_*: the one asked for
-    ucVolt: int  # V at the connector
-    usAdVal: int  # reading of the A/D converter, 0 to 1023: 20 V at full scale
-    ulCurrentM: int  # mA
-    ulElecPowerM: int  # mW
+    """Readings of the antenna power supply.
+
+    Fields:
+      ucPowerSupply  VX63_POWER_SUPPLY_*: the one asked for
+      ucVolt         V at the connector: 0, 11 or 15; 0 in a fault as well
+      usAdVal        reading of the A/D converter, 0 to 1023: 20 V at full scale
+      ulCurrentM     mA
+      ulElecPowerM   mW: ucVolt times ulCurrentM
+    """
+    ucPowerSupply: int
+    ucVolt: int
+    usAdVal: int
+    ulCurrentM: int
+    ulElecPowerM: int
 
     _fields_ = [
         ("ucPowerSupply", c_uint8),
@@ -254,9 +429,13 @@ class PowerSupplyInfo(Record):
 class ConstaPoint(Record):
     """One constellation point; the ideal points have a root mean square amplitude of 64. (A C program that also
     includes <complex.h> must undefine its macro I.)
+
+    Fields:
+      I  in phase
+      Q  in quadrature
     """
-    I: int  # in phase
-    Q: int  # in quadrature
+    I: int
+    Q: int
 
     _fields_ = [
         ("I", c_int8),
@@ -265,22 +444,40 @@ class ConstaPoint(Record):
 
 
 class SingleMeasResult(Record):
-    """Result of a single measurement."""
-    lock: int  # 1: locked. Without lock the fields from BER_TOTAL to MOD are 0
-    stat: int  # VX63_STAT_*, bits
-    mesCond: int  # usCondition of the start
-    reserved: int  # never written by the library
-    bdSys: int  # VX63_BDSYS_*: of the signal when locked, else the one asked for
-    LEVEL: int  # 0.1 dBuV: level; 0 for 0 dBuV and less
-    CNR: int  # 0.1 dB: carrier-to-noise ratio; 0 for 0 dB and less
-    BER_TOTAL: int  # bits counted since the last result, or since the lock
-    BER_ERR: int  # erroneous bits among them, before error correction
-    TSID: int  # transport-stream id
-    GI: int  # VX63_GI_*: guard interval
-    LAYER: int  # hierarchical layer
-    MOD: int  # VX63_MOD_*: modulation
-    CONS_NUM: int  # constellation points; left as it is by a plain result read
-    points: Array[ConstaPoint]  # left as they are by a plain result read
+    """Result of a single measurement.
+
+    Fields:
+      lock       1: locked. Without lock the fields from BER_TOTAL to MOD are 0
+      stat       VX63_STAT_*, bits
+      mesCond    usCondition of the start
+      reserved   never written by the library
+      bdSys      VX63_BDSYS_*: of the signal when locked, else the one asked for
+      LEVEL      0.1 dBuV: level; 0 for 0 dBuV and less
+      CNR        0.1 dB: carrier-to-noise ratio; 0 for 0 dB and less
+      BER_TOTAL  bits counted since the last result, or since the lock
+      BER_ERR    erroneous bits among them, before error correction
+      TSID       transport-stream id
+      GI         VX63_GI_*: guard interval
+      LAYER      hierarchical layers, bits: 1 A, 2 B, 4 C
+      MOD        VX63_MOD_*: modulation
+      CONS_NUM   constellation points; left as it is by a plain result read
+      points     left as they are by a plain result read
+    """
+    lock: int
+    stat: int
+    mesCond: int
+    reserved: int
+    bdSys: int
+    LEVEL: int
+    CNR: int
+    BER_TOTAL: int
+    BER_ERR: int
+    TSID: int
+    GI: int
+    LAYER: int
+    MOD: int
+    CONS_NUM: int
+    points: Array[ConstaPoint]
 
     _fields_ = [
         ("lock", c_uint8),
@@ -303,17 +500,29 @@ class SingleMeasResult(Record):
 
 class SetChannel(Record):
     """One channel of a setting set: a record of the files VX63_SET_FILE_USER_SET*, VX63_SET_FILE_LOGGER_SET*.
+
+    Fields:
+      NO           number of the record
+      ENBFLG       1: enabled, 0: not
+      BAND         band: as usBand of MeasCondition
+      SPEC         VX63_BDSYS_*: broadcast system
+      CH           channel name, NUL-terminated: at most 7 characters
+      CENTER_FREQ  kHz: centre frequency as broadcast, 10000 to 22000000; 0: empty place
+      MOD          VX63_MOD_*, one or several
+      LOCAL_FREQ   kHz: local-oscillator frequency, 1 to 22000000; 0 or 4294967295: none
+      GETDATA_FLG  flag: get data
+      DC_OUT       DC output
     """
-    NO: int  # number of the record
-    ENBFLG: int  # enable flag
-    BAND: int  # band code
-    SPEC: int  # specification code
-    CH: bytes  # channel name, NUL-terminated: at most 7 characters
-    CENTER_FREQ: int  # centre frequency in kHz
-    MOD: int  # VX63_MOD_*, one or several
-    LOCAL_FREQ: int  # local-oscillator frequency in kHz; 4294967295 where there is none
-    GETDATA_FLG: int  # flag: get data
-    DC_OUT: int  # DC output
+    NO: int
+    ENBFLG: int
+    BAND: int
+    SPEC: int
+    CH: bytes
+    CENTER_FREQ: int
+    MOD: int
+    LOCAL_FREQ: int
+    GETDATA_FLG: int
+    DC_OUT: int
 
     _fields_ = [
         ("NO", c_uint8),
@@ -330,10 +539,16 @@ class SetChannel(Record):
 
 
 class SetListEntry(Record):
-    """One entry of a list of setting sets: a record of the files VX63_SET_FILE_USER_LIST*, _LOGGER_LIST*."""
-    NO: int  # number of the record, from 1
-    ENBFLG: int  # 1: names an existing set
-    FILE_NAME: bytes  # the set's name, without folder and ".csv", NUL-terminated: at most 12 characters
+    """One entry of a list of setting sets: a record of the files VX63_SET_FILE_USER_LIST*, _LOGGER_LIST*.
+
+    Fields:
+      NO         number of the record, 1 to 140
+      ENBFLG     1: names an existing set, 0: free
+      FILE_NAME  the set's name, without folder and ".csv", NUL-terminated: at most 12 characters
+    """
+    NO: int
+    ENBFLG: int
+    FILE_NAME: bytes
 
     _fields_ = [
         ("NO", c_uint8),
@@ -343,9 +558,15 @@ class SetListEntry(Record):
 
 
 class DlyPrfResult(Record):
-    """A delay profile."""
-    stat: int  # VX63_DLYPRF_COMPLETE, _MEASURING; any other: no data
-    ucDlyPrfData: Array[c_int8]  # 0.5 dB against the main path, -128 for -64 dB and less; sample n has a delay of (n - 512) * 0.1640625 us
+    """A delay profile.
+
+    Fields:
+      stat          VX63_DLYPRF_COMPLETE, _MEASURING; any other: no data
+      ucDlyPrfData  0.5 dB against the main path, -128 for -64 dB and less; sample n has a delay of (n - 512)
+                    * 0.1640625 us
+    """
+    stat: int
+    ucDlyPrfData: Array[c_int8]
 
     _fields_ = [
         ("stat", c_uint16),
@@ -356,9 +577,13 @@ class DlyPrfResult(Record):
 class MultiMeasReg(FlexibleRecord):
     """Channels to measure or to scan: one block of sizeof(MultiMeasReg) + sRegNum * sizeof(MeasCondition) bytes.
     The array is C99's flexible one, which C++ compilers know as well.
+
+    Fields:
+      sRegNum  number of channels that follow, 1 to 256; 0 is sent, and the service refuses it
+      single   the channels; the index of a channel here is its index in a result read
     """
-    sRegNum: int  # number of channels that follow, 1 to 256; 0 is sent, and the service refuses it
-    single: Array[MeasCondition]  # the channels; the index of a channel here is its index in a result read
+    sRegNum: int
+    single: Array[MeasCondition]
 
     _fields_ = [
         ("sRegNum", c_int16),
@@ -368,21 +593,38 @@ class MultiMeasReg(FlexibleRecord):
 
 
 class MultiMeasResult(Record):
-    """Result of one channel of a multi-channel measurement or a scan."""
-    lock: int  # 1: locked. Without lock the fields from BER_TOTAL to MOD are 0
-    stat: int  # VX63_STAT_*, bits; 0 until the channel has been measured
-    mesCond: int  # usCondition of the start
-    readIdx: int  # index of the channel whose result this is
-    currIdx: int  # index of the channel that is being measured now
-    bdSys: int  # VX63_BDSYS_*: of the signal when locked, else the one asked for
-    LEVEL: int  # 0.1 dBuV: level; 0 for 0 dBuV and less
-    CNR: int  # 0.1 dB: carrier-to-noise ratio; 0 for 0 dB and less
-    BER_TOTAL: int  # bits counted since the last result, or since the lock
-    BER_ERR: int  # erroneous bits among them, before error correction
-    TSID: int  # transport-stream id
-    GI: int  # VX63_GI_*: guard interval
-    LAYER: int  # hierarchical layer
-    MOD: int  # VX63_MOD_*: modulation
+    """Result of one channel of a multi-channel measurement or a scan.
+
+    Fields:
+      lock       1: locked. Without lock the fields from BER_TOTAL to MOD are 0
+      stat       VX63_STAT_*, bits; 0 until the channel has been measured
+      mesCond    usCondition of the start
+      readIdx    index of the channel whose result this is
+      currIdx    index of the channel that is being measured now
+      bdSys      VX63_BDSYS_*: of the signal when locked, else the one asked for
+      LEVEL      0.1 dBuV: level; 0 for 0 dBuV and less
+      CNR        0.1 dB: carrier-to-noise ratio; 0 for 0 dB and less
+      BER_TOTAL  bits counted since the last result, or since the lock
+      BER_ERR    erroneous bits among them, before error correction
+      TSID       transport-stream id
+      GI         VX63_GI_*: guard interval
+      LAYER      hierarchical layers, bits: 1 A, 2 B, 4 C
+      MOD        VX63_MOD_*: modulation
+    """
+    lock: int
+    stat: int
+    mesCond: int
+    readIdx: int
+    currIdx: int
+    bdSys: int
+    LEVEL: int
+    CNR: int
+    BER_TOTAL: int
+    BER_ERR: int
+    TSID: int
+    GI: int
+    LAYER: int
+    MOD: int
 
     _fields_ = [
         ("lock", c_uint8),
@@ -403,8 +645,12 @@ class MultiMeasResult(Record):
 
 
 class AnglePoint(Record):
-    """A point of the angle sensor's calibration: microtesla."""
-    x: float  # microtesla
+    """A point of the angle sensor's calibration: microtesla.
+
+    Fields:
+      x, y, z  microtesla
+    """
+    x: float
     y: float
     z: float
 
@@ -416,9 +662,15 @@ class AnglePoint(Record):
 
 
 class AngleCalStat(Record):
-    """Progress of the angle sensor's calibration."""
-    lStatus: int  # 0 never calibrated; 1, 2, 3 in that turn; 4 finished
-    centerPoint1: AnglePoint  # of the first, the second and the third turn
+    """Progress of the angle sensor's calibration.
+
+    Fields:
+      lStatus                                   0 never calibrated; 1, 2, 3 in that turn; 4 finished
+      centerPoint1, centerPoint2, centerPoint3  of the first, the second and the third turn; 0 until that turn
+                                                is over
+    """
+    lStatus: int
+    centerPoint1: AnglePoint
     centerPoint2: AnglePoint
     centerPoint3: AnglePoint
 
@@ -431,19 +683,29 @@ class AngleCalStat(Record):
 
 
 class AngleCalInfoDetail(Record):
-    """Live values of the angle sensor. Axes as in aeronautics: x forward, y to the right, z down."""
-    flRoll: float  # degrees, about x
-    flPitch: float  # degrees, about y
-    flAx: float  # g: acceleration, raw
+    """Live values of the angle sensor. Axes as in aeronautics: x forward, y to the right, z down.
+
+    Fields:
+      flRoll                     degrees, about x: -180 to 180, positive with the right side down
+      flPitch                    degrees, about y: -90 to 90, positive with the front up
+      flAx, flAy, flAz           g: acceleration, raw
+      flMx, flMy, flMz           microtesla: magnetic field, raw
+      flAxRot, flAyRot, flAzRot  g: acceleration, seen from level axes
+      flMxRot, flMyRot, flMzRot  microtesla: magnetic field, seen from level axes; after a calibration less
+                                 the mean of its centre points: then atan2(-flMyRot, flMxRot) is the heading
+    """
+    flRoll: float
+    flPitch: float
+    flAx: float
     flAy: float
     flAz: float
-    flMx: float  # microtesla: magnetic field, raw
+    flMx: float
     flMy: float
     flMz: float
-    flAxRot: float  # g: acceleration, seen from level axes
+    flAxRot: float
     flAyRot: float
     flAzRot: float
-    flMxRot: float  # microtesla: magnetic field, seen from level axes
+    flMxRot: float
     flMyRot: float
     flMzRot: float
 
@@ -466,9 +728,14 @@ class AngleCalInfoDetail(Record):
 
 
 class MeasSetManuBdsysMod(Record):
-    """One row of the factory table of manual broadcast systems and modulations."""
-    BDSYS: int  # VX63_BDSYS_*
-    MOD: int  # VX63_MOD_*, one or several
+    """One row of the factory table of manual broadcast systems and modulations.
+
+    Fields:
+      BDSYS  VX63_BDSYS_*
+      MOD    VX63_MOD_*, one or several
+    """
+    BDSYS: int
+    MOD: int
 
     _fields_ = [
         ("BDSYS", c_uint16),
@@ -477,15 +744,26 @@ class MeasSetManuBdsysMod(Record):
 
 
 class ProductInfo(Record):
-    """Product data. Texts are NUL-padded; one that fills its field has NO terminator."""
-    cModelCode: bytes  # model code
-    cOptInfo: bytes  # option information
-    cSerialNo: bytes  # serial number
-    cBootPrgVer: bytes  # boot program version
-    cMainPrgVer: bytes  # main program version
-    cSubPrgVer: bytes  # sub program version
-    cQtVer: bytes  # Qt version
-    cProductVer: bytes  # product version
+    """Product data. Texts are NUL-padded; one that fills its field has NO terminator.
+
+    Fields:
+      cModelCode   model code
+      cOptInfo     option information
+      cSerialNo    serial number
+      cBootPrgVer  boot program version
+      cMainPrgVer  main program version
+      cSubPrgVer   sub program version
+      cQtVer       Qt version
+      cProductVer  product version
+    """
+    cModelCode: bytes
+    cOptInfo: bytes
+    cSerialNo: bytes
+    cBootPrgVer: bytes
+    cMainPrgVer: bytes
+    cSubPrgVer: bytes
+    cQtVer: bytes
+    cProductVer: bytes
 
     _fields_ = [
         ("cModelCode", c_char * 8),
@@ -500,13 +778,22 @@ class ProductInfo(Record):
 
 
 class FailInfo(Record):
-    """The current failure. What the codes mean is decided by the system service."""
-    usCode: int  # failure code
-    ucStat: int  # failure state
-    ucCtl: int  # control
-    usWait: int  # wait; the log shows it as a signed number
-    ucReserved: Array[c_uint8]  # 0
-    ucAddInfo: Array[c_uint8]  # additional information
+    """The current failure. What the codes mean is decided by the system service.
+
+    Fields:
+      usCode      failure code
+      ucStat      1: the failure is present, 0: it is not
+      ucCtl       control
+      usWait      wait; the log shows it as a signed number
+      ucReserved  0
+      ucAddInfo   additional information
+    """
+    usCode: int
+    ucStat: int
+    ucCtl: int
+    usWait: int
+    ucReserved: Array[c_uint8]
+    ucAddInfo: Array[c_uint8]
 
     _fields_ = [
         ("usCode", c_uint16),
@@ -519,8 +806,12 @@ class FailInfo(Record):
 
 
 class KeyStatus(Record):
-    """Key states."""
-    stat: Array[c_int32]  # of each key: 1 pressed, 0 not
+    """Key states.
+
+    Fields:
+      stat  of each key: 1 pressed, 0 not
+    """
+    stat: Array[c_int32]
 
     _fields_ = [
         ("stat", c_int32 * 17),
@@ -530,14 +821,23 @@ class KeyStatus(Record):
 class DeviceStatus(Record):
     """Device status. Each field is named by the place of its value in the service's report; they do not stand in
     that order.
+
+    Fields:
+      usStat0  bits: 0x01 a memory is in USB slot 1, 0x02 in slot 2
+      ucStat2  %: charge of the battery, 0 to 100
+      ucStat6  degrees Celsius: temperature inside, 0 to 100
+      ulStat3  fed by: 0 the battery, 1 from outside
+      ulStat4  charger: 0 off, 1 charging, 2 the battery is full
+      ulStat5  battery: 0 good, 1 low
+      usStat8  mV: voltage of the battery
     """
-    usStat0: int  # bits: 0x01 a memory is in USB slot 1, 0x02 in slot 2
-    ucStat2: int  # %: charge of the battery
-    ucStat6: int  # degrees Celsius: temperature inside
-    ulStat3: int  # fed by: 0 the battery, 1 from outside
-    ulStat4: int  # charger: 0 off, 1 charging, 2 the battery is full
-    ulStat5: int  # battery: 0 good, 1 low
-    usStat8: int  # mV: voltage of the battery
+    usStat0: int
+    ucStat2: int
+    ucStat6: int
+    ulStat3: int
+    ulStat4: int
+    ulStat5: int
+    usStat8: int
 
     _fields_ = [
         ("usStat0", c_uint16),
@@ -554,7 +854,17 @@ class DeviceStatus(Record):
 
 
 class SetFilePowoff(Record):
-    """A record of the file VX63_SET_FILE_POWOFF and those like it."""
+    """A record of the file VX63_SET_FILE_POWOFF.
+
+    Fields:
+      POWER_OFF_SEL1  selection 1 of the power-off menu
+      POWER_OFF_SEL2  selection 2 of the power-off menu
+      POWER_OFF_SEL3  selection 3 of the power-off menu
+      POWER_OFF_SEL4  selection 4 of the power-off menu
+      POWER_OFF_SEL5  selection 5 of the power-off menu
+      POWER_OFF_SEL6  selection 6 of the power-off menu
+      POWER_OFF       power-off: what is selected
+    """
     POWER_OFF_SEL1: int
     POWER_OFF_SEL2: int
     POWER_OFF_SEL3: int
@@ -575,7 +885,15 @@ class SetFilePowoff(Record):
 
 
 class SetFileVolume(Record):
-    """A record of the file VX63_SET_FILE_VOLUME and those like it."""
+    """A record of the file VX63_SET_FILE_VOLUME.
+
+    Fields:
+      VOLUME_SEL1  selection 1 of the volume menu; 0 to 3
+      VOLUME_SEL2  selection 2 of the volume menu; 0 to 3
+      VOLUME_SEL3  selection 3 of the volume menu; 0 to 3
+      VOLUME_SEL4  selection 4 of the volume menu; 0 to 3
+      VOLUME       volume of the buzzer: 0 silent to 3 loudest; 0 to 3
+    """
     VOLUME_SEL1: int
     VOLUME_SEL2: int
     VOLUME_SEL3: int
@@ -592,7 +910,14 @@ class SetFileVolume(Record):
 
 
 class SetFileBrightness(Record):
-    """A record of the file VX63_SET_FILE_BRIGHTNESS and those like it."""
+    """A record of the file VX63_SET_FILE_BRIGHTNESS.
+
+    Fields:
+      BRIGHTNESS_SEL1  selection 1 of the brightness menu; 1 = dark, 2 = middle, 3 = bright
+      BRIGHTNESS_SEL2  selection 2 of the brightness menu; 1 = dark, 2 = middle, 3 = bright
+      BRIGHTNESS_SEL3  selection 3 of the brightness menu; 1 = dark, 2 = middle, 3 = bright
+      BRIGHTNESS       brightness of the display; 1 = dark, 2 = middle, 3 = bright
+    """
     BRIGHTNESS_SEL1: int
     BRIGHTNESS_SEL2: int
     BRIGHTNESS_SEL3: int
@@ -607,7 +932,21 @@ class SetFileBrightness(Record):
 
 
 class SetFileLocalFreq(Record):
-    """A record of the file VX63_SET_FILE_LOCAL_FREQ and those like it."""
+    """A record of the file VX63_SET_FILE_LOCAL_FREQ.
+
+    Fields:
+      BAND         band; 0 = none, 1 = UHF, 2 = BS, 3 = CS, 4 = JSAT 3A, 5 = JSAT 4B, 6 = SCC-B, 7 = SCC-C, 8
+                   = cable, 9 = cable, 10 = cable, 11 = pilot, 12 = skyp, 13 = LTE, 14 = FM, 15 = up-stream
+      WAVE         polarisation group; 0 = right-hand circular, 1 = left-hand circular, 2 = horizontal, 3 =
+                   vertical
+      LOCAL_FREQ1  kHz: local oscillator, place 1: that of channel plans; 1 to 22000000, 0 = none, 4294967295
+                   = none
+      LOCAL_FREQ2  kHz: local oscillator, place 2; 1 to 22000000, 0 = none, 4294967295 = none
+      LOCAL_FREQ3  kHz: local oscillator, place 3; 1 to 22000000, 0 = none, 4294967295 = none
+      LOCAL_FREQ4  kHz: local oscillator, place 4; 1 to 22000000, 0 = none, 4294967295 = none
+      LOCAL_FREQ5  kHz: local oscillator, place 5; 1 to 22000000, 0 = none, 4294967295 = none
+      LOCAL_FREQ6  kHz: local oscillator, place 6; 1 to 22000000, 0 = none, 4294967295 = none
+    """
     BAND: int
     WAVE: int
     LOCAL_FREQ1: int
@@ -630,7 +969,36 @@ class SetFileLocalFreq(Record):
 
 
 class SetFileThrd(Record):
-    """A record of the file VX63_SET_FILE_THRD and those like it."""
+    """A record of the file VX63_SET_FILE_THRD.
+
+    Fields:
+      BAND          band; 0 = none, 1 = UHF, 2 = BS, 3 = CS, 4 = JSAT 3A, 5 = JSAT 4B, 6 = SCC-B, 7 = SCC-C, 8
+                    = cable, 9 = cable, 10 = cable, 11 = pilot, 12 = skyp, 13 = LTE, 14 = FM, 15 = up-stream
+      SPEC          broadcast system; 0 = terrestrial, 1 = satellite, 2 = satellite-2, 3 = catv, 4 = jsat, 5 =
+                    jsat-2, 6 = skyp, 9 = catv-2, 10 = level
+      MODULATION    modulations; sum of 0 = any, 1 = OFDM, 2 = BPSK, 8 = QPSK, 16 = 8PSK (satellite), 32 =
+                    8PSK (others), 64 = 16APSK, 128 = 32APSK, 1024 = 64QAM, 4096 = 256QAM, 8192 = none
+      LV_MIN        0.1 dBuV: level: lower end of the scale; -200 to 1300
+      LV_LOW        0.1 dBuV: level: lowest that passes; -200 to 1300
+      LV_HIGH       0.1 dBuV: level: highest that passes; -200 to 1300
+      LV_MAX        0.1 dBuV: level: upper end of the scale; -200 to 1300
+      MER_MIN       0.1 dB: modulation error ratio: lower end of the scale; 0 to 600
+      MER_LOW       0.1 dB: modulation error ratio: low edge of what is wanted; 0 to 600
+      MER_HIGH      0.1 dB: modulation error ratio: high edge of what is wanted; 0 to 600
+      MER_MAX       0.1 dB: modulation error ratio: upper end of the scale; 0 to 600
+      BER_MIN_MAN   0.01: bit error rate, worst end of the scale: mantissa
+      BER_MIN_EXP   bit error rate, worst end of the scale: power of ten; -99 to 0
+      BER_LOW_MAN   0.01: bit error rate, highest that does not fail: mantissa
+      BER_LOW_EXP   bit error rate, highest that does not fail: power of ten; -99 to 0
+      BER_HIGH_MAN  0.01: bit error rate, highest that passes: mantissa
+      BER_HIGH_EXP  bit error rate, highest that passes: power of ten; -99 to 0
+      BER_MAX_MAN   0.01: bit error rate, best end of the scale: mantissa
+      BER_MAX_EXP   bit error rate, best end of the scale: power of ten; -99 to 0
+      CN_MIN        0.1 dB: carrier-to-noise ratio: lower end of the scale; 0 to 600
+      CN_LOW        0.1 dB: carrier-to-noise ratio: lowest that does not fail; 0 to 600
+      CN_HIGH       0.1 dB: carrier-to-noise ratio: lowest that passes; 0 to 600
+      CN_MAX        0.1 dB: carrier-to-noise ratio: upper end of the scale; 0 to 600
+    """
     BAND: int
     SPEC: int
     MODULATION: int
@@ -683,7 +1051,13 @@ class SetFileThrd(Record):
 
 
 class SetFileCnrmer(Record):
-    """A record of the file VX63_SET_FILE_CNRMER and those like it."""
+    """A record of the file VX63_SET_FILE_CNRMER.
+
+    Fields:
+      CNRMER_SEL1  selection 1 of the menu: CNR or MER; 0 to 1, 255 = not used
+      CNRMER_SEL2  selection 2 of the menu: CNR or MER; 0 to 1, 255 = not used
+      CNRMER       CNR or MER: what is selected; 0 to 1, 255 = not used
+    """
     CNRMER_SEL1: int
     CNRMER_SEL2: int
     CNRMER: int
@@ -696,7 +1070,19 @@ class SetFileCnrmer(Record):
 
 
 class SetFileCatvFreq(Record):
-    """A record of the file VX63_SET_FILE_CATV_FREQ and those like it."""
+    """A record of the file VX63_SET_FILE_CATV_FREQ.
+
+    Fields:
+      SET_NO    number of the frequency set
+      MOD       modulations; sum of 0 = any, 1 = OFDM, 2 = BPSK, 8 = QPSK, 16 = 8PSK (satellite), 32 = 8PSK
+                (others), 64 = 16APSK, 128 = 32APSK, 1024 = 64QAM, 4096 = 256QAM, 8192 = none
+      FREQ_C24  kHz: centre frequency of channel C24; 10000 to 3224000
+      FREQ_C25  kHz: centre frequency of channel C25; 10000 to 3224000
+      FREQ_C26  kHz: centre frequency of channel C26; 10000 to 3224000
+      FREQ_C27  kHz: centre frequency of channel C27; 10000 to 3224000
+      DISP      flag: displayed; 0 to 1
+      USE       flag: in use; 0 to 1
+    """
     SET_NO: int
     MOD: int
     FREQ_C24: int
@@ -719,7 +1105,12 @@ class SetFileCatvFreq(Record):
 
 
 class SetFileCableLoss(Record):
-    """A record of the file VX63_SET_FILE_CABLE_LOSS and those like it."""
+    """A record of the file VX63_SET_FILE_CABLE_LOSS.
+
+    Fields:
+      FREQ              kHz: frequency of the correction; 10000 to 3224000
+      CORRECTION_VALUE  correction at that frequency
+    """
     FREQ: int
     CORRECTION_VALUE: int
 
@@ -730,7 +1121,11 @@ class SetFileCableLoss(Record):
 
 
 class SetFileCableLossEnb(Record):
-    """A record of the file VX63_SET_FILE_CABLE_LOSS_ENB and those like it."""
+    """A record of the file VX63_SET_FILE_CABLE_LOSS_ENB.
+
+    Fields:
+      CORRECTION_ENB  correction of the cable loss; 0 = off, 1 = on
+    """
     CORRECTION_ENB: int
 
     _fields_ = [
@@ -739,7 +1134,13 @@ class SetFileCableLossEnb(Record):
 
 
 class SetFileInput(Record):
-    """A record of the file VX63_SET_FILE_INPUT and those like it."""
+    """A record of the file VX63_SET_FILE_INPUT.
+
+    Fields:
+      INPUT_SEL1  selection 1 of the input menu; 0 to 1
+      INPUT_SEL2  selection 2 of the input menu; 0 to 1
+      INPUT       measurement input; 0 to 1
+    """
     INPUT_SEL1: int
     INPUT_SEL2: int
     INPUT: int
@@ -752,7 +1153,19 @@ class SetFileInput(Record):
 
 
 class SetFileCatvMod(Record):
-    """A record of the file VX63_SET_FILE_CATV_MOD and those like it."""
+    """A record of the file VX63_SET_FILE_CATV_MOD.
+
+    Fields:
+      MOD_SEL1  selection 1 of the modulation menu; sum of 0 = any, 1 = OFDM, 2 = BPSK, 8 = QPSK, 16 = 8PSK
+                (satellite), 32 = 8PSK (others), 64 = 16APSK, 128 = 32APSK, 1024 = 64QAM, 4096 = 256QAM, 8192
+                = none
+      MOD_SEL2  selection 2 of the modulation menu; sum of 0 = any, 1 = OFDM, 2 = BPSK, 8 = QPSK, 16 = 8PSK
+                (satellite), 32 = 8PSK (others), 64 = 16APSK, 128 = 32APSK, 1024 = 64QAM, 4096 = 256QAM, 8192
+                = none
+      MOD_SEL3  selection 3 of the modulation menu; sum of 0 = any, 1 = OFDM, 2 = BPSK, 8 = QPSK, 16 = 8PSK
+                (satellite), 32 = 8PSK (others), 64 = 16APSK, 128 = 32APSK, 1024 = 64QAM, 4096 = 256QAM, 8192
+                = none
+    """
     MOD_SEL1: int
     MOD_SEL2: int
     MOD_SEL3: int
@@ -765,7 +1178,20 @@ class SetFileCatvMod(Record):
 
 
 class SetFileDcOut(Record):
-    """A record of the file VX63_SET_FILE_DC_OUT and those like it."""
+    """A record of the file VX63_SET_FILE_DC_OUT.
+
+    Fields:
+      DC_OUT_STAT  state of the output in which the record holds; channel plans use 0
+      JCSAT3_H     supply for JSAT 3A, horizontal; 0 = off, 1 = 11 V, 2 = 15 V, 3 = 11 V, tone, 4 = 15 V, tone
+      JCSAT3_V     supply for JSAT 3A, vertical; 0 = off, 1 = 11 V, 2 = 15 V, 3 = 11 V, tone, 4 = 15 V, tone
+      JCSAT4_H     supply for JSAT 4B, horizontal; 0 = off, 1 = 11 V, 2 = 15 V, 3 = 11 V, tone, 4 = 15 V, tone
+      JCSAT4_V     supply for JSAT 4B, vertical; 0 = off, 1 = 11 V, 2 = 15 V, 3 = 11 V, tone, 4 = 15 V, tone
+      SCC_B_H      supply for SCC-B, horizontal; 0 = off, 1 = 11 V, 2 = 15 V, 3 = 11 V, tone, 4 = 15 V, tone
+      SCC_B_V      supply for SCC-B, vertical; 0 = off, 1 = 11 V, 2 = 15 V, 3 = 11 V, tone, 4 = 15 V, tone
+      SCC_C_H      supply for SCC-C, horizontal; 0 = off, 1 = 11 V, 2 = 15 V, 3 = 11 V, tone, 4 = 15 V, tone
+      SCC_C_V      supply for SCC-C, vertical; 0 = off, 1 = 11 V, 2 = 15 V, 3 = 11 V, tone, 4 = 15 V, tone
+      OTHER        supply for others; 0 = off, 1 = 11 V, 2 = 15 V, 3 = 11 V, tone, 4 = 15 V, tone
+    """
     DC_OUT_STAT: int
     JCSAT3_H: int
     JCSAT3_V: int
@@ -792,7 +1218,13 @@ class SetFileDcOut(Record):
 
 
 class SetFileOptMeas(Record):
-    """A record of the file VX63_SET_FILE_OPT_MEAS and those like it."""
+    """A record of the file VX63_SET_FILE_OPT_MEAS.
+
+    Fields:
+      OPT_MEAS_SEL1  nm: selection 1 of the wavelength menu; 800 to 1700
+      OPT_MEAS_SEL2  nm: selection 2 of the wavelength menu; 800 to 1700
+      OPT_MEAS_SEL3  nm: selection 3 of the wavelength menu; 800 to 1700
+    """
     OPT_MEAS_SEL1: int
     OPT_MEAS_SEL2: int
     OPT_MEAS_SEL3: int
@@ -805,7 +1237,14 @@ class SetFileOptMeas(Record):
 
 
 class SetFileConstaNum(Record):
-    """A record of the file VX63_SET_FILE_CONSTA_NUM and those like it."""
+    """A record of the file VX63_SET_FILE_CONSTA_NUM.
+
+    Fields:
+      CONSTA_NUM_SEL1  points: selection 1 of the menu; 1000, 2000, 4000
+      CONSTA_NUM_SEL2  points: selection 2 of the menu; 1000, 2000, 4000
+      CONSTA_NUM_SEL3  points: selection 3 of the menu; 1000, 2000, 4000
+      CONSTA_NUM       points: constellation points to collect; 1000, 2000, 4000
+    """
     CONSTA_NUM_SEL1: int
     CONSTA_NUM_SEL2: int
     CONSTA_NUM_SEL3: int
@@ -820,7 +1259,13 @@ class SetFileConstaNum(Record):
 
 
 class SetFileUhf(Record):
-    """A record of the file VX63_SET_FILE_UHF and those like it."""
+    """A record of the files VX63_SET_FILE_UHF, VX63_SET_FILE_SKYP, VX63_SET_FILE_PILOT, VX63_SET_FILE_FM,
+    VX63_SET_FILE_CATV_UP_STREAM, VX63_SET_FILE_FM_DEF, VX63_SET_FILE_CATV_UP_STREAM_DEF.
+
+    Fields:
+      CH_NO      name of the channel; at most 7 bytes
+      CENT_FREQ  kHz: centre frequency; 10000 to 3224000, 0 = empty place
+    """
     CH_NO: bytes
     CENT_FREQ: int
 
@@ -831,7 +1276,16 @@ class SetFileUhf(Record):
 
 
 class SetFileBs(Record):
-    """A record of the file VX63_SET_FILE_BS and those like it."""
+    """A record of the files VX63_SET_FILE_BS, VX63_SET_FILE_CS, VX63_SET_FILE_SCCB, VX63_SET_FILE_SCCC,
+    VX63_SET_FILE_JSAT3A, VX63_SET_FILE_JSAT4B, VX63_SET_FILE_JSAT3A_ANTENNA,
+    VX63_SET_FILE_JSAT4B_ANTENNA, VX63_SET_FILE_BS_CS.
+
+    Fields:
+      WAVE       polarisation group; 0 = right-hand circular, 1 = left-hand circular, 2 = horizontal, 3 =
+                 vertical
+      CH_NO      name of the channel; at most 7 bytes
+      CENT_FREQ  kHz: centre frequency as broadcast; 10000 to 22000000
+    """
     WAVE: int
     CH_NO: bytes
     CENT_FREQ: int
@@ -845,7 +1299,14 @@ class SetFileBs(Record):
 
 
 class SetFileCatvAll(Record):
-    """A record of the file VX63_SET_FILE_CATV_ALL and those like it."""
+    """A record of the files VX63_SET_FILE_CATV_ALL, VX63_SET_FILE_CATV_90_470MHZ,
+    VX63_SET_FILE_CATV_470_1002MHZ.
+
+    Fields:
+      CH_NO           name of the channel; at most 7 bytes
+      QAM_CENT_FREQ   kHz: centre frequency of a QAM signal; 10000 to 3224000
+      OFDM_CENT_FREQ  kHz: centre frequency of an OFDM signal; 10000 to 3224000
+    """
     CH_NO: bytes
     QAM_CENT_FREQ: int
     OFDM_CENT_FREQ: int
@@ -858,7 +1319,13 @@ class SetFileCatvAll(Record):
 
 
 class SetFileLte(Record):
-    """A record of the file VX63_SET_FILE_LTE and those like it."""
+    """A record of the file VX63_SET_FILE_LTE.
+
+    Fields:
+      CH_NO      name of the channel; at most 7 bytes
+      CENT_FREQ  kHz: centre frequency; 10000 to 3224000
+      BAND_WIDE  kHz: bandwidth; 1 to 100000
+    """
     CH_NO: bytes
     CENT_FREQ: int
     BAND_WIDE: int
@@ -871,7 +1338,15 @@ class SetFileLte(Record):
 
 
 class SetFileBdsysConv(Record):
-    """A record of the file VX63_SET_FILE_BDSYS_CONV and those like it."""
+    """A record of the file VX63_SET_FILE_BDSYS_CONV.
+
+    Fields:
+      BDSYS       broadcast system; 0 = terrestrial, 1 = satellite, 2 = satellite-2, 3 = catv, 4 = jsat, 5 =
+                  jsat-2, 6 = skyp, 9 = catv-2, 10 = level
+      BDSYS_TUNE  its code for tuning
+      BAND        band; 0 = none, 1 = UHF, 2 = BS, 3 = CS, 4 = JSAT 3A, 5 = JSAT 4B, 6 = SCC-B, 7 = SCC-C, 8 =
+                  cable, 9 = cable, 10 = cable, 11 = pilot, 12 = skyp, 13 = LTE, 14 = FM, 15 = up-stream
+    """
     BDSYS: int
     BDSYS_TUNE: int
     BAND: int
@@ -884,7 +1359,15 @@ class SetFileBdsysConv(Record):
 
 
 class SetFileCatvBdsysConv(Record):
-    """A record of the file VX63_SET_FILE_CATV_BDSYS_CONV and those like it."""
+    """A record of the file VX63_SET_FILE_CATV_BDSYS_CONV.
+
+    Fields:
+      MOD         modulations; sum of 0 = any, 1 = OFDM, 2 = BPSK, 8 = QPSK, 16 = 8PSK (satellite), 32 = 8PSK
+                  (others), 64 = 16APSK, 128 = 32APSK, 1024 = 64QAM, 4096 = 256QAM, 8192 = none
+      BDSYS_CATV  broadcast system; 0 = terrestrial, 1 = satellite, 2 = satellite-2, 3 = catv, 4 = jsat, 5 =
+                  jsat-2, 6 = skyp, 9 = catv-2, 10 = level
+      BDSYS_TUNE  its code for tuning
+    """
     MOD: int
     BDSYS_CATV: int
     BDSYS_TUNE: int
@@ -897,7 +1380,39 @@ class SetFileCatvBdsysConv(Record):
 
 
 class SetFilePmeasMng(Record):
-    """A record of the file VX63_SET_FILE_PMEAS_MNG and those like it."""
+    """A record of the file VX63_SET_FILE_PMEAS_MNG.
+
+    Fields:
+      NEXT_CH_SYNC          synchronisation with the next channel
+      SINGLE0_ISMES         single 0: whether and how to measure
+      SINGLE0_MESDATA       single 0: selection of measurement data
+      SINGLE0_SAVEMETHOD    single 0: how to save
+      SINGLE0_TMNOSIGNAL    single 0: time-out, no signal
+      SINGLE0_TMLOCK        single 0: time-out, lock
+      SINGLE0_JUDGEMESDATA  single 0: judgement of measurement data
+      SINGLE0_JUDGESTATUS   single 0: judgement of the status
+      SINGLE1_ISMES         single 1: whether and how to measure
+      SINGLE1_MESDATA       single 1: selection of measurement data
+      SINGLE1_SAVEMETHOD    single 1: how to save
+      SINGLE1_TMNOSIGNAL    single 1: time-out, no signal
+      SINGLE1_TMLOCK        single 1: time-out, lock
+      SINGLE1_JUDGEMESDATA  single 1: judgement of measurement data
+      SINGLE1_JUDGESTATUS   single 1: judgement of the status
+      MULTI0_ISMES          multi 0: whether and how to measure
+      MULTI0_MESDATA        multi 0: selection of measurement data
+      MULTI0_SAVEMETHOD     multi 0: how to save
+      MULTI0_TMNOSIGNAL     multi 0: time-out, no signal
+      MULTI0_TMLOCK         multi 0: time-out, lock
+      MULTI0_JUDGEMESDATA   multi 0: judgement of measurement data
+      MULTI0_JUDGESTATUS    multi 0: judgement of the status
+      MULTI1_ISMES          multi 1: whether and how to measure
+      MULTI1_MESDATA        multi 1: selection of measurement data
+      MULTI1_SAVEMETHOD     multi 1: how to save
+      MULTI1_TMNOSIGNAL     multi 1: time-out, no signal
+      MULTI1_TMLOCK         multi 1: time-out, lock
+      MULTI1_JUDGEMESDATA   multi 1: judgement of measurement data
+      MULTI1_JUDGESTATUS    multi 1: judgement of the status
+    """
     NEXT_CH_SYNC: int
     SINGLE0_ISMES: int
     SINGLE0_MESDATA: int
@@ -1265,7 +1780,8 @@ def vx63_getPowerSupplyInfo(pInfo: PowerSupplyInfo | None = None) -> PowerSupply
 def vx63_setPowerSupplyMultiMeasMixBand(ucOnOff: int) -> None:
     """Switches the antenna power supply of a multi-channel measurement over mixed bands. Answered by the
     measurement service; 5 s.
-      ucOnOff  passed on as it is; the service judges it
+      ucOnOff  0 off, 1 on, from the next start of a list on. Any other value is passed on as well, and
+               the service refuses it
     Raises CommError.
     """
     checked("vx63_setPowerSupplyMultiMeasMixBand", number(c_uint8, "ucOnOff", ucOnOff))
@@ -1587,7 +2103,7 @@ def vx63_getDeviceStatus(pDevStat: DeviceStatus | None = None) -> DeviceStatus:
 def vx63_setFailStat(usCode: int, ucStat: int, ucAddInfo: bytes) -> None:
     """Sets the failure state. Answered by the system service, whose answer is not examined; 10 s.
       usCode     failure code, passed on as it is
-      ucStat     0 or 1
+      ucStat     1 the failure is present, 0 it is not
       ucAddInfo  32 bytes of additional information; read only
     Raises ArgError, CommError.
     """
@@ -1610,7 +2126,8 @@ def vx63_shutdown() -> None:
 
 def vx63_standby(ucMode: int) -> None:
     """Puts the meter into standby. 10 s.
-      ucMode  0: answered by the system service; any other: by the measurement service
+      ucMode  0 the whole meter: answered by the system service; 1 its measuring part: answered by the
+              measurement service, which refuses any other value
     Raises CommError.
     """
     checked("vx63_standby", number(c_uint8, "ucMode", ucMode))
@@ -1618,7 +2135,8 @@ def vx63_standby(ucMode: int) -> None:
 
 def vx63_wakeup(ucMode: int) -> None:
     """Wakes the meter up from standby. 10 s.
-      ucMode  0: answered by the system service; any other: by the measurement service
+      ucMode  0 the whole meter: answered by the system service; 1 its measuring part: answered by the
+              measurement service, which refuses any other value
     Raises CommError.
     """
     checked("vx63_wakeup", number(c_uint8, "ucMode", ucMode))
@@ -1642,6 +2160,7 @@ def vx63_force_wakeup() -> None:
 
 def vx63_getStandbyStat() -> int:
     """Reads the standby state. Answered by the measurement service; 10 s.
+      pStandbyStat  0 awake, 1 the whole meter is in standby, 2 its measuring part is
     Raises ArgError, CommError.
     Returns what pStandbyStat receives in C.
     """
@@ -1685,7 +2204,8 @@ def vx63_prgUpdate(pUpdateReq: bytes) -> None:
     """Updates the meter's program and returns when the update has finished. Asks the system service again and
     again, without a pause, for as long as it answers that the update is still running: 600 s for each
     answer, and no limit to their number.
-      pUpdateReq  the update request: 32 bytes, passed on as they are; read once
+      pUpdateReq  the update request: 32 bytes, passed on as they are; read once. What they mean is the
+                  system service's business: `vx63 update` makes those that the virtual meter's takes
     Raises ArgError, CommError.
     """
     checked("vx63_prgUpdate", block(32, "pUpdateReq", pUpdateReq))
@@ -1702,7 +2222,7 @@ def vx63_buzzer(buzz: int, buzzMode: int) -> None:
 
 def vx63_forceBuzzerVolume(buzz: int, buzzVol: int) -> None:
     """Forces the volume of the buzzer. Answered by the buzzer service; 10 s.
-      buzz     kind of sound, 0 to 4
+      buzz     kind of sound, 0 to 4: as vx63_buzzer has them
       buzzVol  0 (silent) to 3
     Raises ArgError, RepeatError, CommError.
     """
@@ -1711,7 +2231,7 @@ def vx63_forceBuzzerVolume(buzz: int, buzzVol: int) -> None:
 
 def vx63_forceBrightness(brightness: int) -> None:
     """Forces the brightness of the display. Answered by the system service; 10 s.
-      brightness  0 to 2
+      brightness  0 dark, 1 middle, 2 bright; the settings file has 1 to 3 for them
     Raises ArgError, CommError.
     """
     checked("vx63_forceBrightness", number(c_int32, "brightness", brightness))

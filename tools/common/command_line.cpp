@@ -210,7 +210,9 @@ void CommandLine::addId(int32_t& id)
         if (check)
             check();
         const char* const text = std::getenv(kIdVariable);
-        if (!option.given() && text != nullptr && *text != '\0')
+        if (option.given())
+            setDoctorId(id);
+        else if (text != nullptr && *text != '\0')
             id = processIdIn(kIdVariable, text);
     });
 }

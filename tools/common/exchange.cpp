@@ -1,5 +1,6 @@
 #include "common/exchange.h"
 
+#include "common/identity.h"
 #include "common/served.h"
 #include "common/text.h"
 #include "libvx63.h"
@@ -62,14 +63,13 @@ int32_t exchange(const std::function<int32_t()>& call)
     return result;
 }
 
-void forgetAnswers(int32_t id)
+void forgetAnswers(int32_t id, uint32_t quietMs)
 {
     // The library takes no answer without asking. Whatever platform it is linked with has this call.
     static const auto receive = reinterpret_cast<decltype(&lmsg_trcvMq)>(dlsym(RTLD_DEFAULT, "lmsg_trcvMq"));
-    constexpr uint32_t kQuietMs = 300;
     std::array<uint8_t, LMSG_SIZE_MAX> message;
     while (receive != nullptr &&
-           receive(static_cast<uint8_t>(id), message.data(), message.size(), nullptr, kQuietMs) == LMSG_OK) {
+           receive(static_cast<uint8_t>(id), message.data(), message.size(), nullptr, quietMs) == LMSG_OK) {
     }
     s_behind = 0;
 }
@@ -101,13 +101,18 @@ void require(const std::string& what, const std::function<int32_t()>& call)
         throw failureOf(result, what);
 }
 
-void requireOnce(const std::string& what, const std::function<int32_t()>& call)
+void requireOnce(int32_t id, const std::string& what, const std::function<int32_t()>& call)
 {
     ProductInfo info{};
-    require(what, [&] { return vx63_getProductInfo(&info); });
+    const auto ask = [&] { return vx63_getProductInfo(&info); };
+    require(what, ask);
+    if (s_behind > 0) {
+        forgetAnswers(id);
+        require(what, ask);
+    }
     if (s_behind > 0)
         throw Failure(kExitCommunication, what, "answers to somebody's earlier calls seem to be in the way",
-                      "see 'vx63 doctor', or choose another id with --id");
+                      "see " + doctorCommand() + ", or choose another id with --id");
     if (const int32_t result = make(call); result != VX63_OK)
         throw failureOf(result, what);
 }

@@ -16,7 +16,7 @@ int32_t exchange(const std::function<int32_t()>& call);
 
 // Takes answers to earlier, abandoned calls out of the queue of the process id, until none has come for a
 // while: after a service was silent, each request that lay before it has one.
-void forgetAnswers(int32_t id);
+void forgetAnswers(int32_t id, uint32_t quietMs = 300);
 
 // The last call, if it came back with VX63_ERR_COMM.
 const FailedCall& failedCall();
@@ -29,8 +29,8 @@ Failure failureOf(int32_t result, const std::string& what, const std::function<i
 void require(const std::string& what, const std::function<int32_t()>& call);
 
 // For a call to the system service that must not be made twice: it is made once, and only after a harmless
-// read has shown that the service answers and that no answer to an earlier call is in the way. Throws
-// Failure.
-void requireOnce(const std::string& what, const std::function<int32_t()>& call);
+// read has shown that the service answers and that no answer to an earlier call is in the way: those of a
+// vx63 that was killed with this process id are taken out. Throws Failure.
+void requireOnce(int32_t id, const std::string& what, const std::function<int32_t()>& call);
 
 } // namespace tool

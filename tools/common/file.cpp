@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace tool {
 
@@ -100,11 +101,25 @@ void replaceWholeFile(const std::string& path, std::string_view bytes, const std
 
 void makeFolder(const std::string& path)
 {
+    namespace fs = std::filesystem;
     std::error_code error;
-    std::filesystem::create_directories(path, error);
-    if (std::error_code unknown; !std::filesystem::is_directory(path, unknown))
+    std::vector<std::string> above; // of those that are made
+    for (fs::path at = path; !at.empty() && !fs::exists(at, error); at = at.parent_path())
+        above.push_back(at.has_parent_path() ? at.parent_path() : ".");
+    fs::create_directories(path, error);
+    if (std::error_code unknown; !fs::is_directory(path, unknown))
         throw Failure(kExitOutput, "cannot make the folder " + path,
                       error ? error.message() : "something else stands there", "choose another one");
+    std::ranges::for_each(above, flushNames);
+}
+
+void flushNames(const std::string& folder)
+{
+    const int fd = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0)
+        return;
+    fsync(fd);
+    close(fd);
 }
 
 } // namespace tool

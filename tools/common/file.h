@@ -20,7 +20,11 @@ void writeWholeFile(const std::string& path, std::string_view bytes, const std::
 void replaceWholeFile(const std::string& path, std::string_view bytes, const std::string& what,
                       const std::string& hint);
 
-// With those above it; one that is there stays as it is. Throws Failure.
+// With those above it; one that is there stays as it is. They outlive a loss of power. Throws Failure.
 void makeFolder(const std::string& path);
+
+// The names in a folder outlive a loss of power from now on. Does nothing where it cannot be read: files
+// count.
+void flushNames(const std::string& folder);
 
 } // namespace tool

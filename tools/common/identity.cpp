@@ -1,12 +1,16 @@
 #include "common/identity.h"
 
+#include "common/exchange.h"
 #include "common/failure.h"
 #include "common/numbers.h"
+#include "common/served.h"
 #include "common/text.h"
 #include "libvx63.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
+#include <sys/auxv.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -15,30 +19,47 @@ namespace tool {
 
 namespace {
 
-constexpr uint64_t kHighestId = 17;
-
 bool isService(uint64_t id)
 {
     return id == PROC_ID_PSYS || id == PROC_ID_PDEV || id == PROC_ID_PKEY || id == PROC_ID_PBUZ ||
            id == PROC_ID_PMEAS;
 }
 
-// An empty path when the namespace cannot be told.
+uid_t user()
+{
+    return static_cast<uid_t>(getauxval(AT_EUID)); // geteuid() would be a system call
+}
+
+bool isPrivate(const std::string& folder)
+{
+    struct stat status {};
+    return lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == user() &&
+           (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
+}
+
+// A folder in which nobody else can hold a lock: whoever may read a file may lock it. Empty where there is
+// none.
+std::string lockFolder()
+{
+    const char* const runtime = getenv("XDG_RUNTIME_DIR");
+    if (runtime != nullptr && *runtime == '/' && isPrivate(runtime))
+        return runtime;
+    const std::string folder = format("/tmp/vx63-%u", user());
+    const bool found = isPrivate(folder) || mkdir(folder.c_str(), S_IRWXU) == 0 ||
+                       isPrivate(folder); // another vx63 was faster
+    return found ? folder : "";
+}
+
+// An empty path when there is no place for it, or the namespace cannot be told.
 std::string lockPath(int32_t id)
 {
     struct stat ipc {};
     if (stat("/proc/self/ns/ipc", &ipc) != 0)
         return "";
-    return format("/tmp/vx63-%d-%llu.lock", id, static_cast<unsigned long long>(ipc.st_ino));
-}
-
-int openLock(const std::string& path)
-{
-    // O_NONBLOCK: whatever lies there, a FIFO too, must not hold us up. First without O_CREAT: the kernel
-    // refuses that for another user's file in /tmp, although reading it is allowed and enough.
-    constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-    const int fd = open(path.c_str(), kFlags);
-    return fd >= 0 || errno != ENOENT ? fd : open(path.c_str(), kFlags | O_CREAT, 0644);
+    const std::string folder = lockFolder();
+    return folder.empty()
+               ? ""
+               : folder + format("/vx63-%d-%llu.lock", id, static_cast<unsigned long long>(ipc.st_ino));
 }
 
 // The file at the path is the one that was opened, and not one that an ending vx63 has just removed.
@@ -54,16 +75,30 @@ bool isCurrent(int fd, const std::string& path)
 
 int32_t processIdIn(const std::string& option, const std::string& text)
 {
-    const uint64_t value = numberIn(option, text, 0, kHighestId);
+    const uint64_t value = numberIn(option, text, 0, kHighestProcessId);
     if (isService(value))
         throw WrongUsage(option, format("%s is the id of a service", text.c_str()));
     return static_cast<int32_t>(value);
 }
 
-Identity::Identity(int32_t id) : m_path(lockPath(id))
+static std::string s_doctorCommand = "'vx63 doctor'";
+
+std::string doctorCommand()
+{
+    return s_doctorCommand;
+}
+
+void setDoctorId(int32_t id)
+{
+    s_doctorCommand = format("'vx63 doctor --id %d'", id);
+}
+
+Identity::Identity(int32_t id, OldAnswers old) : m_path(lockPath(id))
 {
     while (!m_path.empty()) {
-        m_fd = openLock(m_path);
+        // O_NONBLOCK: whatever lies there, a FIFO too, must not hold us up.
+        m_fd =
+            open(m_path.c_str(), O_RDONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR);
         if (m_fd < 0)
             break; // no lock to be had: go on without
         if (flock(m_fd, LOCK_EX | LOCK_NB) != 0) {
@@ -80,6 +115,9 @@ Identity::Identity(int32_t id) : m_path(lockPath(id))
         close(m_fd);
         m_fd = -1;
     }
+    const auto queue = old == OldAnswers::forget ? queueOf(static_cast<uint8_t>(id)) : std::nullopt;
+    if (queue && queue->messages != 0)
+        forgetAnswers(id, 0);
     vx63_init(id); // the id is known to be valid
 }
 

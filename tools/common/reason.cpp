@@ -2,6 +2,7 @@
 
 #include "common/evidence.h"
 #include "common/exchange.h"
+#include "common/identity.h"
 #include "common/interrupt.h"
 #include "common/output.h"
 #include "common/own_log.h"
@@ -94,18 +95,19 @@ Failure silence(const Service* service, const std::string& what, const std::func
     const std::string name = nameOf(service);
     if (service != nullptr && isUnserved(service->id))
         return {kExitCommunication, what, name + " does not run",
-                "restart the meter; 'vx63 doctor' tells more"};
+                "restart the meter; " + doctorCommand() + " tells more"};
     if (interruption() != 0)
-        return {kExitCommunication, what, name + " does not answer", "'vx63 doctor' tells more"};
+        return {kExitCommunication, what, name + " does not answer", doctorCommand() + " tells more"};
     const bool isFirst = service == &all.front();
     if (isSilent(isFirst ? all[1] : all.front()))
         return nobodyAnswers(what);
     if (service != nullptr ? !answers(*service, again) : std::ranges::any_of(all.subspan(1), isSilent))
         return {kExitCommunication, what, name + " does not answer, the others do",
-                isFirst ? "'vx63 doctor' tells more; restart the meter by hand"
-                        : "'vx63 doctor' tells more; 'vx63 power reboot --wait' restarts the meter"};
+                doctorCommand() + (isFirst ? " tells more; restart the meter by hand"
+                                           : " tells more; 'vx63 power reboot --wait' restarts the meter")};
     return {kExitRestarting, what, "the meter was restarting or busy, and answers again",
-            "repeat the command; if it fails again, 'vx63 doctor' and 'vx63 log --errors' tell more"};
+            "repeat the command; if it fails again, " + doctorCommand() +
+                " and 'vx63 log --errors' tell more"};
 }
 
 Failure answered(const Logged& logged, const std::string& what)
@@ -130,15 +132,15 @@ Failure answered(const Logged& logged, const std::string& what)
     case Evidence::otherAnswer:
     case Evidence::request:
         return {kExitCommunication, what, "something else comes in place of the answer of " + name,
-                "'vx63 doctor' tells more; or choose another id with --id"};
+                doctorCommand() + " tells more; or choose another id with --id"};
     case Evidence::sendError:
     case Evidence::receiveError:
         return {kExitCommunication, what,
                 format("the message queues cannot be used (lmsg_err=%d)", evidence.number),
-                "'vx63 doctor' tells why"};
+                doctorCommand() + " tells why"};
     default:
         return {kExitCommunication, what, "the meter's services do not answer, or not as they should",
-                "'vx63 doctor' tells why; look at 'vx63 log --errors'"};
+                doctorCommand() + " tells why; look at 'vx63 log --errors'"};
     }
 }
 
@@ -166,7 +168,7 @@ Failure nobodyAnswers(const std::string& what)
         return {kExitNoMeter, what, "no meter: no process serves the message queues",
                 "start one with 'vx63-vmeter run -- COMMAND', or the services of the meter"};
     return {kExitRestarting, what, "the meter restarts, or hangs: none of its services answers",
-            "wait and repeat the command, or switch the meter on; 'vx63 doctor' tells more"};
+            "wait and repeat the command, or switch the meter on; " + doctorCommand() + " tells more"};
 }
 
 Failure reasonOf(const FailedCall& call, const std::string& what, const std::function<int32_t()>& again)

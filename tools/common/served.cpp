@@ -1,7 +1,6 @@
 #include "common/served.h"
 
 #include "common/services.h"
-#include "lmsg_served.h"
 
 #include <algorithm>
 #include <dlfcn.h>
@@ -34,6 +33,15 @@ bool isNothingThere()
 {
     return std::ranges::all_of(
         services(), [](uint8_t id) { return servedState(id) == LMSG_SERVED_NONE; }, &Service::id);
+}
+
+std::optional<LmsgQueue> queueOf(uint8_t id)
+{
+    static const auto lookAt = reinterpret_cast<decltype(&lmsg_lookAt)>(dlsym(RTLD_DEFAULT, "lmsg_lookAt"));
+    LmsgQueue queue{};
+    if (lookAt == nullptr || lookAt(id, &queue) != 0)
+        return std::nullopt;
+    return queue;
 }
 
 } // namespace tool

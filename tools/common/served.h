@@ -1,8 +1,11 @@
-// Whether anybody serves the queues of the services. Only a PC's platform can tell; where it cannot be told,
-// everybody counts as served.
+// Whether anybody serves the queues of the services, and what lies in those of others. Only a PC's platform
+// can tell; where it cannot be told, everybody counts as served, and every queue as empty.
 #pragma once
 
+#include "lmsg_served.h"
+
 #include <cstdint>
+#include <optional>
 
 namespace tool {
 
@@ -14,5 +17,8 @@ bool isNobodyThere();
 
 // Not even the queues exist: no service has run here. Quicker than isNobodyThere().
 bool isNothingThere();
+
+// The queue of a process id; nothing where that cannot be told.
+std::optional<LmsgQueue> queueOf(uint8_t id);
 
 } // namespace tool

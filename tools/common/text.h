@@ -3,6 +3,7 @@
 
 #include "cli/printable.h"
 
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -18,5 +19,12 @@ bool sameWord(std::string_view a, std::string_view b);
 
 // A value that comes in tenths: 623 as "62.3".
 std::string tenths(uint32_t value);
+
+// A field of a record, which ends at its null byte or its width.
+template <size_t kWidth>
+std::string fieldText(const char (&field)[kWidth])
+{
+    return {field, strnlen(field, kWidth)};
+}
 
 } // namespace tool

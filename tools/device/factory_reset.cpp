@@ -20,7 +20,7 @@ int resetToFactory(const Options& options)
     constexpr const char* kWhat = "cannot reset the meter";
     confirm(options.yes, "Reset the meter to its factory default? All settings and sets are lost.");
     const Identity identity(options.id);
-    requireOnce(kWhat, vx63_initFactoryDefault);
+    requireOnce(options.id, kWhat, vx63_initFactoryDefault);
     return kExitSuccess;
 }
 

@@ -21,13 +21,6 @@ struct Options {
     bool json = false;
 };
 
-// A field that is full has no terminator.
-template <size_t kWidth>
-std::string textOf(const char (&field)[kWidth])
-{
-    return {field, strnlen(field, kWidth)};
-}
-
 int showInfo(const Options& options)
 {
     const Identity identity(options.id);
@@ -35,23 +28,23 @@ int showInfo(const Options& options)
     require("cannot read the product data", [&] { return vx63_getProductInfo(&info); });
     if (options.json) {
         const Json json = {
-            {"model_code", textOf(info.cModelCode)},    {"option_info", textOf(info.cOptInfo)},
-            {"serial_no", textOf(info.cSerialNo)},      {"boot_version", textOf(info.cBootPrgVer)},
-            {"main_version", textOf(info.cMainPrgVer)}, {"sub_version", textOf(info.cSubPrgVer)},
-            {"qt_version", textOf(info.cQtVer)},        {"product_version", textOf(info.cProductVer)},
+            {"model_code", fieldText(info.cModelCode)},    {"option_info", fieldText(info.cOptInfo)},
+            {"serial_no", fieldText(info.cSerialNo)},      {"boot_version", fieldText(info.cBootPrgVer)},
+            {"main_version", fieldText(info.cMainPrgVer)}, {"sub_version", fieldText(info.cSubPrgVer)},
+            {"qt_version", fieldText(info.cQtVer)},        {"product_version", fieldText(info.cProductVer)},
         };
         print(json.line());
         return kExitSuccess;
     }
     print(aligned({
-        {"Model", printable(textOf(info.cModelCode))},
-        {"Option", printable(textOf(info.cOptInfo))},
-        {"Serial number", printable(textOf(info.cSerialNo))},
-        {"Product", printable(textOf(info.cProductVer))},
-        {"Boot program", printable(textOf(info.cBootPrgVer))},
-        {"Main program", printable(textOf(info.cMainPrgVer))},
-        {"Sub program", printable(textOf(info.cSubPrgVer))},
-        {"Qt", printable(textOf(info.cQtVer))},
+        {"Model", printable(fieldText(info.cModelCode))},
+        {"Option", printable(fieldText(info.cOptInfo))},
+        {"Serial number", printable(fieldText(info.cSerialNo))},
+        {"Product", printable(fieldText(info.cProductVer))},
+        {"Boot program", printable(fieldText(info.cBootPrgVer))},
+        {"Main program", printable(fieldText(info.cMainPrgVer))},
+        {"Sub program", printable(fieldText(info.cSubPrgVer))},
+        {"Qt", printable(fieldText(info.cQtVer))},
     }));
     return kExitSuccess;
 }

@@ -116,7 +116,7 @@ void waitForMeter(milliseconds timeout)
     throw Failure(
         kExitRestarting, "cannot wait for the meter any longer",
         format("it was rebooted and has not answered for %g s", static_cast<double>(timeout.count()) / 1000),
-        "wait longer with --timeout, or see 'vx63 doctor'");
+        "wait longer with --timeout, or see " + doctorCommand());
 }
 
 int reboot(const RebootOptions& options)
@@ -124,7 +124,7 @@ int reboot(const RebootOptions& options)
     constexpr const char* kWhat = "cannot reboot the meter";
     confirm(options.yes, "Reboot the meter?");
     const Identity identity(options.id);
-    requireOnce(kWhat, vx63_reboot);
+    requireOnce(options.id, kWhat, vx63_reboot);
     if (options.wait)
         waitForMeter(milliseconds(options.timeoutMs));
     return kExitSuccess;
@@ -135,7 +135,7 @@ int shutDown(const SwitchOptions& options)
     constexpr const char* kWhat = "cannot switch the meter off";
     confirm(options.yes, "Switch the meter off? It can only be switched on again by hand.");
     const Identity identity(options.id);
-    requireOnce(kWhat, vx63_shutdown);
+    requireOnce(options.id, kWhat, vx63_shutdown);
     return kExitSuccess;
 }
 

@@ -196,7 +196,8 @@ int showStatus(const Options& options)
         words += (words.empty() ? "" : ", ") + word;
     std::ranges::replace(words, '_', ' ');
     throw Failure(kExitIncomplete, "cannot read all of the status", "missing is " + words,
-                  "repeat the command; if that does not help, 'vx63 doctor' tells which service is at fault");
+                  "repeat the command; if that does not help, " + doctorCommand() +
+                      " tells which service is at fault");
 }
 
 } // namespace

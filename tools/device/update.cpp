@@ -108,7 +108,7 @@ int update(const Options& options)
     confirm(options.yes, "Update the program? The meter must not lose power meanwhile.");
     const Identity identity(options.id);
     int32_t result = VX63_OK;
-    requireOnce(kWhat, [&] {
+    requireOnce(options.id, kWhat, [&] {
         const Elapsed elapsed(request);
         result = vx63_prgUpdate(request.data());
         return VX63_OK;

@@ -19,6 +19,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
+#include <pwd.h>
 #include <string>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -87,8 +88,19 @@ std::vector<std::string> messages(OwnLog& log)
     return found;
 }
 
+// "/vx63.12 belongs to nobody (65534), mode 0666"
+std::string ownerText(uint8_t id)
+{
+    const auto queue = queueOf(id);
+    if (!queue)
+        return "";
+    const passwd* const user = getpwuid(queue->user);
+    return format("/vx63.%u belongs to %s (%u), mode %04o", static_cast<unsigned>(id),
+                  user != nullptr ? user->pw_name : "a user without a name", queue->user, queue->mode);
+}
+
 // One diagnosis a service. Those that nobody serves are not asked.
-std::vector<Diagnosis> interrogate(OwnLog& log, bool logWorks)
+std::vector<Diagnosis> interrogate(OwnLog& log, int32_t id, bool logWorks)
 {
     std::vector<Question> questions;
     for (const Service& service : services())
@@ -108,7 +120,11 @@ std::vector<Diagnosis> interrogate(OwnLog& log, bool logWorks)
             attempt.messages = std::move(said);
         return attempt;
     });
-    const std::vector<Diagnosis> answers = interrogation.run();
+    std::vector<Diagnosis> answers = interrogation.run();
+    for (size_t i = 0; i < questions.size(); ++i)
+        if (isUntrustedQueue(answers[i]))
+            answers[i].queue = ownerText(answers[i].trouble == Trouble::ownQueue ? static_cast<uint8_t>(id)
+                                                                                 : questions[i].service);
     std::vector<Diagnosis> diagnoses(services().size(), Diagnosis{Trouble::notRunning});
     for (size_t i = 0; i < questions.size(); ++i)
         diagnoses[static_cast<size_t>(serviceOf(questions[i].service) - services().data())] = answers[i];
@@ -196,6 +212,39 @@ void addStandby(std::vector<Check>& checks)
                           {}});
 }
 
+// ---- the queues of others ----
+
+// The messages that lie in each client's queue.
+std::vector<uint32_t> countWaiting()
+{
+    std::vector<uint32_t> counts;
+    for (uint8_t id = 0; id <= kHighestProcessId; ++id) {
+        const auto queue = serviceOf(id) != nullptr ? std::nullopt : queueOf(id);
+        counts.push_back(queue && queue->trusted != 0 ? queue->messages : 0);
+    }
+    return counts;
+}
+
+// A client takes its answer at once: one that is there when it is looked for twice was not waited for, and
+// each call of its thread meets the answer to the one before. The own queue is known by its answers.
+void addUntaken(const std::vector<uint32_t>& before, const std::vector<uint32_t>& after, int32_t own,
+                std::vector<Check>& checks)
+{
+    for (int32_t id = kHighestProcessId; id >= 0; --id) {
+        const uint32_t count = std::min(before[static_cast<size_t>(id)], after[static_cast<size_t>(id)]);
+        if (count > 0 && id != own)
+            checks.insert(
+                checks.begin() + 1,
+                {"queues",
+                 format("Process id %d", id),
+                 Health::remarkable,
+                 "untaken",
+                 format("%u in its queue that nobody takes: who calls as %d gets old answers", count, id),
+                 "",
+                 {}});
+    }
+}
+
 // ---- what is shown ----
 
 const char* healthWord(Health health)
@@ -247,17 +296,19 @@ Table rowsOf(const std::vector<Check>& checks)
 int examine(const Options& options)
 {
     std::vector<Check> checks;
+    const std::vector<uint32_t> before = countWaiting();
     {
         OwnLog log(format("vx63-doctor-%d", getpid()));
         log.read([](const LogLine&) {});
-        const Identity identity(options.id); // the first that is logged
+        const Identity identity(options.id, OldAnswers::keep); // the first that is logged
         const bool written = !messages(log).empty();
-        const std::vector<Diagnosis> diagnoses = interrogate(log, written);
+        const std::vector<Diagnosis> diagnoses = interrogate(log, options.id, written);
         addServices(diagnoses, options.id, written, checks);
         addStandby(checks);
         checks.push_back(checkLog(written));
     }
     const std::vector<Check> settings = checkSettings();
+    addUntaken(before, countWaiting(), options.id, checks);
     checks.insert(checks.end(), settings.begin(), settings.end());
 
     const auto wrong = std::ranges::find(checks, Health::wrong, &Check::health);

@@ -5,6 +5,8 @@
 #include "libvx63.h"
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 #include <utility>
 
 namespace tool {
@@ -18,6 +20,7 @@ constexpr int kTries = 5;
 constexpr double kAtOnceMs = 4000;
 
 constexpr double kSlowMs = 1000;
+constexpr std::chrono::milliseconds kCatchingUp{50};
 
 Evidence evidenceOf(const Attempt& attempt)
 {
@@ -141,15 +144,17 @@ std::vector<Diagnosis> Interrogation::run()
             m_diagnoses[i].trouble = Trouble::restarted;
     }
     // A service that sends too much may do so after our call has come back, but not after its next answer:
-    // ask again, and at last somebody else than the last one.
+    // ask again, and at last somebody else than the last one, which gets the time to send it.
     size_t last = 0;
     for (size_t i = 0; i < m_questions.size(); ++i) {
         if (isWell(m_diagnoses[i]))
             interrogate(last = i);
     }
     const size_t first = placeOf(isWell);
-    if (first < m_diagnoses.size() && first != last)
+    if (first < m_diagnoses.size() && first != last) {
+        std::this_thread::sleep_for(kCatchingUp);
         interrogate(first);
+    }
     return m_diagnoses;
 }
 
@@ -199,9 +204,11 @@ namespace {
 constexpr int kPermission = -2;
 constexpr int kResource = -3;
 constexpr int kForeign = -5;
+constexpr int kUntrusted = -7;
 
-std::string queueText(int lmsg_err)
+std::string queueText(const Diagnosis& diagnosis)
 {
+    const int lmsg_err = diagnosis.number;
     switch (lmsg_err) {
     case kPermission:
         return format("is not permitted (lmsg_err=%d)", lmsg_err);
@@ -209,6 +216,10 @@ std::string queueText(int lmsg_err)
         return format("is not to be had: the system's limit is reached (lmsg_err=%d)", lmsg_err);
     case kForeign:
         return format("was made by another program, in another form (lmsg_err=%d)", lmsg_err);
+    case kUntrusted:
+        return "is not trusted: " +
+               (diagnosis.queue.empty() ? "another user can read it or answer in it" : diagnosis.queue) +
+               format(" (lmsg_err=%d)", lmsg_err);
     default:
         return format("cannot be used (lmsg_err=%d)", lmsg_err);
     }
@@ -223,12 +234,21 @@ std::string queueRemedy(int lmsg_err)
         return "end programs that are not needed, or raise 'ulimit -q', 'ulimit -n' or fs.mqueue";
     case kForeign:
         return "end that program and remove the queue";
+    case kUntrusted:
+        return "call vx63 as the user who runs the services, or remove the queue as its owner or root "
+               "('rm /dev/mqueue/vx63.N')";
     default:
         return "see whether this system has POSIX message queues and permits them";
     }
 }
 
 } // namespace
+
+bool isUntrustedQueue(const Diagnosis& diagnosis)
+{
+    return (diagnosis.trouble == Trouble::queue || diagnosis.trouble == Trouble::ownQueue) &&
+           diagnosis.number == kUntrusted;
+}
 
 std::string troubleText(const Diagnosis& diagnosis)
 {
@@ -244,9 +264,9 @@ std::string troubleText(const Diagnosis& diagnosis)
     case Trouble::queueFull:
         return "its message queue is full: nobody takes the requests";
     case Trouble::queue:
-        return "its message queue " + queueText(diagnosis.number);
+        return "its message queue " + queueText(diagnosis);
     case Trouble::ownQueue:
-        return "the message queue for its answers " + queueText(diagnosis.number);
+        return "the message queue for its answers " + queueText(diagnosis);
     case Trouble::noAnswer:
         return "does not answer in time";
     case Trouble::lateAnswer:

@@ -50,8 +50,12 @@ enum class Trouble {
 struct Diagnosis {
     Trouble trouble = Trouble::none;
     int32_t number = 0;
-    double ms = 0; // of the call that was answered, or that failed
+    double ms = 0;          // of the call that was answered, or that failed
+    std::string queue = {}; // that is not trusted: which, and whose it is, where that is known
 };
+
+// Our queue, or the service's, is not trusted.
+bool isUntrustedQueue(const Diagnosis& diagnosis);
 
 // Asks the questions in their order, one a service; where something comes in between, again; those that were
 // silent before another one answered; and those that answered well a second time.

@@ -46,22 +46,40 @@ std::optional<T> number(std::string_view digits)
     return value;
 }
 
-// "libvx63.cpp(42) vx63_init() : Start."
+// Takes the characters that are in a part off the text, and the mark behind them, which must follow.
+template <class IsIn>
+std::optional<std::string_view> takeAll(std::string_view& text, IsIn isIn, std::string_view mark)
+{
+    const auto end = static_cast<size_t>(std::ranges::find_if_not(text, isIn) - text.begin());
+    const std::string_view taken = text.substr(0, end);
+    if (!text.substr(end).starts_with(mark))
+        return std::nullopt;
+    text.remove_prefix(end + mark.size());
+    return taken;
+}
+
+// "libvx63.cpp(42) vx63_init() : Start.". Looks no further than the first character that cannot be: there may
+// be as many beginnings in a line as it has separators.
 bool parsePlace(std::string_view text, LogLine& line)
 {
-    const auto file = takeUntil(text, "(");
-    if (!file || file->empty() || file->find(' ') != std::string_view::npos)
-        return false;
-    const auto lineText = takeUntil(text, ") ");
+    const auto isOfFile = [](char c) { return c != '(' && c != ' '; };
+    const auto file = takeAll(text, isOfFile, "(");
+    const auto lineText = file && !file->empty() ? takeAll(text, isDigit, ") ") : std::nullopt;
     const auto lineNumber = lineText ? number<uint32_t>(*lineText) : std::nullopt;
-    const auto function = takeUntil(text, "() : ");
-    if (!lineNumber || !function || function->empty() || !std::ranges::all_of(*function, isIdentifier))
+    const auto function = lineNumber ? takeAll(text, isIdentifier, "() : ") : std::nullopt;
+    if (!function || function->empty())
         return false;
     line.file = *file;
     line.line = *lineNumber;
     line.function = *function;
     line.message = text;
     return true;
+}
+
+// What the library's texts go on with: "[NAME], bDefault=0", "stat[3]=1", "[NAME]...".
+bool isBehindBracket(std::string_view text)
+{
+    return text.empty() || text == "..." || text.starts_with('=') || text.starts_with(", ");
 }
 
 } // namespace
@@ -97,23 +115,49 @@ bool isFailure(const LogLine& line)
            line.message.find("vx63_err=-") != std::string_view::npos;
 }
 
-std::string logLineText(std::string_view text)
+Doubt LogDoubts::of(std::string_view text)
 {
+    const auto line = parseLogLine(text);
+    const std::string_view message = line ? line->message : text;
+    const size_t first = message.find_first_of("[]");
+    const size_t last = message.find_last_of("[]");
+    const bool any = last != std::string_view::npos;
+    const bool closes = any && message[last] == ']' && isBehindBracket(message.substr(last + 1));
+    const bool inName = m_open || (any && (message[first] == ']' || !closes));
+    // Any bracket ends it, also that of the next name: a line that was cut short has none that does.
+    if (any)
+        m_open = !closes && (line || m_open);
+    if (!line)
+        return Doubt::form;
+    return inName ? Doubt::name : printable(message) != message ? Doubt::bytes : Doubt::none;
+}
+
+std::string logLineText(std::string_view text, Doubt doubt)
+{
+    const std::string mark = doubt == Doubt::none ? "" : "? ";
     const auto line = parseLogLine(text);
     const auto seconds = line ? static_cast<time_t>(line->seconds) : time_t{};
     struct tm local {};
     if (!line || !localtime_r(&seconds, &local))
-        return printable(text);
-    return format("%04d-%02d-%02d %02d:%02d:%02d.%06u", local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
-                  local.tm_hour, local.tm_min, local.tm_sec, line->microseconds) +
+        return mark + printable(text);
+    return mark +
+           format("%04lld-%02d-%02d %02d:%02d:%02d.%06u", local.tm_year + 1900LL, local.tm_mon + 1,
+                  local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec, line->microseconds) +
            printable(text.substr(text.find(kSeparator)));
 }
 
-Json logLineJson(std::string_view text)
+Json logLineJson(std::string_view text, Doubt doubt)
 {
+    constexpr const char* kDoubts[] = {"", "form", "name", "bytes"};
     const auto line = parseLogLine(text);
-    Json json = {{"time", nullptr},     {"program", nullptr}, {"file", nullptr}, {"line", nullptr},
-                 {"function", nullptr}, {"message", nullptr}, {"text", nullptr}};
+    Json json = {{"time", nullptr},
+                 {"program", nullptr},
+                 {"file", nullptr},
+                 {"line", nullptr},
+                 {"function", nullptr},
+                 {"message", nullptr},
+                 {"text", nullptr},
+                 {"doubt", doubt == Doubt::none ? Json() : Json(kDoubts[static_cast<size_t>(doubt)])}};
     if (!line) {
         json.set("text", text);
         return json;

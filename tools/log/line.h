@@ -27,10 +27,29 @@ std::optional<LogLine> parseLogLine(std::string_view text);
 // The line tells of a failure: it names an error, or a negative result.
 bool isFailure(const LogLine& line);
 
-// The text for people: the time as local date and time, the rest as it is; safe on a terminal.
-std::string logLineText(std::string_view text);
+// Why a line cannot be trusted. A set's name, which the library writes as it is, may hold newlines and with
+// them whole lines.
+enum class Doubt {
+    none,
+    form,  // it is no log line
+    name,  // brackets without their other one, or between such
+    bytes, // some are not printable
+};
+
+// Judges the lines of a log in their order.
+class LogDoubts {
+public:
+    Doubt of(std::string_view text);
+
+private:
+    bool m_open = false; // a line before has a bracket that none has closed yet
+};
+
+// The text for people: the time as local date and time, the rest as it is; safe on a terminal. One in doubt
+// is marked.
+std::string logLineText(std::string_view text, Doubt doubt = Doubt::none);
 
 // The fields as an object; of a text that is no log line only "text".
-Json logLineJson(std::string_view text);
+Json logLineJson(std::string_view text, Doubt doubt = Doubt::none);
 
 } // namespace tool

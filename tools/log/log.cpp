@@ -10,6 +10,7 @@
 #include <deque>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace tool {
 
@@ -32,11 +33,11 @@ class LinePrinter {
 public:
     explicit LinePrinter(Form form) : m_form(form), m_objects(form) {}
 
-    void add(std::string_view text)
+    void add(std::string_view text, Doubt doubt)
     {
         if (m_form != Form::text)
-            return m_objects.add(logLineJson(text));
-        m_pending += logLineText(text) + '\n';
+            return m_objects.add(logLineJson(text, doubt));
+        m_pending += logLineText(text, doubt) + '\n';
         if (m_pending.size() >= kFlushSize)
             flush();
     }
@@ -83,30 +84,33 @@ int showLog(const Options& options)
     }
 
     // The lines that are there already: all, or the last ones.
-    std::deque<std::string> last;
+    std::deque<std::pair<std::string, Doubt>> last;
+    LogDoubts doubts;
     const LineSink sink = [&](std::string_view text) {
+        const Doubt doubt = doubts.of(text);
         if (!isWanted(options, text))
             return;
         if (!options.lines) {
-            printer.add(text);
+            printer.add(text, doubt);
         } else if (*options.lines > 0) {
             if (last.size() == *options.lines)
                 last.pop_front();
-            last.emplace_back(text);
+            last.emplace_back(text, doubt);
         }
     };
     reader.read(sink);
     if (!options.follow)
         reader.finish(sink);
-    for (const std::string& text : last)
-        printer.add(text);
+    for (const auto& [text, doubt] : last)
+        printer.add(text, doubt);
     printer.flush();
 
     while (options.follow) { // until a signal ends the program: there is nothing to clean up
         watch.wait();
         reader.read([&](std::string_view text) {
+            const Doubt doubt = doubts.of(text);
             if (isWanted(options, text))
-                printer.add(text);
+                printer.add(text, doubt);
         });
         printer.flush();
     }

@@ -146,6 +146,8 @@ std::vector<ListChannel> readConditions(const std::string& path)
     } catch (const json::parse_error& error) {
         refuse(path, format("byte %zu is not what JSON has there", error.byte),
                "see vx63-measure(1), CONDITIONS");
+    } catch (const json::out_of_range&) {
+        refuse(path, "it holds a number that is too large", "see vx63-measure(1), CONDITIONS");
     }
     if (!list.is_array() || list.empty())
         refuse(path, "must be an array of at least one channel", "see vx63-measure(1), CONDITIONS");

@@ -54,9 +54,9 @@ try {
 
 Verdict judged(double value, const Bounds& bounds)
 {
-    const auto [failBelow, marginalBelow, marginalAbove, failAbove, ofPlan] = bounds;
-    if (!failBelow && !marginalBelow && !marginalAbove && !failAbove)
+    if (bounds.areNone())
         return Verdict::none;
+    const auto& [failBelow, marginalBelow, marginalAbove, failAbove, ofPlan] = bounds;
     if ((failBelow && value < *failBelow) || (failAbove && value > *failAbove))
         return Verdict::fail;
     return (marginalBelow && value < *marginalBelow) || (marginalAbove && value > *marginalAbove)

@@ -41,6 +41,8 @@ struct Bounds {
     std::optional<double> marginalAbove = {};
     std::optional<double> failAbove = {};
     bool ofPlan = false; // of a survey; else of the thresholds
+
+    bool areNone() const { return !failBelow && !marginalBelow && !marginalAbove && !failAbove; }
 };
 
 // None where nothing bounds.

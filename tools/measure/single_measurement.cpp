@@ -16,7 +16,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr milliseconds kPollTime{200};
+constexpr milliseconds kPollTime{100};
 
 SingleMeasResult readResult()
 {
@@ -27,8 +27,8 @@ SingleMeasResult readResult()
 
 } // namespace
 
-SingleMeasurement::SingleMeasurement(const ChannelOptions& options)
-    : m_options(options), m_thresholds(readThresholdsIfAny()),
+SingleMeasurement::SingleMeasurement(const ChannelOptions& options, std::vector<Threshold> thresholds)
+    : m_options(options), m_thresholds(std::move(thresholds)),
       m_running(startWith(
           options.condition, "the measurement",
           [&] { return vx63_startSingleMeas(options.ucDispType, &options.condition); },

@@ -18,7 +18,8 @@ namespace tool {
 class SingleMeasurement {
 public:
     // Starts it. Throws Failure.
-    explicit SingleMeasurement(const ChannelOptions& options);
+    explicit SingleMeasurement(const ChannelOptions& options,
+                               std::vector<Threshold> thresholds = readThresholdsIfAny());
 
     // Throws Failure.
     Reading read();

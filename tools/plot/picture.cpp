@@ -171,7 +171,7 @@ void Picture::drawAxes(double xLabels) const
         for (double i = first; i <= last; ++i)
             draw(i * axis.step, stepText(i * axis.step, axis.step));
     };
-    const auto& [left, top, right, bottom] = m_area;
+    const double left = m_area.left, top = m_area.top, right = m_area.right, bottom = m_area.bottom;
     ticks(m_x, [&](double value, const std::string& label) {
         canvas().stroke(std::vector<Point>{{x(value), top}, {x(value), bottom}}, {kGrid});
         canvas().text({x(value), bottom + 18}, label, {Anchor::middle});

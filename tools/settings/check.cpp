@@ -1,11 +1,13 @@
-// vx63 settings check: read every file and judge it.
+// vx63 settings check: read every file and judge it; bring lists and sets in step before.
 #include "common/failure.h"
+#include "common/identity.h"
 #include "common/json.h"
 #include "common/output.h"
 #include "common/table.h"
 #include "common/text.h"
 #include "settings/findings.h"
 #include "settings/meaning.h"
+#include "settings/set_list.h"
 #include "settings/subcommands.h"
 
 #include <string>
@@ -16,7 +18,9 @@ namespace tool {
 namespace {
 
 struct Options {
+    int32_t id = kDefaultProcessId;
     Form form = Form::text;
+    bool repair = false;
 };
 
 Json findingJson(const Finding& finding)
@@ -41,8 +45,18 @@ Json findingJson(const Finding& finding)
     return json;
 }
 
+void repairLists(int32_t id)
+{
+    const Identity identity(id);
+    for (const vx63::settings::SetPair& pair : vx63::settings::kSetPairs)
+        if (repairList(static_cast<uint32_t>(pair.set)))
+            complain(nameOf({static_cast<uint32_t>(pair.list), ""}) + " is repaired");
+}
+
 int check(const Options& options)
 {
+    if (options.repair)
+        repairLists(options.id);
     Table rows;
     List findings(options.form);
     int code = kExitSuccess;
@@ -73,7 +87,10 @@ int check(const Options& options)
 void addSettingsCheck(CommandLine& settings)
 {
     settings.addCommand("check", "Read every file and tell what is wrong with it", "vx63 settings check",
-                        check);
+                        check, [](CommandLine& line, Options& options) {
+                            line.flag("--repair", options.repair,
+                                      "Bring lists and sets in step before, by the sets that have a file");
+                        });
 }
 
 } // namespace tool

@@ -161,6 +161,12 @@ std::string faultText(const Fault& fault)
 
 ReadResult readFile(const FileRef& file)
 {
+    const bool isSet = kindOf(file.fileId) == FileKind::set;
+    if (const auto why = isSet ? setNameFault(file.set) : std::nullopt) {
+        Fault fault;
+        fault.reason = "it is no name of a set: " + *why;
+        return {fault, {}};
+    }
     return readBy(pathOf(file), file.fileId,
                   [&](uint8_t* records) { return vx63_readSetFile(file.fileId, records, setOf(file), 0); });
 }
@@ -186,6 +192,8 @@ Contents factoryContents(uint32_t fileId)
 std::string remedyFor(const FileRef& file)
 {
     const bool isSet = kindOf(file.fileId) == FileKind::set;
+    if (isSet && setNameFault(file.set))
+        return "rename or remove " + pathOf(file);
     return "correct " + pathOf(file) + ", or use 'vx63 " +
            (isSet ? "sets delete" : "settings reset " + nameOf(file)) + "'";
 }
@@ -233,7 +241,7 @@ void writeFileAt(const std::string& path, uint32_t fileId, const Contents& conte
 
 void noticeFile(uint32_t fileId)
 {
-    require(nameOf({fileId, ""}) + " has changed, but the system service was not told",
+    require(nameOf({fileId, kAnySet}) + " has changed, but the system service was not told",
             [&] { return vx63_ntfUpdateFile(fileId); });
 }
 
@@ -241,7 +249,7 @@ void noticeRecord(uint32_t fileId, uint32_t record)
 {
     if (record > kNoticeRecordMax)
         return noticeFile(fileId); // it would arrive as another record
-    require(nameOf({fileId, ""}) + " has changed, but the system service was not told",
+    require(nameOf({fileId, kAnySet}) + " has changed, but the system service was not told",
             [&] { return vx63_ntfUpdateFileIdx(fileId, record); });
 }
 

@@ -34,7 +34,7 @@ struct ReadResult {
     Contents contents; // without fault
 };
 
-// Ordinary files hold all their records: one with fewer has a fault.
+// Ordinary files hold all their records: one with fewer has a fault. So has a set that cannot be called so.
 ReadResult readFile(const FileRef& file);
 ReadResult readFileAt(const std::string& path, uint32_t fileId);
 

@@ -1,5 +1,6 @@
 #include "settings/findings.h"
 
+#include "common/failure.h"
 #include "settings/meaning.h"
 #include "settings/set_list.h"
 
@@ -30,14 +31,15 @@ Finding examineFile(const FileRef& file)
 
 void examineFolder(uint32_t setFileId, std::vector<Finding>& findings)
 {
-    const std::vector<std::string> names = setFilesOf(setFileId);
-    for (const std::string& name : names) {
-        const FileRef set{setFileId, name};
-        if (const auto why = setNameFault(name))
-            findings.push_back({set, faultBecause("it is no name of a set: " + *why)});
-        else
-            findings.push_back(examineFile(set));
+    std::vector<std::string> names;
+    try {
+        names = setFilesOf(setFileId);
+    } catch (const Failure& failure) {
+        return findings.push_back(
+            {{listOf(setFileId), ""}, faultBecause(failure.failed() + ": " + failure.why())});
     }
+    for (const std::string& name : names)
+        findings.push_back(examineFile({setFileId, name}));
     const FileRef list{listOf(setFileId), ""};
     const ReadResult read = readFile(list);
     findings.push_back(findingOf(list, read));

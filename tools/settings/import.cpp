@@ -100,7 +100,7 @@ void Source::readFolder(const std::string& name)
     std::ranges::sort(paths);
     for (const fs::path& path : paths) {
         const std::string fileName = path.filename();
-        if (fileName.starts_with('.'))
+        if (fileName.starts_with('.') && !fileName.ends_with(".csv"))
             continue; // what a killed writer left
         const auto file = fileAt(name, fileName);
         if (!file) {

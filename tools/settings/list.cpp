@@ -77,7 +77,7 @@ Json stateJson(const vx63::settings::File& entry, const State& state)
             sets.push(printable(name));
     return {
         {"id", entry.fileId},
-        {"name", nameOf({entry.fileId, ""})},
+        {"name", nameOf({entry.fileId, kAnySet})},
         {"path", entry.path},
         {"version", vx63::settings::kVersion},
         {"header", headerOf(entry)},
@@ -103,7 +103,7 @@ int list(const Options& options)
         if (options.form != Form::text)
             files.add(stateJson(entry, state));
         else
-            rows.push_back({std::to_string(entry.fileId), nameOf({entry.fileId, ""}),
+            rows.push_back({std::to_string(entry.fileId), nameOf({entry.fileId, kAnySet}),
                             std::to_string(entry.rows), state.text});
     }
     if (options.form == Form::text)

@@ -59,7 +59,7 @@ std::vector<std::string> candidates(const std::string& text)
     const std::string folder = slash == std::string::npos ? "" : text.substr(0, slash + 1);
     std::vector<std::string> byWord, byFolder;
     for (const vx63::settings::File& file : vx63::settings::kFiles) {
-        const std::string name = nameOf({file.fileId, ""});
+        const std::string name = nameOf({file.fileId, kAnySet});
         if (!word.empty() && name.find(word) != std::string::npos)
             byWord.push_back(name);
         if (!folder.empty() && name.starts_with(folder))
@@ -101,7 +101,7 @@ std::string nameOf(const FileRef& file)
 {
     const std::string folder = folderOf(file.fileId) + "/";
     if (kindOf(file.fileId) == FileKind::set)
-        return folder + (file.set.empty() ? "NAME" : file.set);
+        return folder + file.set;
     return folder + wordOf(fileNameOf(file.fileId));
 }
 
@@ -119,7 +119,7 @@ FileRef fileNamed(const std::string& option, const std::string& text)
         const FileRef file{static_cast<uint32_t>(*id), ""};
         if (kindOf(file.fileId) == FileKind::set)
             throw WrongUsage(option, format("%s is a folder of setting sets; give %s", text.c_str(),
-                                            nameOf(file).c_str()));
+                                            nameOf({file.fileId, kAnySet}).c_str()));
         return file;
     }
 
@@ -171,7 +171,7 @@ std::vector<std::string> fileNames()
         if (kindOf(file.fileId) != FileKind::set)
             names.push_back(nameOf({file.fileId, ""}));
         else
-            for (const std::string& set : setFilesOf(file.fileId))
+            for (const std::string& set : namedSetsOf(file.fileId))
                 names.push_back(nameOf({file.fileId, set}));
     }
     return names;
@@ -197,6 +197,17 @@ std::vector<std::string> setFilesOf(uint32_t fileId)
     return setFilesIn(folderPathOf(fileId), fileId);
 }
 
+std::vector<std::string> namedSetsOf(uint32_t fileId)
+{
+    try {
+        std::vector<std::string> names = setFilesOf(fileId);
+        std::erase_if(names, setNameFault);
+        return names;
+    } catch (const Failure&) { // whoever offers names has something else to say
+        return {};
+    }
+}
+
 std::vector<std::string> setFilesIn(const std::string& folder, uint32_t fileId)
 {
     std::string list;
@@ -208,9 +219,13 @@ std::vector<std::string> setFilesIn(const std::string& folder, uint32_t fileId)
     for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error)) {
         const std::string name = entry->path().filename();
-        if (name != list && !name.starts_with('.') && name.ends_with(kSuffix))
+        if (name != list && name.ends_with(kSuffix))
             names.push_back(name.substr(0, name.size() - kSuffix.size()));
     }
+    // One that is not there has no sets: a USB memory is out.
+    if (error && error != std::errc::no_such_file_or_directory && error != std::errc::not_a_directory)
+        throw Failure(kExitNoInput, "cannot read " + folder, error.message(),
+                      "look at 'ls -la " + folder + "'");
     std::ranges::sort(names);
     return names;
 }

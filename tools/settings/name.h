@@ -23,6 +23,9 @@ struct FileRef {
     std::string set; // name of the set; empty for other files
 };
 
+// Stands for the name of any set of a folder.
+inline constexpr const char* kAnySet = "NAME";
+
 // What the catalogue tells of it.
 const vx63::settings::File& entryOf(const FileRef& file);
 
@@ -30,7 +33,7 @@ const vx63::settings::File& entryOf(const FileRef& file);
 std::string folderOf(uint32_t fileId);
 std::string folderPathOf(uint32_t fileId);
 
-// "ch_set/fm"; of a set "user_set/TOKYO", and "user_set/NAME" where no set is given.
+// "ch_set/fm"; of a set "user_set/TOKYO".
 std::string nameOf(const FileRef& file);
 
 // Where it lies.
@@ -46,8 +49,12 @@ std::vector<std::string> fileNames();
 // Why a setting set cannot be called so; nothing where it can.
 std::optional<std::string> setNameFault(std::string_view name);
 
-// The names of the set files in a folder, listed or not, sorted. The meter's own folder, or another.
+// The names of the set files in a folder, listed or not, sorted. The meter's own folder, or another. Names
+// that no set can have are among them: hidden ones, too, and the empty one. Throw Failure.
 std::vector<std::string> setFilesOf(uint32_t fileId);
 std::vector<std::string> setFilesIn(const std::string& folder, uint32_t fileId);
+
+// Those of the meter's own that can be given on the command line.
+std::vector<std::string> namedSetsOf(uint32_t fileId);
 
 } // namespace tool

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace tool {
@@ -36,6 +37,8 @@ std::optional<std::string> leftover()
         for (const auto& entry : std::filesystem::directory_iterator(folder, error))
             if (!entry.path().filename().string().starts_with('.'))
                 return entry.path().string();
+        if (error && error != std::errc::no_such_file_or_directory)
+            return folder.string();
     }
     return std::nullopt;
 }
@@ -62,8 +65,12 @@ int resetAll(const Options& options)
         if (const auto left = leftover())
             throw Failure(kExitOutput, "cannot delete every settings file", *left + " is still there",
                           "look at 'ls -la' of its folder");
-    if (options.onlyDelete)
+    for (const vx63::settings::SetPair& pair : vx63::settings::kSetPairs)
+        clearHiddenSets(static_cast<uint32_t>(pair.set));
+    if (options.onlyDelete) {
+        sync(); // so that no file comes back; the library does it where files are written
         return kExitSuccess;
+    }
     // Whatever becomes of the notices, every file is there.
     const std::vector<uint32_t> fileIds = filesToWrite();
     for (const uint32_t fileId : fileIds)

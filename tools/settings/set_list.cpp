@@ -6,6 +6,8 @@
 #include "libvx63.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <unistd.h>
 
@@ -30,9 +32,38 @@ void putEntry(Contents& list, uint32_t record, const std::string& name)
     std::memcpy(list.bytes.data() + record * sizeof entry, &entry, sizeof entry);
 }
 
+Failure cannotDelete(const FileRef& set)
+{
+    return {kExitOutput, "cannot delete " + nameOf(set), "the file cannot be removed",
+            "look at 'ls -l " + pathOf(set) + "'"};
+}
+
+// Throws Failure where that cannot be told: a list that is taken for missing is made anew.
 bool fileExists(const FileRef& file)
 {
-    return access(pathOf(file).c_str(), F_OK) == 0;
+    if (access(pathOf(file).c_str(), F_OK) == 0)
+        return true;
+    if (errno == ENOENT || errno == ENOTDIR)
+        return false;
+    throw Failure(kExitNoInput, "cannot look at " + nameOf(file), std::strerror(errno),
+                  "look at 'ls -l " + pathOf(file) + "'");
+}
+
+// A list of the sets that have a file: those that it names stay where they are, the others come to free
+// records. A set whose name is none, or that finds no room, is left out.
+Contents inStep(uint32_t listFileId, const std::vector<ListEntry>& listed, std::vector<std::string> files)
+{
+    std::erase_if(files, [](const std::string& name) { return setNameFault(name).has_value(); });
+    std::vector<std::string> names(vx63::settings::kFiles[listFileId].rows);
+    const auto take = [&](const ListEntry& entry) {
+        if (std::erase(files, entry.name) != 0)
+            names[entry.record] = entry.name;
+    };
+    std::ranges::for_each(listed, take);
+    for (auto free = std::ranges::find(names, ""); free != names.end() && !files.empty();
+         free = std::ranges::find(names, ""))
+        take({static_cast<uint32_t>(free - names.begin()), files.front()});
+    return listNaming(listFileId, names);
 }
 
 } // namespace
@@ -86,14 +117,34 @@ std::vector<std::string> listFaults(const std::vector<ListEntry>& listed,
             entry)
             faults.push_back(start + " again");
     }
-    for (const std::string& name : files)
-        if (std::ranges::find(listed, name, &ListEntry::name) == listed.end())
+    for (const std::string& name : files) // what is no name is told of the file, and no list can name it
+        if (!setNameFault(name) && std::ranges::find(listed, name, &ListEntry::name) == listed.end())
             faults.push_back("it does not name '" + name + "', which has a file");
     return faults;
 }
 
-bool deleteSetFile(const FileRef& set)
+bool repairList(uint32_t setFileId)
 {
+    const uint32_t list = listOf(setFileId);
+    const std::vector<std::string> files = setFilesOf(setFileId);
+    const ReadResult read = readFile({list, ""});
+    const bool broken = read.fault && !read.fault->missing;
+    const std::vector<ListEntry> listed =
+        read.fault ? std::vector<ListEntry>() : listedSets(list, read.contents);
+    if (!broken && listFaults(listed, files).empty())
+        return false;
+    const Contents repaired = inStep(list, listed, files);
+    if (!read.fault && repaired.bytes == read.contents.bytes && repaired.records == read.contents.records)
+        return false;
+    writeFile({list, ""}, repaired);
+    noticeFile(list);
+    return true;
+}
+
+static bool askToDelete(const FileRef& set)
+{
+    if (setNameFault(set.set)) // which the library would write into its log as it is
+        return std::remove(pathOf(set).c_str()) == 0;
     const char* name = set.set.c_str();
     switch (set.fileId) {
     case VX63_SET_FILE_USER_SET:
@@ -111,6 +162,11 @@ bool deleteSetFile(const FileRef& set)
     default:
         return false;
     }
+}
+
+bool deleteSetFile(const FileRef& set)
+{
+    return askToDelete(set) || (access(pathOf(set).c_str(), F_OK) != 0 && errno == ENOENT);
 }
 
 SetFolder::SetFolder(uint32_t setFileId)
@@ -177,8 +233,7 @@ void SetFolder::removeFile(const std::string& name)
 {
     const FileRef set{m_set, name};
     if (!deleteSetFile(set))
-        throw Failure(kExitOutput, "cannot delete " + nameOf(set), "the file cannot be removed",
-                      "look at 'ls -l " + pathOf(set) + "'");
+        throw cannotDelete(set);
 }
 
 void SetFolder::remove(const std::string& name)
@@ -205,6 +260,13 @@ void SetFolder::remove(const std::string& name)
         noticeRecord(m_list, *record);
 }
 
+void clearHiddenSets(uint32_t setFileId)
+{
+    for (const std::string& name : setFilesOf(setFileId))
+        if ((name.empty() || name.starts_with('.')) && !deleteSetFile({setFileId, name}))
+            throw cannotDelete({setFileId, name});
+}
+
 void clearSets(uint32_t setFileId)
 {
     const uint32_t list = listOf(setFileId);
@@ -221,6 +283,7 @@ void clearSets(uint32_t setFileId)
         throw Failure(kExitOutput, "cannot delete the sets of " + folderOf(setFileId),
                       said.empty() ? "a file cannot be removed or written" : said.substr(0, said.find('\n')),
                       "look at 'ls -la " + folderPathOf(setFileId) + "'");
+    clearHiddenSets(setFileId);
     noticeFile(setFileId);
     noticeFile(list);
 }

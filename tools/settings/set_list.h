@@ -28,6 +28,10 @@ std::vector<ListEntry> listedSets(uint32_t listFileId, const Contents& list);
 std::vector<std::string> listFaults(const std::vector<ListEntry>& listed,
                                     const std::vector<std::string>& files);
 
+// Brings the list of a folder in step with the sets that have a file, and tells the system service; gives
+// whether there was anything to do. Throws Failure.
+bool repairList(uint32_t setFileId);
+
 // A folder of setting sets. Every change tells the system service. Throws Failure.
 class SetFolder {
 public:
@@ -55,10 +59,14 @@ private:
     std::vector<ListEntry> m_listed;
 };
 
-// Deletes every set of a folder and empties its list, whatever state that is in. Throws Failure.
+// Deletes the hidden sets of a folder, which the library's deletion of all sets leaves. Throws Failure.
+void clearHiddenSets(uint32_t setFileId);
+
+// Deletes every set of a folder, hidden ones too, and empties its list, whatever state that is in. Throws
+// Failure.
 void clearSets(uint32_t setFileId);
 
-// Deletes the file of a set; false when it cannot be deleted.
+// Deletes the file of a set; false when it cannot be deleted. Another may do so meanwhile: it is gone.
 bool deleteSetFile(const FileRef& set);
 
 } // namespace tool

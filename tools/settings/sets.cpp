@@ -86,13 +86,11 @@ int list(const ListOptions& options)
     const auto add = [&](std::optional<uint32_t> record, const std::string& name) {
         std::optional<uint32_t> channels;
         std::string text = "no file";
-        if (!setNameFault(name)) {
-            const ReadResult read = readFile({options.set(), name});
-            if (!read.fault)
-                text = std::to_string(*(channels = read.contents.records));
-            else if (!read.fault->missing)
-                text = "broken: " + faultText(*read.fault);
-        }
+        const ReadResult read = readFile({options.set(), name});
+        if (!read.fault)
+            text = std::to_string(*(channels = read.contents.records));
+        else if (!read.fault->missing)
+            text = "broken: " + faultText(*read.fault);
         if (options.form != Form::text) {
             sets.add({
                 {"record", record},
@@ -218,7 +216,7 @@ Option addName(CommandLine& line, const std::string& argument, std::string& name
 std::vector<std::string> setsOfGiven(const cli::Given& given)
 {
     const auto has = [&](const char* flag) { return std::ranges::count(given.options, flag) > 0; };
-    return setFilesOf(FolderOptions{has("--usb1"), has("--usb2"), has("--logger")}.set());
+    return namedSetsOf(FolderOptions{has("--usb1"), has("--usb2"), has("--logger")}.set());
 }
 
 // And all others as FOLDER/NAME.
@@ -226,7 +224,7 @@ std::vector<std::string> sourcesOfGiven(const cli::Given& given)
 {
     std::vector<std::string> names = setsOfGiven(given);
     for (const vx63::settings::SetPair& pair : vx63::settings::kSetPairs)
-        for (const std::string& set : setFilesOf(static_cast<uint32_t>(pair.set)))
+        for (const std::string& set : namedSetsOf(static_cast<uint32_t>(pair.set)))
             names.push_back(nameOf({static_cast<uint32_t>(pair.set), set}));
     return names;
 }

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace tool {
@@ -78,6 +79,7 @@ int get(const GetOptions& options)
 void printRecords(const FileRef& file, const Contents& contents, Form form)
 {
     const vx63::settings::File& entry = entryOf(file);
+    const bool onTerminal = isatty(STDOUT_FILENO) == 1;
     std::string result;
     Table rows = {{"RECORD"}};
     List objects(form == Form::csv ? Form::text : form);
@@ -94,7 +96,7 @@ void printRecords(const FileRef& file, const Contents& contents, Form form)
             const vx63::settings::Column& column = entry.columns[i];
             row.push_back(cellText(column, bytes));
             json.set(std::string(column.name), cellJson(column, bytes));
-            line += (i == 0 ? "" : ",") + csvCell(row.back().text);
+            line += (i == 0 ? "" : ",") + csvCell(onTerminal ? printable(row.back().text) : row.back().text);
         }
         if (form == Form::csv)
             result += line + "\n";

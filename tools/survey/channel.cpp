@@ -24,10 +24,10 @@ constexpr uint16_t kPoints = 1000;        // for the modulation error ratio
 constexpr milliseconds kSignalTime{2000}; // in which an unexpected channel has to show a signal
 
 // What is measured of a channel while it is tuned: values, and points where it locks.
-void measureValues(const SurveyTask& task, const ChannelOptions& options, SurveyReading& one,
-                   Progress& progress)
+void measureValues(const SurveyTask& task, const ChannelOptions& options,
+                   const std::vector<Threshold>& thresholds, SurveyReading& one, Progress& progress)
 {
-    SingleMeasurement measurement(options);
+    SingleMeasurement measurement(options, thresholds);
     one.reading =
         measurement.readLocked(progress, task.channel->expected ? std::nullopt : std::optional(kSignalTime));
     if (one.reading.result.lock != 0 && needsLock(options.condition) && interruption() == 0) {
@@ -60,15 +60,13 @@ void judge(const SurveyTask& task, const std::vector<Threshold>& thresholds, Sur
     Reading& reading = one.reading;
     auto bounds = boundsOf(thresholds, reading.condition, reading.result);
     const PlanLimits& limits = task.orders->limits;
-    if (!bounds && (limits.level || limits.cnr || limits.mer || limits.ber))
-        bounds.emplace();
-    if (bounds) {
-        bounds->level = limits.level.value_or(bounds->level);
-        bounds->cnr = limits.cnr.value_or(bounds->cnr);
-        bounds->mer = limits.mer.value_or(bounds->mer);
-        bounds->ber = limits.ber.value_or(bounds->ber);
-        one.bounds = *bounds;
-    }
+    for (const Quantity& quantity : kQuantities)
+        if (const auto& planned = limits.*quantity.planned) {
+            if (!bounds)
+                bounds.emplace();
+            *bounds.*quantity.bounds = *planned;
+        }
+    one.bounds = bounds.value_or(ChannelBounds{});
     reading.judgement = judgeBy(bounds, reading.condition, reading.result, one.merDb);
 }
 
@@ -90,7 +88,7 @@ std::optional<SurveyReading> measureChannel(const SurveyTask& task, const std::v
         SurveyReading one;
         one.point = task.point->name;
         one.list = task.list->name;
-        measureValues(task, options, one, progress);
+        measureValues(task, options, thresholds, one, progress);
         if (task.orders->delayProfile && way.usBdSys == VX63_BDSYS_TERRESTRIAL && rankOf(one) == 2 &&
             interruption() == 0)
             measureProfile(options, one, progress);

@@ -21,7 +21,7 @@ struct Cases {
     //   why  "level, C/N"; of what is skipped, why it is
     void add(const std::string& group, const std::string& name, Verdict verdict, const std::string& why)
     {
-        const std::string text = std::string(verdictWord(verdict)) + ": " + why;
+        const std::string text = verdictText(verdict, why);
         ++tests;
         failures += verdict == Verdict::fail;
         skipped += verdict == Verdict::none;
@@ -60,8 +60,7 @@ Markup suite(const SurveyResults& results, const std::string& site, const PointO
                       : word == "no signal"            ? "no signal, not expected"
                                                        : word);
         }
-        const Bounds& limits = list.list->slope;
-        if (limits.failBelow || limits.marginalBelow || limits.marginalAbove || limits.failAbove)
+        if (!list.list->slope.areNone())
             cases.add(group, "slope", list.slope,
                       list.slopeDb
                           ? format("%.1f dB from ", *list.slopeDb) + list.strongest + " to " + list.weakest

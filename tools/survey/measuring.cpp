@@ -19,13 +19,6 @@ namespace tool {
 
 namespace {
 
-// A field that is full has no terminator.
-template <size_t kWidth>
-std::string textOf(const char (&field)[kWidth])
-{
-    return {field, strnlen(field, kWidth)};
-}
-
 class Measuring {
 public:
     Measuring(int64_t lockTimeoutMs, const std::vector<Threshold>& thresholds, ResultsFile& file, bool shows)
@@ -92,9 +85,9 @@ SurveyMeter readMeter()
     SurveyMeter meter;
     ProductInfo info{};
     if (exchange([&] { return vx63_getProductInfo(&info); }) == VX63_OK) {
-        meter.model = textOf(info.cModelCode);
-        meter.serial = textOf(info.cSerialNo);
-        meter.version = textOf(info.cMainPrgVer);
+        meter.model = fieldText(info.cModelCode);
+        meter.serial = fieldText(info.cSerialNo);
+        meter.version = fieldText(info.cMainPrgVer);
     }
     AngleCalStat calibration{};
     if (exchange([&] { return vx63_getAngleCalStat(&calibration); }) == VX63_OK)

@@ -13,6 +13,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -23,24 +25,14 @@ namespace {
 using tomlfile::Fields;
 
 constexpr size_t kMaxFile = 1 << 20;
+constexpr size_t kMaxChannels = 100000; // of all points: a day and more of measuring
 
 constexpr std::string_view kPlanKeys[] = {"site", "by", "note", "lock_timeout_s", "limits", "list", "point"};
 constexpr std::string_view kPointKeys[] = {"name", "note", "list"};
 constexpr std::string_view kListKeys[] = {"plan",     "channels", "frequencies", "name",   "input",
                                           "expected", "capture",  "limits",      "system", "modulation",
                                           "band",     "lo",       "supply"};
-constexpr std::string_view kEdgeKeys[] = {"fail_below", "marginal_below", "marginal_above", "fail_above"};
-
-struct Quantity {
-    std::string_view key;
-    std::optional<Bounds> PlanLimits::*bounds;
-    double lowest, highest; // of an edge
-};
-constexpr Quantity kQuantities[] = {{"level_dbuv", &PlanLimits::level, -50, 150},
-                                    {"cnr_db", &PlanLimits::cnr, 0, 100},
-                                    {"mer_db", &PlanLimits::mer, 0, 100},
-                                    {"ber", &PlanLimits::ber, 0, 1},
-                                    {"slope_db", &PlanLimits::slope, 0, 100}};
+constexpr const char* kSlope = "slope_db";
 
 struct PlannedList {
     SurveyList list;
@@ -85,21 +77,17 @@ auto asFound(const Fields& fields, const char* key, Find find)
 
 // ---- limits ----
 
-std::optional<double> edgeIn(const Fields& fields, std::string_view key, const Quantity& quantity)
+//   lowest, highest  that an edge can be
+Bounds boundsIn(const Fields& fields, double lowest, double highest)
 {
-    if (!fields.has(key))
-        return std::nullopt;
-    return fields.number(key, quantity.lowest, quantity.highest);
-}
-
-Bounds boundsIn(const Fields& fields, const Quantity& quantity)
-{
-    fields.allow(kEdgeKeys);
-    const Bounds bounds = {.failBelow = edgeIn(fields, "fail_below", quantity),
-                           .marginalBelow = edgeIn(fields, "marginal_below", quantity),
-                           .marginalAbove = edgeIn(fields, "marginal_above", quantity),
-                           .failAbove = edgeIn(fields, "fail_above", quantity),
-                           .ofPlan = true};
+    std::vector<std::string_view> keys;
+    for (const Edge& edge : kEdges)
+        keys.push_back(edge.key);
+    fields.allow(keys);
+    Bounds bounds{.ofPlan = true};
+    for (const Edge& edge : kEdges)
+        if (fields.has(edge.key))
+            bounds.*edge.value = fields.number(edge.key, lowest, highest);
     const auto [failBelow, marginalBelow, marginalAbove, failAbove, ofPlan] = bounds;
     if (failBelow && marginalBelow && *marginalBelow < *failBelow)
         fields.fail("marginal_below", "is below fail_below: nothing would be marginal");
@@ -120,10 +108,13 @@ PlanLimits limitsIn(const Fields& fields, PlanLimits limits)
     std::vector<std::string_view> keys;
     for (const Quantity& quantity : kQuantities)
         keys.push_back(quantity.key);
+    keys.push_back(kSlope);
     table->allow(keys);
     for (const Quantity& quantity : kQuantities)
         if (const auto edges = table->table(quantity.key))
-            limits.*quantity.bounds = boundsIn(*edges, quantity);
+            limits.*quantity.planned = boundsIn(*edges, quantity.lowest, quantity.highest);
+    if (const auto edges = table->table(kSlope))
+        limits.slope = boundsIn(*edges, 0, 100);
     return limits;
 }
 
@@ -252,10 +243,12 @@ PlannedList readList(const Fields& fields, const PlanLimits& limits)
     if (fields.has("input"))
         list.input = static_cast<uint32_t>(fields.integer("input", 0, 1));
     const bool expected = fields.flag("expected", !plan || fields.has("channels"));
-    for (size_t i = 0; i < list.channels.size(); ++i) {
-        SurveyChannel& channel = list.channels[i];
+    std::map<std::string_view, size_t> names;
+    for (const SurveyChannel& channel : list.channels)
+        ++names[channel.name];
+    for (SurveyChannel& channel : list.channels) {
         channel.expected = expected;
-        if (std::ranges::count(list.channels, channel.name, &SurveyChannel::name) > 1)
+        if (names[channel.name] > 1)
             fields.fail(plan ? "plan" : "frequencies", "channel " + channel.name + " stands there twice");
     }
     planned.orders.limits = limitsIn(fields, limits);
@@ -307,13 +300,19 @@ SurveyPlan surveyIn(const Fields& fields)
     const std::vector<Fields> points = fields.tables("point");
     if (points.empty())
         fields.fail("point", "is missing: where is it measured?");
+    std::set<std::string> names;
+    size_t channels = 0;
     for (const Fields& one : points) {
         one.allow(kPointKeys);
         SurveyPoint point{nameIn(one), one.text("note", ""), {}};
-        if (std::ranges::count(survey.points, point.name, &SurveyPoint::name) > 0)
+        if (!names.insert(point.name).second)
             one.fail("name", "a point of the name '" + point.name + "' stands before");
         plan.orders.emplace_back();
         for (const PlannedList& planned : one.has("list") ? readLists(one, limits) : common) {
+            channels += planned.list.channels.size();
+            if (channels > kMaxChannels)
+                one.fail("list", format("comes to more than %zu channels with those of the points before",
+                                        kMaxChannels));
             point.lists.push_back(planned.list);
             plan.orders.back().push_back(planned.orders);
         }

@@ -2,20 +2,14 @@
 // every key.
 #pragma once
 
-#include "measure/judgement.h"
+#include "survey/quantities.h"
 #include "survey/survey.h"
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
 namespace tool {
-
-// What the plan puts in place of the meter's thresholds.
-struct PlanLimits {
-    std::optional<Bounds> level, cnr, mer, ber, slope;
-};
 
 // Of a list, what its results do not tell.
 struct ListOrders {

@@ -4,6 +4,7 @@
 #include "common/text.h"
 #include "measure/frequency.h"
 #include "survey/pictures.h"
+#include "survey/quantities.h"
 #include "survey/reports.h"
 #include "survey/words.h"
 
@@ -215,15 +216,6 @@ Markup points(const SurveyOutcome& outcome)
 
 // ---- limits ----
 
-struct Quantity {
-    const char* name;
-    Bounds ChannelBounds::*bounds;
-};
-constexpr Quantity kQuantities[] = {{"Level\u00A0(dB\u00B5V)", &ChannelBounds::level},
-                                    {"C/N\u00A0(dB)", &ChannelBounds::cnr},
-                                    {"MER\u00A0(dB)", &ChannelBounds::mer},
-                                    {"BER", &ChannelBounds::ber}};
-
 // What the thresholds differ by: "catv 64QAM".
 std::string signalText(const MultiMeasResult& result)
 {
@@ -239,12 +231,11 @@ public:
     void add(const std::string& point, const std::string& list, const std::string& system,
              const char* quantity, const Bounds& bounds)
     {
-        std::vector<std::string> edges;
-        for (const auto& edge :
-             {bounds.failBelow, bounds.marginalBelow, bounds.marginalAbove, bounds.failAbove})
-            edges.push_back(edge ? format("%g", *edge) : kNone);
-        if (std::ranges::count(edges, kNone) == std::ssize(edges))
+        if (bounds.areNone())
             return;
+        std::vector<std::string> edges;
+        for (const Edge& edge : kEdges)
+            edges.push_back(bounds.*edge.value ? format("%g", *(bounds.*edge.value)) : kNone);
         m_points[{list, system}].insert(point);
         const Key key{list, quantity, std::move(edges), bounds.ofPlan ? "plan" : "meter"};
         const auto found = std::ranges::find(m_rows, key, &Row::key);
@@ -291,7 +282,7 @@ Markup limits(const SurveyOutcome& outcome)
                 const SurveyReading& one = *channel.reading;
                 for (const Quantity& quantity : kQuantities)
                     limits.add(point.point->name, list.list->name, signalText(one.reading.result),
-                               quantity.name, one.bounds.*quantity.bounds);
+                               quantity.label, one.bounds.*quantity.bounds);
             }
             limits.add(point.point->name, list.list->name, "all", "Slope\u00A0(dB)", list.list->slope);
         }
@@ -366,14 +357,9 @@ Markup slope(const ListOutcome& list)
 {
     const Bounds& limits = list.list->slope;
     std::vector<std::string> edges;
-    const std::pair<const std::optional<double>&, const char*> words[] = {
-        {limits.failBelow, "fails below"},
-        {limits.marginalBelow, "marginal below"},
-        {limits.marginalAbove, "marginal above"},
-        {limits.failAbove, "fails above"}};
-    for (const auto& [edge, what] : words)
-        if (edge)
-            edges.push_back(std::string(what) + format(" %g dB", *edge));
+    for (const Edge& edge : kEdges)
+        if (const auto& value = limits.*edge.value)
+            edges.push_back(format("%s %g dB", edge.words, *value));
     if (!list.slopeDb)
         return edges.empty() ? Markup()
                              : block("p", "Slope: not measured, which takes two channels that lock.");

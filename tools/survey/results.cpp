@@ -6,13 +6,16 @@
 #include "common/numbers.h"
 #include "common/text.h"
 #include "measure/frequency.h"
+#include "survey/quantities.h"
 
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <limits>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
+#include <tuple>
 
 namespace tool {
 
@@ -22,16 +25,6 @@ using nlohmann::json;
 
 constexpr size_t kMaxFile = size_t{1} << 28;
 
-constexpr const char* kVerdictKeys[] = {"level_verdict", "cnr_verdict", "mer_verdict", "ber_verdict"};
-constexpr Verdict Judgement::*kVerdicts[] = {&Judgement::level, &Judgement::cnr, &Judgement::mer,
-                                             &Judgement::ber};
-constexpr const char* kBoundsKeys[] = {"level_dbuv", "cnr_db", "mer_db", "ber"};
-constexpr Bounds ChannelBounds::*kBounds[] = {&ChannelBounds::level, &ChannelBounds::cnr, &ChannelBounds::mer,
-                                              &ChannelBounds::ber};
-constexpr const char* kEdgeKeys[] = {"fail_below", "marginal_below", "marginal_above", "fail_above"};
-constexpr std::optional<double> Bounds::*kEdges[] = {&Bounds::failBelow, &Bounds::marginalBelow,
-                                                     &Bounds::marginalAbove, &Bounds::failAbove};
-
 Json timeJson(int64_t timeMs)
 {
     return static_cast<double>(timeMs) / 1000;
@@ -39,11 +32,11 @@ Json timeJson(int64_t timeMs)
 
 Json boundsJson(const Bounds& bounds)
 {
-    return {{kEdgeKeys[0], bounds.failBelow},
-            {kEdgeKeys[1], bounds.marginalBelow},
-            {kEdgeKeys[2], bounds.marginalAbove},
-            {kEdgeKeys[3], bounds.failAbove},
-            {"of_plan", bounds.ofPlan}};
+    Json edges;
+    for (const Edge& edge : kEdges)
+        edges.set(edge.key, bounds.*edge.value);
+    edges.set("of_plan", bounds.ofPlan);
+    return edges;
 }
 
 Json listJson(const SurveyList& list)
@@ -157,8 +150,8 @@ Verdict verdictOf(const json& object, const char* key)
 Bounds boundsOf(const json& edges)
 {
     Bounds bounds;
-    for (size_t i = 0; i < std::size(kEdges); ++i)
-        bounds.*kEdges[i] = realOf(edges, kEdgeKeys[i]);
+    for (const Edge& edge : kEdges)
+        bounds.*edge.value = realOf(edges, edge.key);
     bounds.ofPlan = flagOf(edges, "of_plan");
     return bounds;
 }
@@ -227,8 +220,8 @@ Reading readingFrom(const json& object)
     Judgement& judgement = reading.judgement;
     judgement.unrecognised = flagOf(object, "unrecognised");
     judgement.whole = verdictOf(object, "verdict");
-    for (size_t i = 0; i < std::size(kVerdicts); ++i)
-        judgement.*kVerdicts[i] = verdictOf(object, kVerdictKeys[i]);
+    for (const Quantity& quantity : kQuantities)
+        judgement.*quantity.verdict = verdictOf(object, quantity.verdictKey);
     return reading;
 }
 
@@ -238,8 +231,8 @@ SurveyReading surveyReadingOf(const json& object)
         textOf(object, "point"), textOf(object, "list"), readingFrom(object), {}, {}, {}, {}, {}};
     one.merDb = realOf(object, "mer_db");
     const json& limits = at(object, "limits");
-    for (size_t i = 0; i < std::size(kBounds); ++i)
-        one.bounds.*kBounds[i] = boundsOf(at(limits, kBoundsKeys[i]));
+    for (const Quantity& quantity : kQuantities)
+        one.bounds.*quantity.bounds = boundsOf(at(limits, quantity.key));
     for (const json& point : arrayOf(object, "constellation")) {
         if (!point.is_array() || point.size() != 2)
             refuse("constellation", "has what is no point");
@@ -258,11 +251,14 @@ SurveyReading surveyReadingOf(const json& object)
 void arrange(SurveyResults& results, std::vector<SurveyReading>&& all)
 {
     std::vector<bool> used(all.size());
+    std::map<std::tuple<std::string, std::string, std::string>, std::vector<size_t>> named;
+    for (size_t i = 0; i < all.size(); ++i)
+        named[{all[i].point, all[i].list, all[i].reading.channel}].push_back(i);
     for (const SurveyPoint& point : results.survey.points)
         for (const SurveyList& list : point.lists)
             for (const SurveyChannel& channel : list.channels) {
                 std::optional<size_t> last;
-                for (size_t i = 0; i < all.size(); ++i) {
+                for (const size_t i : named[{point.name, list.name, channel.name}]) {
                     if (!isReadingOf(all[i], point, list, channel))
                         continue;
                     used[i] = true;
@@ -317,10 +313,10 @@ std::string readingLine(const SurveyReading& one)
     line.set("width_khz", reading.widthKhz);
     line.set("mer_db", one.merDb ? Json(rounded(*one.merDb, 1)) : Json());
     line.set("mer_verdict", verdictJson(reading.judgement.mer));
-    line.set("limits", Json{{kBoundsKeys[0], boundsJson(one.bounds.level)},
-                            {kBoundsKeys[1], boundsJson(one.bounds.cnr)},
-                            {kBoundsKeys[2], boundsJson(one.bounds.mer)},
-                            {kBoundsKeys[3], boundsJson(one.bounds.ber)}});
+    Json limits;
+    for (const Quantity& quantity : kQuantities)
+        limits.set(quantity.key, boundsJson(one.bounds.*quantity.bounds));
+    line.set("limits", limits);
     Json points = Json::array();
     for (const ConstaPoint& point : one.constellation)
         points.push(Json::array({point.I, point.Q}));

@@ -16,20 +16,6 @@
 
 namespace tool {
 
-namespace {
-
-// So that the name of a new file outlives a power cut, too.
-void syncFolder(const std::string& folder)
-{
-    const int fd = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd < 0)
-        return; // it cannot be read: the file itself is what counts
-    fsync(fd);
-    close(fd);
-}
-
-} // namespace
-
 ResultsFile::ResultsFile(const std::string& folder)
     : m_path((std::filesystem::path(folder) / kResultsFile).string())
 {
@@ -44,7 +30,7 @@ ResultsFile::ResultsFile(const std::string& folder)
                               "wait until it ends, or name another folder with --out");
             fail(errno);
         }
-        syncFolder(folder);
+        flushNames(folder);
         cutTornLine();
     } catch (const Failure&) {
         close(m_fd);

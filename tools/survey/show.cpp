@@ -1,6 +1,7 @@
 #include "survey/show.h"
 
 #include "common/text.h"
+#include "survey/words.h"
 
 #include <algorithm>
 
@@ -11,14 +12,6 @@ namespace {
 constexpr size_t kWorst = 5; // as many are named in the summary
 
 const char* const kAlignment = "<>>>>>";
-
-std::string verdictText(Verdict verdict, const std::string& why)
-{
-    const char* const name = verdictName(verdict);
-    if (name == nullptr)
-        return why.empty() ? "not judged" : why;
-    return why.empty() ? name : name + (": " + why);
-}
 
 Cell verdictCell(Verdict verdict, const std::string& why)
 {
@@ -107,7 +100,7 @@ std::string missingOf(const SurveyOutcome& outcome)
     return text;
 }
 
-std::string summaryText(const SurveyOutcome& outcome, const std::string& folder)
+std::string closingText(const SurveyOutcome& outcome, const std::string& folder)
 {
     Rows rows = {{"Verdict", verdictCell(outcome.verdict, "")}, {"Channels", countsText(outcome.counts)}};
     const std::vector<std::string> worst = worstOf(outcome);

@@ -29,7 +29,8 @@ std::vector<std::string> worstOf(const SurveyOutcome& outcome);
 // "outlet 2 (3 of 12)"; of the points where something is not measured.
 std::string missingOf(const SurveyOutcome& outcome);
 
-std::string summaryText(const SurveyOutcome& outcome, const std::string& folder);
+// What stands below the channels when they are measured.
+std::string closingText(const SurveyOutcome& outcome, const std::string& folder);
 Json summaryJson(const SurveyOutcome& outcome, const std::string& site, const std::string& folder);
 
 } // namespace tool

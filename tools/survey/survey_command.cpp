@@ -112,7 +112,7 @@ int finish(const Options& options, const std::string& folder, const std::excepti
     }
     const SurveyOutcome outcome = outcomeOf(results);
     print(options.json ? summaryJson(outcome, results.survey.site, folder).line()
-                       : "\n" + summaryText(outcome, folder));
+                       : "\n" + closingText(outcome, folder));
     if (failed)
         throw *failed;
     if (interruption() != 0)

@@ -36,15 +36,21 @@ const char* verdictWord(const ChannelOutcome& channel)
 {
     if (channel.reading == nullptr)
         return "not measured";
-    if (channel.verdict == Verdict::none && !hasSignal(channel.reading->reading.result))
+    if (isSilent(channel))
         return "no signal";
     return verdictWord(channel.verdict);
 }
 
+std::string verdictText(Verdict verdict, const std::string& why)
+{
+    if (why.empty())
+        return verdictWord(verdict);
+    return verdict == Verdict::none ? why : verdictWord(verdict) + (": " + why);
+}
+
 std::string verdictText(const ChannelOutcome& channel)
 {
-    const std::string word = verdictWord(channel);
-    return channel.why.empty() || channel.why == word ? word : word + ": " + channel.why;
+    return channel.reading == nullptr ? verdictWord(channel) : verdictText(channel.verdict, channel.why);
 }
 
 bool isSilent(const ChannelOutcome& channel)

@@ -14,7 +14,8 @@ const char* verdictWord(Verdict verdict); // "not judged" for none
 // "pass", "not measured", "no signal", "not judged".
 const char* verdictWord(const ChannelOutcome& channel);
 
-// The same and why: "fail: level, C/N".
+// The same and why: "fail: level, C/N". Of what is not judged only why, if that is known.
+std::string verdictText(Verdict verdict, const std::string& why);
 std::string verdictText(const ChannelOutcome& channel);
 
 // A channel that a report need not have a line of its own for: not measured, or empty as it may be.
