@@ -15,7 +15,8 @@ def copy(tmp_path_factory):
         source = SOURCE / name
         (shutil.copytree if source.is_dir() else shutil.copy)(source, folder / name)
     (folder / "build").mkdir()
-    assert check(folder) == (0, "interface: as in packaging/interface\n", "")
+    status, out, err = check(folder)
+    assert (status, out, err) == (0, "interface: as in packaging/interface\n", ""), out + err
     return folder
 
 

@@ -34,6 +34,10 @@ inline std::atomic<int64_t> s_passedNs{0};
 // Whether CLOCK_REALTIME steps by a day, to and fro, at every look.
 inline std::atomic<bool> s_realtimeSteps{false};
 
+// Called before mq_getattr(), fstat(), openat(), readlinkat(), mq_send(), mq_receive() and ppoll() with their
+// names; what it gives, unless 0, is the errno that the call fails with.
+inline std::function<int(const char* call)> s_onCall;
+
 // Puts every hook back.
 void reset();
 

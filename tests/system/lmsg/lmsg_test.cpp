@@ -12,11 +12,13 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <grp.h>
 #include <linux/capability.h>
 #include <mqueue.h>
 #include <semaphore>
 #include <string>
 #include <sys/mman.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -24,6 +26,7 @@
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -224,7 +227,8 @@ TEST_F(Lmsg, CarriesEveryLengthByteForByte)
     for (const uint32_t length : {1u, 7u, 8u, 1299u, 1300u}) {
         Bytes message(length);
         for (size_t i = 0; i < length; i++)
-            message[i] = static_cast<uint8_t>(i * 7 + length);
+            message[i] =
+                static_cast<uint8_t>(kFirstId + i * 7 + length); // not a request of a meter's process
         ASSERT_EQ(LMSG_OK, lmsg_tsndMq(id, message.data(), length, 0));
 
         Bytes buffer(1400, 0xEE);
@@ -243,6 +247,17 @@ TEST_F(Lmsg, KeepsTheOrderOfSending)
         EXPECT_EQ((Received{LMSG_OK, text(message)}), receive(id));
 }
 
+// None comes before another that was sent earlier, by whomever.
+TEST_F(Lmsg, KeepsTheOrderOfSendingAmongAll)
+{
+    const OtherSide other(id, O_CREAT);
+    ASSERT_TRUE(other.send(text("first")));
+    ASSERT_EQ(LMSG_OK, send(id, text("second")));
+    ASSERT_TRUE(other.send(text("third")));
+    for (const char* message : {"first", "second", "third"})
+        EXPECT_EQ((Received{LMSG_OK, text(message)}), receive(id));
+}
+
 TEST_F(Lmsg, KeepsQueuesApart)
 {
     ASSERT_EQ(LMSG_OK, send(id, text("one")));
@@ -254,7 +269,8 @@ TEST_F(Lmsg, KeepsQueuesApart)
 TEST_F(Lmsg, TakesTheLastId)
 {
     mq_unlink("/vx63.255");
-    ASSERT_EQ(LMSG_OK, send(255, text("message")));
+    // In a child: this process never opens it.
+    EXPECT_EQ(LMSG_OK, inChild([] { return send(255, text("message")); }));
     EXPECT_EQ(text("message"), OtherSide(255, 0).receive());
     mq_unlink("/vx63.255");
 }
@@ -325,15 +341,154 @@ TEST_F(Lmsg, NoUmaskNarrowsTheMode)
     EXPECT_EQ(0600u, other.mode());
 }
 
-TEST_F(Lmsg, LeavesAWiderModeAndAnotherDepthAlone)
+TEST_F(Lmsg, LeavesAModeThatSufficesAlone)
+{
+    const OtherSide other(id, O_CREAT);
+    ASSERT_EQ(0, fchmod(other.descriptor(), 0700));
+    EXPECT_EQ(LMSG_OK, send(id, text("message")));
+    EXPECT_EQ(0700u, other.mode());
+}
+
+TEST_F(Lmsg, LeavesAnotherDepthAlone)
 {
     const OtherSide other(id, O_CREAT, 2);
-    ASSERT_EQ(0, fchmod(other.descriptor(), 0660));
     EXPECT_EQ(LMSG_OK, send(id, text("first")));
     EXPECT_EQ(LMSG_OK, send(id, text("second")));
     EXPECT_EQ(-4, send(id, text("third")));
-    EXPECT_EQ(0660u, other.mode());
     EXPECT_EQ(text("first"), other.receive());
+}
+
+// Messages of 8 bytes as the library writes them: sender, receiver, command, length, option.
+constexpr uint8_t kWithoutId = 255;
+
+Bytes request(uint8_t sender, uint8_t receiver)
+{
+    return {sender, receiver, 0x17, 0x00, 0, 0, 0, 0};
+}
+
+Bytes response(uint8_t option)
+{
+    return {12, 200, 0x17, 0x80, 0, 0, option, 0};
+}
+
+TEST_F(Lmsg, ARefusalMakesNoQueue)
+{
+    for (unsigned stranger = 18; stranger < 255; ++stranger) {
+        ASSERT_EQ(-8, send(static_cast<uint8_t>(stranger), response(4))) << stranger;
+        ASSERT_FALSE(OtherSide(static_cast<uint8_t>(stranger), 0).exists()) << stranger;
+    }
+}
+
+TEST_F(Lmsg, ARefusalGoesToAQueueThatExists)
+{
+    EXPECT_EQ(-4, receive(id).result);
+    EXPECT_EQ(LMSG_OK, send(id, response(4)));
+    EXPECT_EQ((Received{LMSG_OK, response(4)}), receive(id));
+    const OtherSide other(id2, O_CREAT);
+    EXPECT_EQ(LMSG_OK, send(id2, response(4)));
+    EXPECT_EQ(response(4), other.receive());
+    ASSERT_EQ(0, mq_unlink(nameOf(id2).c_str()));
+    EXPECT_EQ(-8, send(id2, response(4)));
+    EXPECT_FALSE(OtherSide(id2, 0).exists());
+}
+
+TEST_F(Lmsg, AnyOtherResponseMakesTheQueue)
+{
+    Bytes withBody = response(4);
+    withBody.push_back(0);
+    Bytes otherOption = response(4);
+    otherOption[7] = 1;
+    Bytes noResponse = response(4); // whatever else its command says
+    noResponse[0] = 200;            // no process of a meter
+    noResponse[3] = 0x7F;
+    for (const Bytes& message :
+         {response(0), response(1), otherOption, withBody, noResponse, request(200, id)}) {
+        Bytes among = message; // what lies behind a message is none of it
+        among.resize(16);
+        EXPECT_EQ(LMSG_OK, lmsg_tsndMq(id, among.data(), static_cast<uint32_t>(message.size()), 0));
+        EXPECT_EQ(message, OtherSide(id, 0).receive());
+        unlink();
+    }
+}
+
+TEST_F(Lmsg, WhoAsksCanBeRefused)
+{
+    const auto makesItsQueue = [this](const Bytes& message) {
+        mq_unlink(nameOf(message[0]).c_str());
+        EXPECT_EQ(0, inChild([&] { return send(id, message); }));
+        unlink();
+        const bool made = OtherSide(message[0], 0).exists();
+        mq_unlink(nameOf(message[0]).c_str());
+        return made;
+    };
+    EXPECT_TRUE(makesItsQueue(request(kWithoutId, id)));
+    EXPECT_TRUE(makesItsQueue({kWithoutId, id, 0xFF, 0x7F, 0, 0, 0, 0})) << "a command that no meter has";
+    EXPECT_FALSE(makesItsQueue(request(200, id))) << "no meter has a process 200";
+    EXPECT_FALSE(makesItsQueue(request(200, 5))) << "whomever it asks";
+    EXPECT_FALSE(makesItsQueue({kWithoutId, id, 0x17, 0x80, 0, 0, 0, 0})) << "a response";
+    EXPECT_FALSE(makesItsQueue({kWithoutId, id, 0x17})) << "no header";
+}
+
+// A meter's processes are 0 to 17.
+TEST_F(Lmsg, EveryProcessOfAMeterThatAsksCanBeRefused)
+{
+    const auto exists = [](uint8_t process) { return OtherSide(process, 0).exists(); };
+    for (const uint8_t process : std::array<uint8_t, 4>{0, 1, 17, 18}) {
+        if (exists(process))
+            GTEST_SKIP() << "there is a meter";
+        EXPECT_EQ(0, inChild([&] { return send(id, request(process, id)); }));
+        EXPECT_EQ(process <= 17, exists(process)) << unsigned{process};
+        mq_unlink(nameOf(process).c_str());
+        unlink();
+    }
+}
+
+TEST_F(Lmsg, WhoAnswersOpensNoQueueOfAnyProcess)
+{
+    EXPECT_EQ(0, inChild([&] {
+                  if (send(id, response(0)) != LMSG_OK)
+                      return 1;
+                  return descriptorsOf(0).empty() && descriptorsOf(response(0)[0]).empty() ? 0 : 2;
+              }));
+}
+
+TEST_F(Lmsg, WhoAsksTwiceMakesItsQueueOnce)
+{
+    EXPECT_EQ(0, inChild([&] {
+                  if (send(id, request(kWithoutId, id)) != LMSG_OK)
+                      return 1;
+                  const std::vector<int> kept = descriptorsOf(kWithoutId);
+                  if (kept.size() != 1)
+                      return 2;
+                  hooks::s_openError = EIO;
+                  return send(id, request(kWithoutId, id)) == LMSG_OK && descriptorsOf(kWithoutId) == kept
+                             ? 0
+                             : 3;
+              }));
+    mq_unlink(nameOf(kWithoutId).c_str());
+}
+
+// The second time costs no look at its queue, whatever the number of that is.
+TEST_F(Lmsg, WhoAsksLooksAfterItsQueueOnce)
+{
+    for (const bool zero : {false, true}) {
+        EXPECT_EQ(0, inChild([&] {
+                      if (zero)
+                          close(0);
+                      if (send(id, request(kWithoutId, id)) != LMSG_OK)
+                          return 1;
+                      if (zero && descriptorsOf(kWithoutId) != std::vector<int>{0})
+                          return 2;
+                      int looks = 0;
+                      hooks::s_onCall = [&](const char* call) {
+                          looks += std::strcmp(call, "fstat") == 0;
+                          return 0;
+                      };
+                      return send(id, request(kWithoutId, id)) == LMSG_OK && looks == 1 ? 0 : 3;
+                  }));
+        mq_unlink(nameOf(kWithoutId).c_str());
+        unlink();
+    }
 }
 
 TEST_F(Lmsg, TakesAQueueDated2040)
@@ -402,6 +557,70 @@ TEST_F(LmsgFailure, Permission)
     EXPECT_EQ(0, status);
 }
 
+// Becomes another user in a child.
+bool becomeNobody(bool keepCapabilities = false)
+{
+    constexpr unsigned kNobody = 65534;
+    if (keepCapabilities && prctl(PR_SET_KEEPCAPS, 1, 0, 0, 0) != 0)
+        return false;
+    if (setgroups(0, nullptr) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0)
+        return false;
+    if (!keepCapabilities)
+        return true;
+    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct all[2]{};
+    if (syscall(SYS_capget, &header, all) != 0)
+        return false;
+    for (__user_cap_data_struct& one : all)
+        one.effective = one.permitted;
+    return syscall(SYS_capset, &header, all) == 0;
+}
+
+constexpr int kCannot = 99;
+
+TEST_F(LmsgFailure, AQueueThatOthersMayUse)
+{
+    const OtherSide other(id, O_CREAT);
+    ASSERT_TRUE(other.send(text("planted")));
+    for (const mode_t mode : {0666u, 0660u, 0606u, 0620u, 0640u, 0602u, 0604u, 0610u, 0601u}) {
+        ASSERT_EQ(0, fchmod(other.descriptor(), mode));
+        EXPECT_TRUE(bothFail(id, -7)) << std::oct << mode;
+        EXPECT_EQ(1u, descriptorsOf(id).size()) << "only the other side's";
+        EXPECT_EQ(mode, other.mode());
+    }
+    EXPECT_EQ(1, other.geometry().mq_curmsgs);
+    ASSERT_EQ(0, fchmod(other.descriptor(), 0600));
+    EXPECT_EQ((Received{LMSG_OK, text("planted")}), receive(id));
+    EXPECT_TRUE(bothWork(id));
+}
+
+TEST_F(LmsgFailure, AQueueOfAnotherUser)
+{
+    for (const mode_t mode : {0600u, 0666u}) {
+        const int made = inChild([&] {
+            if (!becomeNobody())
+                return kCannot;
+            const OtherSide other(id, O_CREAT | O_EXCL);
+            return fchmod(other.descriptor(), mode) == 0 && other.send(text("planted")) ? 0 : 1;
+        });
+        if (made == kCannot)
+            GTEST_SKIP() << "another user cannot be had";
+        ASSERT_EQ(0, made);
+        EXPECT_TRUE(bothFail(id, -7)) << std::oct << mode;
+        unlink();
+    }
+    EXPECT_TRUE(bothWork(id));
+}
+
+TEST_F(LmsgFailure, ButRootIsTrusted)
+{
+    const OtherSide other(id, O_CREAT);
+    const int status = inChild([&] { return !becomeNobody(true) ? kCannot : bothWork(id) ? 0 : 1; });
+    if (status == kCannot)
+        GTEST_SKIP() << "another user cannot be had";
+    EXPECT_EQ(0, status);
+}
+
 TEST_F(LmsgFailure, NoMessageBytesLeft)
 {
     const int status = inChild([&] {
@@ -467,12 +686,51 @@ TEST_F(LmsgFailure, System)
     EXPECT_TRUE(bothWork(id));
 }
 
+// What a call to the kernel fails with where none should.
+TEST_F(LmsgFailure, OfTheKernel)
+{
+    const auto failing = [](const char* name, int error) {
+        hooks::s_onCall = [=](const char* call) { return std::strcmp(call, name) == 0 ? error : 0; };
+    };
+    for (const char* call : {"mq_getattr", "fstat"}) {
+        failing(call, EIO);
+        EXPECT_TRUE(bothFail(id, -6)) << call;
+        EXPECT_TRUE(descriptorsOf(id).empty()) << call;
+    }
+    hooks::reset();
+    ASSERT_TRUE(bothWork(id));
+    failing("ppoll", ENOMEM);
+    EXPECT_TRUE(receiveFails(id, -3));
+    failing("ppoll", EFAULT);
+    EXPECT_TRUE(receiveFails(id, -6));
+    hooks::reset();
+    EXPECT_TRUE(bothWork(id));
+}
+
+TEST_F(Lmsg, AnInterruptedCallIsMadeAgain)
+{
+    int interrupts = 3;
+    hooks::s_onCall = [&](const char* call) {
+        const bool exchanges = std::strcmp(call, "mq_send") == 0 || std::strcmp(call, "mq_receive") == 0;
+        return exchanges && interrupts-- > 0 ? EINTR : 0;
+    };
+    ASSERT_EQ(LMSG_OK, send(id, text("message"), kLong));
+    EXPECT_LT(interrupts, 0);
+    interrupts = 3;
+    EXPECT_EQ((Received{LMSG_OK, text("message")}), receive(id, kLong));
+    EXPECT_LT(interrupts, 0);
+}
+
+// Behind its header, which tells where a message comes from.
 TEST_F(LmsgFailure, UnreadableMessage)
 {
-    void* const page = mmap(nullptr, 4096, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    ASSERT_NE(MAP_FAILED, page);
-    EXPECT_EQ(-6, lmsg_tsndMq(id, page, 8, LMSG_FOREVER));
-    munmap(page, 4096);
+    void* const pages = mmap(nullptr, 8192, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(MAP_FAILED, pages);
+    uint8_t* const message = static_cast<uint8_t*>(pages) + 4096 - 8;
+    message[0] = kFirstId;
+    ASSERT_EQ(0, mprotect(message + 8, 4096, PROT_NONE));
+    EXPECT_EQ(-6, lmsg_tsndMq(id, message, 9, LMSG_FOREVER));
+    munmap(pages, 8192);
     EXPECT_EQ(-4, receive(id).result);
     EXPECT_TRUE(bothWork(id));
 }
@@ -515,6 +773,33 @@ TEST_F(Lmsg, WaitsExactlyTheTimeout)
         EXPECT_EQ(-4, receive(id2, timeout).result);
         EXPECT_EQ(timeout * kNsPerMs, waitedNs);
     }
+}
+
+// A process is suspended right after it has looked in vain, until long after the time-out.
+TEST_F(Lmsg, WhatIsThereWhenTheTimeIsOverIsTaken)
+{
+    passTime();
+    int looks = 0;
+    hooks::s_onCall = [&](const char* call) {
+        if (std::strcmp(call, "mq_receive") != 0 || ++looks != 1)
+            return 0;
+        hooks::s_passedNs += 60 * kSecondNs;
+        EXPECT_TRUE(OtherSide(id, 0).send(text("answer")));
+        return EAGAIN;
+    };
+    hooks::s_onWait = [](int64_t) { return Wait::Interrupt; };
+    EXPECT_EQ((Received{LMSG_OK, text("answer")}), receive(id, 10000));
+
+    fill();
+    looks = 0;
+    hooks::s_onCall = [&](const char* call) {
+        if (std::strcmp(call, "mq_send") != 0 || ++looks != 1)
+            return 0;
+        hooks::s_passedNs += 60 * kSecondNs;
+        EXPECT_EQ(text("first"), OtherSide(id, 0).receive());
+        return EAGAIN;
+    };
+    EXPECT_EQ(LMSG_OK, send(id, text("fifth"), 10000));
 }
 
 TEST_F(Lmsg, WallClockStepsChangeNothing)
@@ -580,6 +865,67 @@ TEST_F(Lmsg, SignalsRecomputeTheRest)
     fill();
     EXPECT_EQ(-4, send(id, text("fifth"), 300));
     EXPECT_EQ((std::vector<int64_t>{300 * kNsPerMs, 200 * kNsPerMs, 100 * kNsPerMs}), given);
+}
+
+// The kernel's clock may be a hair behind.
+TEST_F(Lmsg, WhatIsLeftOfTheTimeIsWaitedForToo)
+{
+    passTime();
+    std::vector<int64_t> given;
+    hooks::s_onWait = [&](int64_t givenNs) {
+        given.push_back(givenNs);
+        hooks::s_passedNs += givenNs > 1 ? givenNs - 1 : givenNs;
+        return Wait::Over;
+    };
+    EXPECT_EQ(-4, receive(id, 300).result);
+    EXPECT_EQ((std::vector<int64_t>{300 * kNsPerMs, 1}), given);
+    given.clear();
+    fill();
+    EXPECT_EQ(-4, send(id, text("fifth"), 300));
+    EXPECT_EQ((std::vector<int64_t>{300 * kNsPerMs, 1}), given);
+}
+
+// Where the attempt itself has taken of it.
+TEST_F(Lmsg, WhatPassesWhileItTriesIsNotWaitedFor)
+{
+    fill();
+    const struct {
+        int64_t passedMs;
+        std::vector<int64_t> givenMs;
+    } attempts[] = {{0, {300}}, {100, {200}}, {299, {1}}, {300, {}}, {301, {}}};
+    for (const auto& attempt : attempts) {
+        passTime();
+        std::vector<int64_t> givenMs;
+        hooks::s_onWait = [&](int64_t givenNs) {
+            givenMs.push_back(givenNs / kNsPerMs);
+            hooks::s_passedNs += givenNs;
+            return Wait::Over;
+        };
+        bool passed = false;
+        hooks::s_onCall = [&](const char* call) {
+            if (std::strcmp(call, "mq_send") == 0 && !std::exchange(passed, true))
+                hooks::s_passedNs += attempt.passedMs * kNsPerMs;
+            return 0;
+        };
+        EXPECT_EQ(-4, send(id, text("fifth"), 300));
+        EXPECT_EQ(attempt.givenMs, givenMs) << attempt.passedMs;
+    }
+}
+
+TEST_F(Lmsg, TriesOnceWhenTheTimeIsOver)
+{
+    passTime();
+    int attempts = 0;
+    hooks::s_onCall = [&](const char* call) {
+        attempts += std::strcmp(call, "mq_send") == 0 || std::strcmp(call, "mq_receive") == 0;
+        return 0;
+    };
+    EXPECT_EQ(-4, receive(id, 300).result);
+    EXPECT_EQ(1, attempts);
+    fill();
+    attempts = 0;
+    EXPECT_EQ(-4, send(id, text("fifth"), 300));
+    EXPECT_EQ(2, attempts) << "before it waits, too";
 }
 
 std::atomic<int> s_alarms{0};
@@ -677,6 +1023,20 @@ TEST_F(Lmsg, SenderFindsTheQueueMadeAnew)
     // Under the same number, and the old queue is gone.
     EXPECT_EQ(kept, descriptorsOf(id));
     EXPECT_EQ(FD_CLOEXEC, fcntl(kept[0], F_GETFD));
+}
+
+// Whose number may be 0, where a program has closed its standard input.
+TEST_F(Lmsg, AQueueMadeAnewKeepsTheNumber0)
+{
+    EXPECT_EQ(0, inChild([&] {
+                  close(0);
+                  if (send(id, text("old")) != LMSG_OK || descriptorsOf(id) != std::vector<int>{0})
+                      return 1;
+                  mq_unlink(nameOf(id).c_str());
+                  if (send(id, text("new")) != LMSG_OK || descriptorsOf(id) != std::vector<int>{0})
+                      return 2;
+                  return receive(id) == Received{LMSG_OK, text("new")} ? 0 : 3;
+              }));
 }
 
 TEST_F(Lmsg, ReceiverFindsTheQueueMadeAnew)
@@ -949,7 +1309,7 @@ TEST_F(Lmsg, AServiceThatCrashedAndCameBackGetsWhatWasSentMeanwhile)
 TEST_F(Lmsg, NeverAsksForMemory)
 {
     passTime();
-    uint8_t buffer[1300]{};
+    uint8_t buffer[1300]{kFirstId};
     uint32_t length = 0;
     const std::string name = nameOf(id);
     const int64_t before = t_heapCalls;

@@ -1,6 +1,8 @@
 // The text form of settings files: what is written, what is read, what is refused and how.
+#include "libc_hooks.h"
 #include "settings_file.h"
 
+#include <cerrno>
 #include <climits>
 #include <fcntl.h>
 #include <sys/socket.h>
@@ -165,7 +167,7 @@ TEST_F(FormatTest, WhatIsNoNumberIsRefused)
 {
     const Layout layout{4, "N", {{4, 4, 0}}};
     for (const char* text : {"", "-", "--1", "+1", " 1", "1 ", "1.5", "1e3", "0x10", "1-", "\"1\"", "A", "1A",
-                             "99999999999999999999A", "\xEF\xBC\x91"}) {
+                             "1:", "1/", "99999999999999999999A", "\xEF\xBC\x91"}) {
         putText(path(), std::string("1.0.0\nN\n") + text + "\n");
         EXPECT_EQ(read(path(), layout, 1).result, LSYS_ERR_NUMBER) << "[" << text << "]";
     }
@@ -307,12 +309,32 @@ TEST_F(FormatTest, BadFilesAreToldApart)
     }
 }
 
+TEST_F(FormatTest, ATextOfOneByteIsAlwaysEmpty)
+{
+    const Layout layout{2, "T,N", {{6, 1, 0}, {3, 1, 1}}};
+    putText(path(), "1.0.0\nT,N\n,1\n");
+    EXPECT_EQ(read(path(), layout, 1).records, (Bytes{0, 1}));
+    for (const char* text : {"a", "ab", "\"a\""}) {
+        putText(path(), std::string("1.0.0\nT,N\n") + text + ",1\n");
+        EXPECT_EQ(read(path(), layout, 1).result, LSYS_ERR_TEXT) << text;
+    }
+}
+
 TEST_F(FormatTest, TheBadRecordIsZeroAndTheOthersAreWhole)
 {
     putText(path(), "1.0.0\nT,N\nabc,1\ndef,300\nghi,3\n");
     const Read back = read(path(), kSmall, 3);
     EXPECT_EQ(back.result, LSYS_ERR_RANGE);
     EXPECT_EQ(back.records, (Bytes{'a', 'b', 'c', 0, 1, 0, 0, 0, 0, 0, kUntouched, kUntouched, kUntouched,
+                                   kUntouched, kUntouched}));
+}
+
+TEST_F(FormatTest, TheBadRecordIsZeroThoughNothingOfItCanBeRead)
+{
+    putText(path(), std::string("1.0.0\nT,N\na,1\n\0,2\n", 18));
+    const Read back = read(path(), kSmall, 3);
+    EXPECT_EQ(back.result, LSYS_ERR_BINARY);
+    EXPECT_EQ(back.records, (Bytes{'a', 0, 0, 0, 1, 0, 0, 0, 0, 0, kUntouched, kUntouched, kUntouched,
                                    kUntouched, kUntouched}));
 }
 
@@ -341,13 +363,13 @@ TEST_F(FormatTest, AOneColumnTextMayBeEmpty)
 // The file is read and written in pieces: every byte of a record comes to lie at the end of one.
 TEST_F(FormatTest, PiecesJoin)
 {
-    const Layout layout{20, "T,N,S,M", {{6, 12, 0}, {4, 4, 12}, {3, 2, 16}, {3, 1, 18}}};
-    const Bytes record = {'a', '"', ',', '\n', '\r', '\n', 'x',  0,    0, 0,
-                          0,   0,   0,   0,    0x00, 0x80, 0x39, 0x30, 9, 0};
-    const std::string line = "\"a\"\",\n\r\nx\",-2147483648,12345,9\r\n";
+    const Layout layout{22, "T,N,S,M,U", {{6, 12, 0}, {4, 4, 12}, {3, 2, 16}, {3, 1, 18}, {6, 3, 19}}};
+    const Bytes record = {'a', '"', ',', '\n', '\r', '\n', 'x',  0, 0,   0,   0,
+                          0,   0,   0,   0x00, 0x80, 0x39, 0x30, 9, 'u', ',', 0};
+    const std::string line = "\"a\"\",\n\r\nx\",-2147483648,12345,9,\"u,\"\r\n";
     for (size_t back = 0; back <= line.size(); ++back) {
-        const std::string version(32768 - std::string("\nT,N,S,M\n").size() - back, 'v');
-        putText(path(), version + "\nT,N,S,M\n" + line + line);
+        const std::string version(16384 - std::string("\nT,N,S,M,U\n").size() - back, 'v');
+        putText(path(), version + "\nT,N,S,M,U\n" + line + line);
         const Read found = read(path(), layout, 2, version.c_str());
         ASSERT_EQ(found.result, 2) << back;
         Bytes expected = record;
@@ -359,12 +381,26 @@ TEST_F(FormatTest, PiecesJoin)
         ASSERT_EQ(truncate(path().c_str(), static_cast<off_t>(textOf(path()).size()) - 1), 0);
         ASSERT_EQ(read(path(), layout, 2, version.c_str()).result, LSYS_ERR_CUT) << back;
 
-        std::string spoilt = version + "\nT,N,S,M\n" + line + line;
-        if (spoilt.size() > 32768) {
-            spoilt[32768] = '\0';
+        std::string spoilt = version + "\nT,N,S,M,U\n" + line + line;
+        if (spoilt.size() > 16384) {
+            spoilt[16384] = '\0';
             putText(path(), spoilt);
             ASSERT_EQ(read(path(), layout, 2, version.c_str()).result, LSYS_ERR_BINARY) << back;
         }
+    }
+}
+
+// Behind a text that leaves as little room as can be.
+TEST_F(FormatTest, ANumberFindsRoom)
+{
+    const Layout layout{16404, "T,N", {{6, 16400, 0}, {4, 4, 16400}}};
+    for (size_t length = 16350; length < 16400; ++length) {
+        Bytes record(16404, 0);
+        std::fill_n(record.begin(), length, uint8_t{'t'});
+        record[16403] = 0x80;
+        ASSERT_EQ(write(path(), layout, record), LSYS_OK);
+        ASSERT_EQ(textOf(path()), "1.0.0\nT,N\n" + std::string(length, 't') + ",-2147483648\n") << length;
+        ASSERT_EQ(read(path(), layout, 1).records, record) << length;
     }
 }
 
@@ -385,6 +421,23 @@ TEST_F(FormatTest, LinesMayBeLongerThanAnyBuffer)
     ASSERT_EQ(write(path(), layout, record, version.c_str()), LSYS_OK);
     EXPECT_EQ(textOf(path()).substr(0, 100004), version + "\nN,T");
     EXPECT_EQ(read(path(), layout, 1, version.c_str()).records, record);
+}
+
+TEST_F(FormatTest, AHeaderMayBeLongerThanAnyBuffer)
+{
+    std::string names = std::string(20000, 'T') + "," + std::string(20000, 'N');
+    const Layout layout{5, names, kSmall.columns};
+    ASSERT_EQ(write(path(), layout, {'a', 0, 0, 0, 1}), LSYS_OK);
+    EXPECT_EQ(textOf(path()), "1.0.0\n" + names + "\na,1\n");
+    EXPECT_EQ(read(path(), layout, 1).records, (Bytes{'a', 0, 0, 0, 1}));
+    putText(path(), "1.0.0\n" + names);
+    EXPECT_EQ(read(path(), layout, 1).result, LSYS_ERR_CUT);
+}
+
+TEST_F(FormatTest, AFileMayEndBeforeAText)
+{
+    putText(path(), "1.0.0\nN,T\n1,");
+    EXPECT_EQ(read(path(), {5, "N,T", {{3, 1, 0}, {6, 4, 1}}}, 1).result, LSYS_ERR_CUT);
 }
 
 TEST_F(FormatTest, ATextWithoutNulIsRefusedAndTheFileStays)
@@ -418,6 +471,9 @@ TEST_F(FormatTest, ArgumentsAreChecked)
     EXPECT_EQ(reading(file, nullptr, 2, 2, records, 5, columns), LSYS_ERR_ARG);
     EXPECT_EQ(reading(file, "", 2, 2, records, 5, columns), LSYS_ERR_ARG);
     EXPECT_EQ(reading(file, "1\n", 2, 2, records, 5, columns), LSYS_ERR_ARG);
+    const char within[] = "\0" // what lies before a version is none of it
+                          "1\n";
+    EXPECT_EQ(reading(file, within + 1, 2, 2, records, 5, columns), LSYS_ERR_ARG);
     EXPECT_EQ(reading(file, "1.0.0", 0x80000000, 2, records, 5, columns), LSYS_ERR_ARG);
     EXPECT_EQ(reading(file, "1.0.0", 0x7FFFFFFF, 2, records, 5, columns), 0);
     EXPECT_EQ(reading(file, "1.0.0", 2, 0, records, 5, columns), LSYS_ERR_ARG);
@@ -435,6 +491,7 @@ TEST_F(FormatTest, ArgumentsAreChecked)
     for (const char* header : {"", "T", "T,N,X", "T,", ",N", ",", "T,N,", "T,\"N\"", "T\n,N", "T,N\n"})
         EXPECT_EQ(writing(file, "1.0.0", header, 2, 2, records, 5, columns), LSYS_ERR_ARG) << header;
     EXPECT_EQ(writing(file, "1.0.0", "T,N", 0x80000000, 2, records, 5, columns), LSYS_ERR_ARG);
+    EXPECT_EQ(writing("/none/file", "1.0.0", "T,N", 0x7FFFFFFF, 2, records, 5, columns), LSYS_ERR_MISSING);
     EXPECT_EQ(writing(file, "1.0.0", "T,N", 2, 0, records, 5, columns), LSYS_ERR_ARG);
     EXPECT_EQ(writing(file, "1.0.0", "T,N", 2, 2, nullptr, 5, columns), LSYS_ERR_ARG);
     EXPECT_EQ(writing(file, "1.0.0", "T,N", 2, 2, records, 4, columns), LSYS_ERR_ARG);
@@ -486,7 +543,8 @@ TEST_F(FormatTest, WhatIsMissingIsToldFromWhatIsNotPermitted)
     EXPECT_EQ(read(path("none/file"), kSmall, 1).result, LSYS_ERR_MISSING);
     EXPECT_EQ(write(path("none/file"), kSmall, {}), LSYS_ERR_MISSING);
     EXPECT_EQ(write(path("plain/file"), kSmall, {}), LSYS_ERR_MISSING);
-    for (const std::string& name : {std::string(NAME_MAX + 1, 'n'), std::string(PATH_MAX, 'n')}) {
+    for (const std::string& name :
+         {std::string(NAME_MAX + 1, 'n'), std::string(PATH_MAX, 'n'), std::string(PATH_MAX, 'n') + "/file"}) {
         EXPECT_EQ(read(path(name), kSmall, 1).result, LSYS_ERR_MISSING);
         EXPECT_EQ(write(path(name), kSmall, {}), LSYS_ERR_MISSING);
     }
@@ -556,8 +614,25 @@ TEST_F(FormatTest, SaysWhyOnlyWhenAsked)
     EXPECT_EQ(stderrOf(log, reading), "lsys: " + file + ":1: not the expected version\n");
     putText(file, "1.0.0\nT\n");
     EXPECT_EQ(stderrOf(log, reading), "lsys: " + file + ":2:1: wrong number of columns\n");
+    putText(file, "1.0.0\nT,N\na,256\n");
+    EXPECT_EQ(stderrOf(log, reading), "lsys: " + file + ":3:2: number out of range\n");
+    putText(file, "1.0.0\nT,N\na\"b,1\n");
+    EXPECT_EQ(stderrOf(log, reading), "lsys: " + file + ":3:1: bad quoting\n");
+    putText(file, "1.0.0\nT,N\na,1");
+    EXPECT_EQ(stderrOf(log, reading),
+              "lsys: " + file + ":3:2: cut short: no newline at the end of the file\n");
+    putText(file, "1.0.0\nT,N\na\001,1\n");
+    EXPECT_EQ(stderrOf(log, reading), "lsys: " + file + ":3:1: binary garbage\n");
     putText(file, "1.0.0\nT,N\na,1\n");
     EXPECT_EQ(stderrOf(log, reading), "");
+    const auto failingWith = [&](int error) {
+        return [&, error] {
+            hooks::s_onCall = [=](const std::string& call) { return call == "read" ? error : 0; };
+            read(file, kSmall, 2);
+        };
+    };
+    EXPECT_EQ(stderrOf(log, failingWith(EIO)), "lsys: " + file + ":1: Input/output error\n");
+    EXPECT_EQ(stderrOf(log, failingWith(9999)), "lsys: " + file + ":1: unknown system error\n");
     EXPECT_EQ(stderrOf(log,
                        [&] {
                            write(file, kSmall, {'a', 0, 0, 0, 1, 'a', 'b', 'c', 'd', 1});
@@ -571,7 +646,30 @@ TEST_F(FormatTest, SaysWhyOnlyWhenAsked)
               "lsys: (null): the call's arguments describe no file\n");
     // However long the path is.
     const std::string line = stderrOf(log, [&] { read(std::string(10000, 'p'), kSmall, 1); });
-    EXPECT_EQ(std::count(line.begin(), line.end(), '\n'), 1);
+    EXPECT_EQ(line, "lsys: " + std::string(4096, 'p') + ": File name too long\n");
+    // The result is the same, whether the line can be written or not.
+    for (const int error : {0, EIO}) {
+        const int before = dup(STDERR_FILENO);
+        const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+        dup2(nowhere, STDERR_FILENO);
+        hooks::s_onCall = [=](const std::string& call) { return call == "write" ? error : 0; };
+        const int32_t result = read(path("none"), kSmall, 1).result;
+        hooks::reset();
+        dup2(before, STDERR_FILENO);
+        close(nowhere);
+        close(before);
+        EXPECT_EQ(result, LSYS_ERR_MISSING) << error;
+    }
+    // An interrupted line is written again.
+    EXPECT_EQ(stderrOf(log,
+                       [&] {
+                           int interrupts = 3;
+                           hooks::s_onCall = [&](const std::string& call) {
+                               return call == "write" && interrupts-- > 0 ? EINTR : 0;
+                           };
+                           read(path("none"), kSmall, 1);
+                       }),
+              "lsys: " + path("none") + ": No such file or directory\n");
     unsetenv("LSYS_DEBUG");
 }
 

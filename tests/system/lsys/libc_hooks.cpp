@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdarg>
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -18,10 +19,11 @@ bool fails(const char* call)
 {
     if (!hooks::s_onCall || t_inHook)
         return false;
+    const int before = errno; // which a call that succeeds leaves alone
     t_inHook = true;
     const int error = hooks::s_onCall(call);
     t_inHook = false;
-    errno = error;
+    errno = error != 0 ? error : before;
     return error != 0;
 }
 
@@ -39,6 +41,7 @@ void hooks::reset()
     s_onCall = nullptr;
     s_writeLimit = SIZE_MAX;
     s_onSpawn = nullptr;
+    s_emptiedSets = 0;
 }
 
 // What they are called on a 32-bit machine with 64-bit times and file sizes; in a declaration the headers see
@@ -103,6 +106,18 @@ int fsync(int file)
     return fails("fsync") ? -1 : passed(file);
 }
 
+int fchown(int file, uid_t owner, gid_t group) noexcept
+{
+    static const auto passed = real(&fchown, "fchown");
+    return fails("fchown") ? -1 : passed(file, owner, group);
+}
+
+ssize_t readlinkat(int folder, const char* path, char* target, size_t size) noexcept
+{
+    static const auto passed = real(&readlinkat, "readlinkat");
+    return fails("readlinkat") ? -1 : passed(folder, path, target, size);
+}
+
 int fchmod(int file, mode_t mode) noexcept
 {
     static const auto passed = real(&fchmod, "fchmod");
@@ -125,6 +140,13 @@ int close(int file)
 {
     static const auto passed = real(&close, "close");
     return fails("close") ? -1 : passed(file);
+}
+
+int sigemptyset(sigset_t* set) noexcept
+{
+    static const auto passed = real(&sigemptyset, "sigemptyset");
+    ++hooks::s_emptiedSets;
+    return passed(set);
 }
 
 int posix_spawn(pid_t* child, const char* path, const posix_spawn_file_actions_t* actions,

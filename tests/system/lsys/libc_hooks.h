@@ -2,6 +2,7 @@
 // alone, every hook passes its calls on.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -16,6 +17,9 @@ inline std::function<int(const std::string& call)> s_onCall;
 
 // How many bytes a write() takes at most.
 inline size_t s_writeLimit = SIZE_MAX;
+
+// How many sets of signals were emptied: what lies on a stack is often 0 by itself.
+inline std::atomic<int> s_emptiedSets{0};
 
 // Called before each posix_spawn().
 inline std::function<void(const posix_spawnattr_t& attributes)> s_onSpawn;

@@ -6,9 +6,11 @@
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <map>
 #include <random>
 #include <sys/file.h>
 #include <thread>
+#include <utility>
 
 using namespace lsystest;
 
@@ -64,12 +66,13 @@ TEST_F(ReplacementTest, ANewFileGetsTheUsualMode)
 TEST_F(ReplacementTest, AnOldFileKeepsModeAndOwner)
 {
     const mode_t mask = umask(0077);
-    for (const mode_t mode : {0600, 0664, 0666, 0777, 0200}) {
+    for (const mode_t mode : {0600, 0664, 0666, 0777, 0200, 06755}) {
         putText(path(), "old");
-        ASSERT_EQ(chmod(path().c_str(), mode), 0);
         const bool given = geteuid() == 0 && chown(path().c_str(), 1234, 4321) == 0;
+        ASSERT_EQ(chmod(path().c_str(), mode), 0);
         EXPECT_EQ(write(path(), kPlan, kOld), LSYS_OK);
-        EXPECT_EQ(modeOf(path()), mode);
+        // The kernel takes set-id bits away where anyone but root writes.
+        EXPECT_EQ(modeOf(path()), geteuid() == 0 ? mode : mode & 0777);
         ASSERT_EQ(chmod(path().c_str(), 0600), 0);
         EXPECT_EQ(textOf(path()), kOldText);
         if (given) {
@@ -119,6 +122,31 @@ TEST_F(ReplacementTest, LinksStayAndTheFileBehindThemIsReplaced)
     EXPECT_EQ(write(path("circle"), kPlan, kOld), LSYS_ERR_MISSING);
     std::filesystem::create_symlink("real", path("toFolder"));
     EXPECT_EQ(write(path("toFolder"), kPlan, kOld), LSYS_ERR_NOT_FILE);
+}
+
+TEST_F(ReplacementTest, AsManyLinksAreFollowedAsTheKernelFollows)
+{
+    std::string behind = "file.csv";
+    for (int i = 1; i <= 41; ++i) {
+        const std::string name = "link" + std::to_string(i);
+        std::filesystem::create_symlink(behind, path(name));
+        behind = name;
+    }
+    EXPECT_EQ(write(path("link40"), kPlan, kOld), LSYS_OK);
+    EXPECT_EQ(read(path("link40"), kPlan, 3).result, 3);
+    EXPECT_EQ(write(path("link41"), kPlan, kNew), LSYS_ERR_MISSING);
+    EXPECT_EQ(read(path("link41"), kPlan, 3).result, LSYS_ERR_MISSING);
+    EXPECT_EQ(textOf(path()), kOldText);
+}
+
+TEST_F(ReplacementTest, TheLongestPathOfAFolderIsTheKernels)
+{
+    const std::string longest = m_folder + std::string(4095 - m_folder.size(), '/');
+    EXPECT_EQ(write(longest + "file.csv", kPlan, kOld), LSYS_OK);
+    EXPECT_EQ(textOf(path()), kOldText);
+    EXPECT_EQ(write(longest + "/file.csv", kPlan, kNew), LSYS_ERR_MISSING);
+    EXPECT_EQ(write(std::string(16 << 20, 'n') + "/file.csv", kPlan, kNew), LSYS_ERR_MISSING);
+    EXPECT_EQ(textOf(path()), kOldText);
 }
 
 TEST_F(ReplacementTest, ARelativePathIsTakenFromTheWorkingFolder)
@@ -199,6 +227,145 @@ TEST_F(ReplacementTest, AFileTakenForALeftoverIsMadeAgain)
     EXPECT_EQ(namesIn(m_folder), onlyTheFile());
 }
 
+TEST_F(ReplacementTest, AFileThatAnotherLocksFirstIsMadeAgain)
+{
+    bool locked = false;
+    hooks::s_onCall = [&](const std::string& call) {
+        return call == "flock" && !std::exchange(locked, true) ? EWOULDBLOCK : 0;
+    };
+    EXPECT_EQ(write(path(), kPlan, kOld), LSYS_OK);
+    EXPECT_TRUE(locked);
+    EXPECT_EQ(textOf(path()), kOldText);
+    EXPECT_EQ(namesIn(m_folder), onlyTheFile());
+}
+
+// The new file is made under another name, and the one that is lost stays as it is.
+TEST_F(ReplacementTest, AFileThatAnotherLocksFirstIsLeftToIt)
+{
+    const size_t before = namesIn("/proc/self/fd").size();
+    int other = -1;
+    hooks::s_onCall = [&](const std::string& call) {
+        if (call == "flock" && other < 0) {
+            other = open(path(".lsys.0.tmp").c_str(), O_RDONLY | O_CLOEXEC);
+            flock(other, LOCK_EX);
+        }
+        return 0;
+    };
+    EXPECT_EQ(write(path(), kPlan, kOld), LSYS_OK);
+    close(other);
+    EXPECT_EQ(textOf(path()), kOldText);
+    EXPECT_EQ(namesIn(m_folder), (std::vector<std::string>{".lsys.0.tmp", "file.csv"}));
+    EXPECT_EQ(textOf(path(".lsys.0.tmp")), "");
+    EXPECT_EQ(namesIn("/proc/self/fd").size(), before);
+}
+
+TEST_F(ReplacementTest, WhatIsAtWorkIsLocked)
+{
+    bool locked = false;
+    hooks::s_onCall = [&](const std::string& call) {
+        if (call == "write") {
+            const int file = open(path(".lsys.0.tmp").c_str(), O_RDONLY | O_CLOEXEC);
+            locked = file >= 0 && flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+            close(file);
+        }
+        return 0;
+    };
+    EXPECT_EQ(write(path(), kPlan, kOld), LSYS_OK);
+    EXPECT_TRUE(locked);
+}
+
+TEST_F(ReplacementTest, TheFirstFreeNameIsTaken)
+{
+    std::vector<std::string> names;
+    int locks = 0;
+    hooks::s_onCall = [&](const std::string& call) {
+        if (call == "write")
+            names = namesIn(m_folder);
+        locks += call == "flock";
+        return 0;
+    };
+    putText(path(".lsys.0.tmp"), "left over");
+    EXPECT_EQ(write(path(), kPlan, kOld), LSYS_OK);
+    EXPECT_EQ(names, std::vector<std::string>{".lsys.0.tmp"});
+    EXPECT_EQ(locks, 2);
+
+    putText(path(".lsys.0.tmp"), "at work");
+    const int other = open(path(".lsys.0.tmp").c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(other, LOCK_EX), 0);
+    locks = 0;
+    EXPECT_EQ(write(path(), kPlan, kNew), LSYS_OK);
+    EXPECT_EQ(names, (std::vector<std::string>{".lsys.0.tmp", ".lsys.1.tmp", "file.csv"}));
+    EXPECT_EQ(locks, 2);
+    close(other);
+}
+
+// Whatever cannot be told of a leftover, or done with it: it stays, and the next name is taken.
+TEST_F(ReplacementTest, ALeftoverThatCannotBeLookedAtStays)
+{
+    const struct {
+        const char* call;
+        int nth;
+    } failures[] = {{"openat", 3}, {"fstat", 1}, {"fstatat", 2}, {"unlinkat", 1}};
+    for (const auto& failure : failures) {
+        putText(path(".lsys.0.tmp"), "left over");
+        int count = 0;
+        hooks::s_onCall = [&](const std::string& call) {
+            return call == failure.call && ++count == failure.nth ? EIO : 0;
+        };
+        EXPECT_EQ(write(path(), kPlan, kOld), LSYS_OK) << failure.call;
+        hooks::reset();
+        EXPECT_EQ(textOf(path()), kOldText) << failure.call;
+        EXPECT_EQ(namesIn(m_folder), (std::vector<std::string>{".lsys.0.tmp", "file.csv"})) << failure.call;
+        EXPECT_EQ(textOf(path(".lsys.0.tmp")), "left over") << failure.call;
+    }
+}
+
+TEST_F(ReplacementTest, AnotherOwnerOrGroupAloneIsKeptToo)
+{
+    const struct {
+        uid_t owner;
+        gid_t group;
+    } others[] = {{0, 4321}, {1234, getegid()}};
+    for (const auto& other : others) {
+        putText(path(), "old");
+        if (geteuid() != 0 || chown(path().c_str(), other.owner, other.group) != 0)
+            GTEST_SKIP() << "no other owner can be had";
+        EXPECT_EQ(write(path(), kPlan, kOld), LSYS_OK);
+        EXPECT_EQ(statusOf(path()).st_uid, other.owner);
+        EXPECT_EQ(statusOf(path()).st_gid, other.group);
+    }
+}
+
+// Not every file system can set owner and mode: nothing is asked for that is there already.
+TEST_F(ReplacementTest, OwnerAndModeThatAreRightAreNotSet)
+{
+    const mode_t mask = umask(0022);
+    ASSERT_EQ(write(path(), kPlan, kOld), LSYS_OK);
+    int set = 0;
+    hooks::s_onCall = [&](const std::string& call) {
+        set += call == "fchown" || call == "fchmod";
+        return 0;
+    };
+    EXPECT_EQ(write(path(), kPlan, kNew), LSYS_OK);
+    umask(mask);
+    EXPECT_EQ(set, 0);
+    EXPECT_EQ(modeOf(path()), 0644U);
+}
+
+// A set-id bit means the owner that the file had.
+TEST_F(ReplacementTest, WhoCannotKeepTheOwnerKeepsNoSetIdBit)
+{
+    putText(path(), "old");
+    if (geteuid() != 0 || chown(path().c_str(), 1234, 4321) != 0)
+        GTEST_SKIP() << "no other owner can be had";
+    ASSERT_EQ(chmod(path().c_str(), 06755), 0);
+    hooks::s_onCall = [](const std::string& call) { return call == "fchown" ? EPERM : 0; };
+    EXPECT_EQ(write(path(), kPlan, kOld), LSYS_OK);
+    hooks::reset();
+    EXPECT_EQ(modeOf(path()), 0755U);
+    EXPECT_EQ(textOf(path()), kOldText);
+}
+
 TEST_F(ReplacementTest, ANameThatChangesHandsIsLeftAlone)
 {
     // Between the look at a temporary file and the lock its writer finishes and another takes the name.
@@ -219,18 +386,20 @@ TEST_F(ReplacementTest, ANameThatChangesHandsIsLeftAlone)
 
 TEST_F(ReplacementTest, ShortAndInterruptedCallsGoOn)
 {
-    hooks::s_writeLimit = 7;
-    bool interrupt = false;
-    hooks::s_onCall = [&](const std::string& call) {
-        interrupt = !interrupt;
-        return interrupt && (call == "write" || call == "read") ? EINTR : 0;
-    };
-    EXPECT_EQ(write(path(), kPlan, kOld), LSYS_OK);
-    const Read back = read(path(), kPlan, 3);
-    hooks::reset();
-    EXPECT_EQ(back.result, 3);
-    EXPECT_EQ(back.records, kOld);
-    EXPECT_EQ(textOf(path()), kOldText);
+    for (const size_t limit : {1, 7}) {
+        hooks::s_writeLimit = limit;
+        std::map<std::string, int> made;
+        hooks::s_onCall = [&](const std::string& call) {
+            const bool interrupt = ++made[call] % 2 == 1;
+            return interrupt && (call == "write" || call == "read" || call == "fsync") ? EINTR : 0;
+        };
+        EXPECT_EQ(write(path(), kPlan, kOld), LSYS_OK);
+        const Read back = read(path(), kPlan, 3);
+        hooks::reset();
+        EXPECT_EQ(back.result, 3);
+        EXPECT_EQ(back.records, kOld);
+        EXPECT_EQ(textOf(path()), kOldText);
+    }
 }
 
 TEST_F(ReplacementTest, WhateverFailsTheOldFileStays)
@@ -247,10 +416,12 @@ TEST_F(ReplacementTest, WhateverFailsTheOldFileStays)
         {"write", EFBIG, LSYS_ERR_FULL},         {"write", EIO, LSYS_ERR_SYSTEM},
         {"fsync", ENOSPC, LSYS_ERR_FULL},        {"fsync", EIO, LSYS_ERR_SYSTEM},
         {"renameat", ENOSPC, LSYS_ERR_FULL},     {"renameat", EPERM, LSYS_ERR_PERMISSION},
+        {"openat", ENODEV, LSYS_ERR_NOT_FILE},   {"fchmod", EIO, LSYS_ERR_SYSTEM},
     };
     for (const auto& failure : failures) {
         for (int nth = 1; nth <= 2; ++nth) {
             ASSERT_EQ(write(path(), kPlan, kOld), LSYS_OK);
+            ASSERT_EQ(chmod(path().c_str(), 0666), 0); // which a umask narrows
             int count = 0;
             bool renamed = false;
             bool failed = false;
@@ -282,10 +453,53 @@ TEST_F(ReplacementTest, WhateverFailsTheOldFileStays)
 TEST_F(ReplacementTest, AFailedReadSaysSo)
 {
     ASSERT_EQ(write(path(), kPlan, kOld), LSYS_OK);
-    hooks::s_onCall = [](const std::string& call) { return call == "read" ? EIO : 0; };
-    const int32_t result = read(path(), kPlan, 3).result;
+    for (const char* failing : {"read", "fstat"}) {
+        hooks::s_onCall = [&](const std::string& call) { return call == failing ? EIO : 0; };
+        const int32_t result = read(path(), kPlan, 3).result;
+        hooks::reset();
+        EXPECT_EQ(result, LSYS_ERR_SYSTEM) << failing;
+    }
+}
+
+TEST_F(ReplacementTest, ALinkThatCannotBeReadSaysSo)
+{
+    std::filesystem::create_symlink("file.csv", path("link"));
+    hooks::s_onCall = [](const std::string& call) { return call == "readlinkat" ? EIO : 0; };
+    EXPECT_EQ(write(path("link"), kPlan, kOld), LSYS_ERR_SYSTEM);
     hooks::reset();
-    EXPECT_EQ(result, LSYS_ERR_SYSTEM);
+    EXPECT_EQ(namesIn(m_folder), std::vector<std::string>{"link"});
+}
+
+// The text is written in pieces. Each byte of a record comes to lie at the end of one that cannot be written.
+TEST_F(ReplacementTest, WhicheverPieceFailsTheOldFileStays)
+{
+    const Layout layout{24, "N,T,U,P", {{4, 4, 0}, {6, 12, 4}, {6, 4, 16}, {6, 4, 20}}};
+    const std::string line = "-2147483648,\"a\"\",b\"\"\",\"c\"\"e\",pla\n";
+    Bytes records;
+    for (size_t left = 2 * 16384; left > line.size(); left -= line.size()) {
+        const Bytes record = {0, 0, 0, 0x80, 'a', '"', ',', 'b', '"', 0,   0,   0,
+                              0, 0, 0, 0,    'c', '"', 'e', 0,   'p', 'l', 'a', 0};
+        records.insert(records.end(), record.begin(), record.end());
+    }
+    const auto fails = [&](const std::string& version, const Layout& as) {
+        int writes = 0;
+        hooks::s_onCall = [&](const std::string& call) {
+            return call == "write" && ++writes == 1 ? ENOSPC : 0;
+        };
+        const int32_t result = write(path(), as, records, version.c_str());
+        hooks::reset();
+        EXPECT_EQ(result, LSYS_ERR_FULL);
+        EXPECT_EQ(writes, 1);
+        EXPECT_EQ(textOf(path()), kOldText);
+        EXPECT_EQ(namesIn(m_folder), onlyTheFile());
+    };
+    ASSERT_EQ(write(path(), kPlan, kOld), LSYS_OK);
+    for (size_t shift = 0; shift <= line.size(); ++shift)
+        fails(std::string(1 + shift, 'v'), layout);
+    for (const size_t length : {16383, 16384, 16385, 40000}) {
+        fails(std::string(length, 'v'), layout);
+        fails("1.0.0", {24, std::string(length, 'h') + ",T,U,P", layout.columns});
+    }
 }
 
 TEST_F(ReplacementTest, NoDescriptorIsLeftOpen)
@@ -294,6 +508,7 @@ TEST_F(ReplacementTest, NoDescriptorIsLeftOpen)
     putText(path("bad"), "bad");
     std::filesystem::create_symlink("file.csv", path("link"));
     for (int i = 0; i < 3; ++i) {
+        putText(path(".lsys.0.tmp"), "left over");
         EXPECT_EQ(write(path(), kPlan, kOld), LSYS_OK);
         EXPECT_EQ(write(path("link"), kPlan, kOld), LSYS_OK);
         EXPECT_EQ(write(path("link/x"), kPlan, kOld), LSYS_ERR_MISSING);
@@ -304,6 +519,76 @@ TEST_F(ReplacementTest, NoDescriptorIsLeftOpen)
         EXPECT_EQ(read(m_folder, kPlan, 3).result, LSYS_ERR_NOT_FILE);
     }
     EXPECT_EQ(namesIn("/proc/self/fd").size(), before);
+}
+
+// A child that the application starts meanwhile.
+TEST_F(ReplacementTest, NoDescriptorIsInherited)
+{
+    const auto inherited = [] {
+        int count = 0;
+        for (int file = 0; file < 256; ++file)
+            count += fcntl(file, F_GETFD) == 0;
+        return count;
+    };
+    putText(path(".lsys.0.tmp"), "left over");
+    std::filesystem::create_symlink("file.csv", path("link"));
+    const int before = inherited();
+    int most = 0;
+    hooks::s_onCall = [&](const std::string&) {
+        most = std::max(most, inherited());
+        return 0;
+    };
+    EXPECT_EQ(write(path("link"), kPlan, kOld), LSYS_OK);
+    EXPECT_EQ(read(path("link"), kPlan, 3).result, 3);
+    EXPECT_EQ(most, before);
+}
+
+// A program may have closed its standard input: what is opened next has its number.
+TEST_F(ReplacementTest, ADescriptorMayBe0)
+{
+    std::filesystem::create_symlink("file.csv", path("link"));
+    const std::vector<std::string> names = {"file.csv", "link"};
+    for (const int error : {0, ENOSPC}) {
+        for (int nth = 1; nth <= 5;
+             ++nth) { // two folders, two times the temporary file, between them a leftover
+            ASSERT_EQ(write(path(), kPlan, kOld), LSYS_OK);
+            putText(path(".lsys.0.tmp"), "left over");
+            EXPECT_EQ(inChild([&] {
+                          dup2(STDERR_FILENO, 0);
+                          const size_t before = namesIn("/proc/self/fd").size();
+                          int opened = 0;
+                          hooks::s_onCall = [&](const std::string& call) {
+                              if (call == "openat" && ++opened == nth)
+                                  close(0);
+                              return call == "write" ? error : 0;
+                          };
+                          const int32_t result = write(path("link"), kPlan, kNew);
+                          hooks::reset();
+                          if (opened != 5)
+                              return 1;
+                          if (result != (error != 0 ? LSYS_ERR_FULL : LSYS_OK))
+                              return 2;
+                          if (read(path(), kPlan, 5).result != (error != 0 ? 3 : 5))
+                              return 3;
+                          if (namesIn(m_folder) != names)
+                              return 4;
+                          return namesIn("/proc/self/fd").size() == before - 1 ? 0 : 5;
+                      }),
+                      0)
+                << nth << " " << error;
+        }
+    }
+}
+
+TEST_F(ReplacementTest, StandardInputStaysOpenWhereNothingIsOpened)
+{
+    EXPECT_EQ(inChild([&] {
+                  dup2(STDERR_FILENO, 0);
+                  if (write(path("none/file.csv"), kPlan, kOld) != LSYS_ERR_MISSING)
+                      return 1;
+                  return fcntl(0, F_GETFD) >= 0 ? 0 : 2;
+              }),
+              0);
 }
 
 // What the file holds: records that all bear one mark, or 0.

@@ -76,6 +76,58 @@ TEST_F(ShellTest, RunsTheLineAsTheShellReadsIt)
     EXPECT_EQ(textOf(path("out")), "'/bin/sh' 0 \"\n");
 }
 
+// Standard input of this process, for a while.
+class Input {
+public:
+    explicit Input(int fd) : m_before(dup(STDIN_FILENO)) { dup2(fd, STDIN_FILENO); }
+    ~Input()
+    {
+        dup2(m_before, STDIN_FILENO);
+        close(m_before);
+    }
+    Input(const Input&) = delete;
+    Input& operator=(const Input&) = delete;
+
+private:
+    int m_before;
+};
+
+TEST_F(ShellTest, TheCommandHasNoInput)
+{
+    putText(path("in"), "not for the command");
+    const int in = open(path("in").c_str(), O_RDONLY | O_CLOEXEC);
+    {
+        const Input input(in);
+        EXPECT_EQ(lsys_system(("cat >" + path("out")).c_str()), 0);
+    }
+    EXPECT_EQ(lseek(in, 0, SEEK_CUR), 0);
+    close(in);
+    EXPECT_EQ(textOf(path("out")), "");
+}
+
+TEST_F(ShellTest, NothingIsAskedOnATerminal)
+{
+    std::filesystem::create_directory(path("set"));
+    putText(path("set/a.csv"), "");
+    ASSERT_EQ(chmod(path("set/a.csv").c_str(), 0444), 0);
+    ASSERT_EQ(chmod(path("set").c_str(), 0777), 0);
+    const int master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_TRUE(master >= 0 && grantpt(master) == 0 && unlockpt(master) == 0);
+    const int terminal = open(ptsname(master), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_TRUE(isatty(terminal));
+    ASSERT_EQ(write(master, "n\n", 2), 2); // where it is asked, nobody waits
+    EXPECT_EQ(inChild([&] {
+                  if (geteuid() == 0) // of whom nothing is asked
+                      static_cast<void>(setgid(65534) == 0 && setuid(65534));
+                  const Input input(terminal);
+                  return lsys_system(("rm -r " + path("set") + "//*").c_str());
+              }),
+              0);
+    close(terminal);
+    close(master);
+    EXPECT_TRUE(namesIn(path("set")).empty());
+}
+
 TEST_F(ShellTest, LeavesNoDescriptorBehindNorGivesOneToTheCommand)
 {
     const size_t before = openDescriptors();
@@ -144,6 +196,29 @@ TEST_F(ShellTest, TheApplicationMayReapAllChildrenInAThread)
               0);
 }
 
+// Where neither the children nor a note tells how the command has ended.
+TEST_F(ShellTest, AShellThatVanishesIsAFailure)
+{
+    EXPECT_EQ(inChild([] {
+                  signal(SIGCHLD, SIG_IGN);
+                  return lsys_system("kill -KILL $PPID") == LSYS_ERR_SYSTEM ? 0 : 1;
+              }),
+              0);
+}
+
+TEST_F(ShellTest, ASignalWhileItWaitsChangesNothing)
+{
+    EXPECT_EQ(inChild([] {
+                  struct sigaction action {};
+                  action.sa_handler = [](int) {}; // calls are not taken up again by themselves
+                  sigaction(SIGUSR1, &action, nullptr);
+                  const std::string self = std::to_string(getpid());
+                  return lsys_system(
+                      ("for i in 1 2 3; do kill -USR1 " + self + "; sleep 0.02; done; exit 5").c_str());
+              }),
+              5);
+}
+
 TEST_F(ShellTest, TheCommandFindsItsOwnChildren)
 {
     // Some shells see to that themselves, others wait in vain when they are started so.
@@ -155,15 +230,34 @@ TEST_F(ShellTest, TheCommandFindsItsOwnChildren)
         if ((flags & POSIX_SPAWN_SETSIGDEF) != 0)
             posix_spawnattr_getsigdefault(&attributes, &defaults);
     };
+    hooks::s_emptiedSets = 0;
     EXPECT_EQ(lsys_system("true"), 0);
+    EXPECT_EQ(hooks::s_emptiedSets, 1);
     hooks::reset();
-    EXPECT_EQ(sigismember(&defaults, SIGCHLD), 1);
+    for (int number = 1; number < NSIG; ++number)
+        EXPECT_EQ(sigismember(&defaults, number), number == SIGCHLD ? 1 : 0) << number;
 
     EXPECT_EQ(inChild([] {
                   signal(SIGCHLD, SIG_IGN);
                   return lsys_system("sh -c 'exit 5' & wait $!");
               }),
               5);
+}
+
+// A program may have closed its standard input: what is opened next has its number.
+TEST_F(ShellTest, TheNoteMayHaveTheNumber0)
+{
+    EXPECT_EQ(inChild([] {
+                  close(0);
+                  return mismatches();
+              }),
+              0);
+    EXPECT_EQ(inChild([] {
+                  close(0);
+                  signal(SIGCHLD, SIG_IGN);
+                  return mismatches();
+              }),
+              0);
 }
 
 TEST_F(ShellTest, ThreadsGetTheirOwnResults)

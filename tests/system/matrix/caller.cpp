@@ -5,8 +5,11 @@
 //                   a meter accepts and a record full of kFill
 //   call NAME over N   the same, and the Nth wait for an answer is over at once
 //   file ID         the settings file of the calls behind it           -> {"result": 0}
+//   delete NAME     vx63_deleteSetFileUser(), the name in hexadecimal  -> {"result": R}
 //   await ID        waits until a message lies in the queue of ID      -> {"result": 0}
 //   drain ID        takes all messages out of that queue               -> {"messages": HOW MANY}
+//   patience MS     from now on an answer is waited for no longer      -> {"result": 0}
+//   many N SEED T   N calls of any operations in each of T threads     -> see many()
 //
 // It stands between the library and its queues: what was sent and received is told as well, and a time-out
 // costs no time.
@@ -19,6 +22,7 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <map>
@@ -26,8 +30,11 @@
 #include <nlohmann/json.hpp>
 #include <numeric>
 #include <poll.h>
+#include <random>
 #include <sstream>
 #include <string>
+#include <sys/syscall.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -52,6 +59,14 @@ std::string hex(const void* data, size_t size)
     return text;
 }
 
+std::string unhex(const std::string& text)
+{
+    std::string bytes;
+    for (size_t i = 0; i + 1 < text.size(); i += 2)
+        bytes += static_cast<char>(std::stoi(text.substr(i, 2), nullptr, 16));
+    return bytes;
+}
+
 // ---- between the library and its queues ----
 
 struct Watch {
@@ -60,6 +75,8 @@ struct Watch {
     int waits = 0;
     json messages = json::array();
 } s_watch;
+
+uint32_t s_patience = LMSG_FOREVER; // milliseconds
 
 template <class Function>
 Function* platform(const char* name)
@@ -89,12 +106,12 @@ extern "C" int32_t lmsg_trcvMq(uint8_t ucQueId, void* pMsg, uint32_t ulLen, uint
 {
     static auto* const receive = platform<decltype(lmsg_trcvMq)>("lmsg_trcvMq");
     if (!s_watch.on)
-        return receive(ucQueId, pMsg, ulLen, pulMsgLen, ulTimeout);
+        return receive(ucQueId, pMsg, ulLen, pulMsgLen, std::min(ulTimeout, s_patience));
 
     uint32_t length = 0;
     const int32_t result = ++s_watch.waits == s_watch.over
                                ? static_cast<int32_t>(LMSG_ERR_TIMEOUT)
-                               : receive(ucQueId, pMsg, ulLen, &length, ulTimeout);
+                               : receive(ucQueId, pMsg, ulLen, &length, std::min(ulTimeout, s_patience));
     s_watch.messages.push_back(
         {{"received", hex(pMsg, length)}, {"queue", ucQueId}, {"timeout", ulTimeout}, {"result", result}});
     if (result == LMSG_OK && pulMsgLen != nullptr)
@@ -120,11 +137,18 @@ const MeasCondition kCondition = condition();
 
 const MultiMeasReg* channels()
 {
-    alignas(MultiMeasReg) static uint8_t memory[sizeof(MultiMeasReg) + kChannels * sizeof(MeasCondition)];
-    for (size_t i = 0; i < kChannels; ++i)
-        std::memcpy(memory + sizeof(MultiMeasReg) + i * sizeof kCondition, &kCondition, sizeof kCondition);
-    std::memcpy(memory, &kChannels, sizeof kChannels);
-    return reinterpret_cast<const MultiMeasReg*>(memory);
+    struct alignas(MultiMeasReg) Memory {
+        uint8_t bytes[sizeof(MultiMeasReg) + kChannels * sizeof(MeasCondition)] = {};
+    };
+    static const Memory memory = [] {
+        Memory filled;
+        for (size_t i = 0; i < kChannels; ++i)
+            std::memcpy(filled.bytes + sizeof(MultiMeasReg) + i * sizeof kCondition, &kCondition,
+                        sizeof kCondition);
+        std::memcpy(filled.bytes, &kChannels, sizeof kChannels);
+        return filled;
+    }();
+    return reinterpret_cast<const MultiMeasReg*>(memory.bytes);
 }
 
 // Version 2.0 of the main program, 1 MiB.
@@ -202,6 +226,7 @@ const std::map<std::string, Operation> kOperations = {
     {"vx63_ntfUpdateFileIdx", plain<vx63_ntfUpdateFileIdx, 0u, 0u>()},
 
     {"vx63_setMeasInput", plain<vx63_setMeasInput, 0>()},
+    {"vx63_setMeasInput(1)", plain<vx63_setMeasInput, 1>()},
     {"vx63_reqPowerSupply", plain<vx63_reqPowerSupply, 1>()},
     {"vx63_getMeasStatus", getter<MeasStatus, vx63_getMeasStatus>()},
     {"vx63_getPowerSupplyInfo", getter<PowerSupplyInfo, vx63_getPowerSupplyInfo>()},
@@ -308,6 +333,12 @@ std::vector<std::string> linesOf(const char* path)
     return lines;
 }
 
+// Tells tests/support/at_call.cpp that an operation begins, or has ended.
+void mark()
+{
+    syscall(SYS_getpgid, -63L);
+}
+
 // "record" is null when not a byte of it was written.
 json call(std::istream& words)
 {
@@ -326,7 +357,9 @@ json call(std::istream& words)
     const auto isUntouched = [](uint8_t byte) { return byte == kFill; };
 
     s_watch.on = true;
+    mark();
     const int32_t result = operation.call(memory.data());
+    mark();
     s_watch.on = false;
 
     json record;
@@ -350,13 +383,97 @@ json await(unsigned queue)
     return {{"result", result == 1 ? 0 : -1}};
 }
 
-json drain(unsigned queue)
+int empty(uint8_t queue)
 {
     int messages = 0;
     uint8_t message[LMSG_SIZE_MAX];
-    while (lmsg_trcvMq(static_cast<uint8_t>(queue), message, sizeof message, nullptr, 0) == LMSG_OK)
+    while (lmsg_trcvMq(queue, message, sizeof message, nullptr, 0) == LMSG_OK)
         ++messages;
-    return {{"messages", messages}};
+    return messages;
+}
+
+// ---- very many calls ----
+
+// What may follow any other, and takes no time.
+bool isForMany(const std::string& name)
+{
+    return !name.ends_with("set") && name.find("SetFile") == std::string::npos && name != "vx63_init" &&
+           name != "vx63_reboot" && name != "vx63_shutdown" && name != "vx63_prgUpdate" &&
+           name != "vx63_initFactoryDefault" && !name.starts_with("vx63_standby") &&
+           name != "vx63_force_standby";
+}
+
+struct Done {
+    std::map<int32_t, int> results;
+    int written = 0; // records of failed calls that are not as they were, and bytes behind records
+};
+
+// In step again after each call that met what it had not asked for.
+Done callMany(uint8_t id, int count, unsigned seed)
+{
+    std::vector<Operation> operations;
+    for (const auto& [name, operation] : kOperations)
+        if (isForMany(name))
+            operations.push_back(operation);
+    std::mt19937 random(seed);
+    vx63_init(id);
+    Done done;
+    std::vector<uint8_t> memory(kLargestFile + kGuard);
+    for (int i = 0; i < count; ++i) {
+        const Operation& operation = operations[random() % operations.size()];
+        const auto end = memory.begin() + static_cast<std::ptrdiff_t>(operation.size + kGuard);
+        std::fill(memory.begin(), end, kFill);
+        const int32_t result = operation.call(memory.data());
+        ++done.results[result];
+        const bool keeps =
+            result == VX63_OK || operation.size == sizeof(DlyPrfResult); // the blocks that came
+        const auto behind = memory.begin() + static_cast<std::ptrdiff_t>(keeps ? operation.size : 0);
+        done.written += !std::all_of(behind, end, [](uint8_t byte) { return byte == kFill; });
+        if (result == VX63_ERR_COMM)
+            empty(id);
+    }
+    return done;
+}
+
+// Pages in memory, and open descriptors.
+json taken()
+{
+    long size = 0;
+    long resident = 0;
+    std::ifstream("/proc/self/statm") >> size >> resident;
+    const std::filesystem::directory_iterator open("/proc/self/fd");
+    return {{"pages", resident}, {"descriptors", std::distance(begin(open), end(open))}};
+}
+
+// What is taken after a first part, and after all: {"results": {"0": HOW MANY, ...}, "written": RECORDS,
+// "before": {...}, "after": {...}}.
+json many(std::istream& words)
+{
+    static constexpr uint8_t kFree[] = {1, 2, 3, 4, 5, 7, 9, 11, 13, 14, 15, 16, 17};
+    int count = 0;
+    unsigned seed = 0;
+    size_t threads = 0;
+    words >> count >> seed >> threads;
+    json told = {{"results", json::object()}, {"written", 0}};
+    for (const char* const when : {"before", "after"}) {
+        std::vector<Done> done(threads);
+        std::vector<std::thread> running;
+        for (size_t i = 0; i < threads; ++i)
+            running.emplace_back([&done, i, count, seed] {
+                done[i] = callMany(kFree[i], count / 2, seed + static_cast<unsigned>(i));
+            });
+        for (std::thread& thread : running)
+            thread.join();
+        told[when] = taken();
+        for (const Done& one : done) {
+            told["written"] = told["written"].get<int>() + one.written;
+            for (const auto& [result, times] : one.results) {
+                json& sum = told["results"][std::to_string(result)];
+                sum = (sum.is_null() ? 0 : sum.get<int>()) + times;
+            }
+        }
+    }
+    return told;
 }
 
 } // namespace
@@ -370,19 +487,28 @@ int main()
         json answer;
         if (what == "call") {
             answer = call(words);
+        } else if (what == "many") {
+            answer = many(words);
+        } else if (what == "delete") {
+            std::string name;
+            words >> name;
+            answer = {{"result", vx63_deleteSetFileUser(unhex(name).c_str())}};
         } else {
             int id = 0;
             words >> id;
             if (what == "init") {
                 answer = {{"result", vx63_init(id)}};
-                drain(static_cast<unsigned>(id)); // from now on there is a queue, as if it had been waited on
+                empty(static_cast<uint8_t>(id)); // from now on there is a queue, as if it had been waited on
             } else if (what == "await")
                 answer = await(static_cast<unsigned>(id));
-            else if (what == "file") {
+            else if (what == "patience") {
+                s_patience = static_cast<uint32_t>(id);
+                answer = {{"result", 0}};
+            } else if (what == "file") {
                 s_fileId = static_cast<uint32_t>(id);
                 answer = {{"result", 0}};
             } else if (what == "drain")
-                answer = drain(static_cast<unsigned>(id));
+                answer = {{"messages", empty(static_cast<uint8_t>(id))}};
             else
                 return 64;
         }

@@ -100,7 +100,7 @@ class Messages:
 def log_lines(answer):
     lines = []
     for line in answer["log"]:
-        parts = re.match(r"\d+\.\d{6} : matrix_caller : libvx63\.cpp\(\d+\) (\w+)\(\) : (.*)$", line)
+        parts = re.match(r"-?\d+\.\d{6} : matrix_caller : libvx63\.cpp\(\d+\) (\w+)\(\) : (.*)$", line)
         if parts:  # spoiled texts can have line feeds
             lines.append(parts.groups())
     return lines
@@ -211,16 +211,20 @@ TIMEOUT = ["lmsgrcvMq() timeout error. lmsg_err=-4"]
 class Session:
     """What a client does with a meter, planned first: a fault rule names its request by number."""
 
-    def __init__(self, fault):
-        self.fault = fault
-        self.kind, _, value = fault.partition(",")
-        self.value = int(value or 0)
+    def __init__(self, fault=""):
+        self.take(fault)
         self.rules = []
         self.steps = []  # orders, and what is to become of each
         self.counts = {}  # requests so far, by service and command
         self.updating = False  # between the two requests of an update
         self.own = CLIENTS[0]
         self.order(f"init {self.own}", {"result": OK})
+
+    def take(self, fault):
+        """The fault of the cells from here on."""
+        self.fault = fault
+        self.kind, _, value = fault.partition(",")
+        self.value = int(value or 0)
 
     def order(self, order, wanted):
         def check(answer):
@@ -330,7 +334,8 @@ class Session:
             if asked_again or row.result(self.value) == OK:
                 self.call(row, Cell.succeeded, usual, hit=row.at)
             else:
-                self.call(row, lambda cell, answer: cell.refused_by(answer, self.value), row.at, hit=row.at)
+                ret = self.value
+                self.call(row, lambda cell, answer: cell.refused_by(answer, ret), row.at, hit=row.at)
             self.next_works(row)
         elif self.kind in ("cut", "oversized"):
             # What the message does not carry is 0, and so is a ucRet.

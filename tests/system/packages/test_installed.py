@@ -1,5 +1,6 @@
 """`cmake --install`: what each component has, and that applications are built with it and run."""
 
+import json
 import os
 import re
 import shutil
@@ -8,7 +9,8 @@ from pathlib import Path
 import pytest
 
 from conftest import BUILD, SOURCE, run
-from installed import LIBDIR, assert_run_paths_are_relative, cache, done, elf_files, files, run_path
+from elf import assert_run_paths_are_safe, elf_files, run_path
+from installed import LIBDIR, cache, done, files
 
 
 @pytest.fixture(scope="module")
@@ -47,6 +49,7 @@ def test_development(tmp_path):
         f"{LIBDIR}/pkgconfig/libvx63.pc",
         "share/doc/libvx63-dev/examples/c/CMakeLists.txt",
         "share/doc/libvx63-dev/examples/c/Makefile",
+        "share/doc/libvx63-dev/examples/c/in_step.c",
         "share/doc/libvx63-dev/examples/c/measure.c",
         "share/doc/libvx63-dev/examples/cpp/CMakeLists.txt",
         "share/doc/libvx63-dev/examples/cpp/measure.cpp",
@@ -109,7 +112,7 @@ def test_library_alone(tmp_path):
 
 
 def test_run_paths(prefix):
-    assert_run_paths_are_relative(elf_files(BUILD / "bin", BUILD / "lib", prefix))
+    assert_run_paths_are_safe(elf_files(prefix))
     libraries = os.path.relpath(prefix / LIBDIR, prefix / "bin")
     for program in "vx63", "vx63-vmeter":
         assert f"$ORIGIN/{libraries}" in run_path(prefix / "bin" / program)
@@ -182,8 +185,39 @@ def test_example_measures(programs, how, prefix, meter):
 def test_example_says_what_failed(programs, how, meter, fault, what):
     ended = run(*meter("--fault", fault), programs[how])
     assert ended.stderr.startswith(f"measure: {what}"), ended
-    if "cannot stop" not in what or how == "c":
-        assert ended.returncode == 1
+    assert ended.returncode == 1
+
+
+# An answer that nothing waits for: to a result read (0x104) and to a status read (0x17) of the process ids 15 and 16.
+PLANTED = "; ".join(f"echo send {queue} 0c{queue:02x}{command}{len(body) // 2:02x}000000{body}"
+                    for queue in (15, 16) for command, body in (("0481", "00" * 44), ("1780", "00" * 12)))
+
+
+@pytest.mark.parametrize("how", ["make", "c"])
+@pytest.mark.parametrize("faults, planted, changes", [
+    pytest.param([], "", 0, id="well"),
+    pytest.param([], PLANTED, 0, id="left"),
+    pytest.param(["meas/single-result:2=twice"], "", 1, id="reading-twice"),
+    pytest.param(["meas/meas-status:2=twice"], "", 1, id="status-twice"),
+    pytest.param(["meas/single-result:2=twice", "meas/meas-status:4=stray", "meas/single-result:6=wrong"], PLANTED, 3,
+                 id="all"),
+])
+def test_example_gets_in_step(programs, how, meter, tmp_path, faults, planted, changes):
+    """Each of its readings is a new one, the last one too."""
+    trace = tmp_path / "trace"
+    options = [option for rule in faults for option in ("--fault", rule)]
+    script = f"({planted or 'true'}) | {BUILD}/bin/vmeter_exchange > {tmp_path}/sent; exec {programs[how].parent}/in_step 5"
+    ended = run(*meter("--trace", trace, *options), "sh", "-c", script)
+    assert ended.returncode == 0, ended
+    assert ended.stderr.splitlines() == [f"in_step: process {(15, 16)[made % 2]}" for made in range(changes + 1)]
+    readings = re.findall(r"^(\d+\.\d) dBuV, (\d+) bits$", ended.stdout, re.MULTILINE)
+    messages = [json.loads(line) for line in trace.read_text().splitlines()]
+    bodies = [bytes.fromhex(message["body"]) for message in messages if message["usCmd"] == 0x8104]
+    answers = [(f"{int.from_bytes(body[16:20], 'little') / 10:.1f}", str(int.from_bytes(body[24:28], "little")))
+               for body in bodies]
+    rest = iter(answers)
+    assert len(readings) == 5 and all(reading in rest for reading in readings), (readings, answers)
+    assert readings[-1] == answers[-1] != answers[-2]
 
 
 def test_versions(prefix, tmp_path):

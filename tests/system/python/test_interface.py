@@ -1,6 +1,8 @@
 """The module and the C headers say the same."""
 
 import ctypes
+import inspect
+import pydoc
 import re
 import subprocess
 
@@ -22,6 +24,31 @@ def test_every_exported_name_is_there():
     for name in set(EXPORTED) - VARIABLES:
         assert callable(getattr(vx63, name)) and getattr(vx63, name).__doc__, name
         assert name in vx63.__all__
+
+
+def told(thing):
+    return pydoc.render_doc(thing, renderer=pydoc.plaintext)
+
+
+def test_help_of_a_record_tells_units_and_codes():
+    result = told(vx63.SingleMeasResult)
+    assert " |    LEVEL      0.1 dBuV: level; 0 for 0 dBuV and less\n" in result
+    assert " |    LAYER      hierarchical layers, bits: 1 A, 2 B, 4 C\n" in result
+    assert " |    flAx, flAy, flAz           g: acceleration, raw\n" in told(vx63.AngleCalInfoDetail)
+    threshold = told(vx63.SET_FILES[vx63.VX63_SET_FILE_THRD].record)
+    assert " |    LV_LOW        0.1 dBuV: level: lowest that passes; -200 to 1300\n" in threshold
+    assert " |    CENT_FREQ  kHz: centre frequency; 10000 to 3224000, 0 = empty place\n" in told(vx63.SetFileUhf)
+
+
+def test_help_of_a_record_tells_all_fields():
+    for cls in vars(vx63).values():
+        if isinstance(cls, type) and issubclass(cls, vx63.Record) and "_fields_" in vars(cls):
+            listed = re.findall(r"^ {2}((?:\w+, )*\w+) {2,}\S", inspect.getdoc(cls).partition("\nFields:\n")[2], re.M)
+            assert ", ".join(listed).split(", ") == [name for name, *_ in fields(cls)], cls
+
+
+def test_help_of_the_module_tells_what_constants_mean():
+    assert "\n      VX63_MOD_NONE            8192  a carrier without modulation\n" in told(vx63)
 
 
 def test_every_result_code_is_an_exception():

@@ -256,5 +256,10 @@ def test_examples(virtual_meter, example, tmp_path):
         assert Path(picture).read_bytes()[:8] == b"\x89PNG\r\n\x1a\n"
 
 
+def test_example_of_the_readme(virtual_meter):
+    example, = re.findall(r"```python\n(import vx63\n.*?)```", (SOURCE / "README.md").read_text(), re.DOTALL)
+    assert "LEVEL=6" in virtual_meter.run(INTERPRETER, "-c", example).stdout
+
+
 def test_terminal_signals_are_this_process_s_business(virtual_meter):
     assert os.getsid(virtual_meter._process.pid) != os.getsid(0)

@@ -301,7 +301,8 @@ def test_state_of_a_meter_that_is_off(tmp_path):
 def test_state_is_not_for_other_users(as_root, public_bin):
     ended = run(*as_root, VMETER, "run", "--", *AS_NOBODY, public_bin / "vx63-vmeter", "state")
     assert (ended.returncode, ended.stdout) == (125, "")
-    assert ended.stderr == "vx63-vmeter: state: the meter does not tell: ask as the user who started it\n"
+    assert ended.stderr == ("vx63-vmeter: state: the meter does not tell: ask as the user who started it; "
+                            "let a service that was stopped go on (kill -CONT)\n")
 
 
 def test_state_without_a_meter():

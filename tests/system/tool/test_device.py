@@ -6,7 +6,7 @@ import struct
 
 import pytest
 
-from conftest import VMETER
+from conftest import EXCHANGE, VMETER
 from tool_support import VX63, Terminal, environment, isolation, meter, run  # noqa: F401 (fixtures)
 
 
@@ -15,10 +15,9 @@ def device(meter, tmp_path):
     """Runs a script over a meter and gives the result and the state in which the meter ends."""
 
     def script(text, scene="", fault=()):
-        scene_file, state_file = tmp_path / "scene.toml", tmp_path / "state.json"
-        scene_file.write_text(scene)
-        command = meter.command("sh", "-c", text, fault=fault)
-        command[2:2] = ["--scene", scene_file, "--state-json", state_file]
+        state_file = tmp_path / "state.json"
+        meter.show(scene)
+        command = meter.command("sh", "-c", text, fault=fault, options=["--state-json", state_file])
         result = run(*command, env=environment(VX63=str(VX63), VMETER=str(VMETER), DIR=str(tmp_path)))
         return result, json.loads(state_file.read_text())
 
@@ -199,10 +198,22 @@ def test_a_failure_is_not_tried_again(meter, command, name):
 
 
 def test_nothing_dangerous_while_old_answers_are_in_the_way(meter):
-    result = meter.vx63("power", "reboot", "--yes", fault="sys/product:1=wrong")
+    result = meter.vx63("power", "reboot", "--yes", fault=["sys/product:1=wrong", "sys/product:3=wrong"])
     assert result.returncode == 1
     assert "answers to somebody's earlier calls seem to be in the way" in result.stderr
     assert {request for request, _ in meter.requests()} == {"product"}
+
+
+def test_the_answer_to_a_killed_vx63_is_taken_out(meter):
+    """Each that is killed as it waits leaves one; four of them fill the queue."""
+    result = meter.shell(f"""
+        yes 'send 0 110005000400000000000000' | head -n 4 | {EXCHANGE} > /dev/null
+        $VX63 info --id 16 > /dev/null  # its answer comes behind the others
+        $VX63 power state > /dev/null; echo $?
+        echo 'send 0 110005000400000000000000' | {EXCHANGE} > /dev/null; $VX63 info --id 16 > /dev/null
+        $VX63 power reboot --yes; echo $?
+    """)
+    assert (result.stdout, result.stderr) == ("0\n0\n", "")
 
 
 # ---- update ----

@@ -1,10 +1,12 @@
 """vx63 doctor: the right service and the right kind, or nothing claimed."""
 
 import json
+import os
+import pwd
 
 import pytest
 
-from conftest import AS_NOBODY, cannot
+from conftest import AS_NOBODY, EXCHANGE, cannot
 from tool_support import SOURCE, VX63, Terminal, as_text, environment, isolation, meter, run  # noqa: F401 (fixtures)
 
 LOG = "/var/log/libvx63.cpp.txt"
@@ -14,9 +16,9 @@ FOLDERS = ["sys_set", "meas_set", "user_set", "user_set_usb1", "user_set_usb2", 
            "logger_set_usb2", "ch_set", "pmeas_set"]
 
 
-def diagnose(meter, fault=(), before="true", doctor="$VX63 doctor --json"):
+def diagnose(meter, fault=(), before="true", doctor="$VX63 doctor --json", by=()):
     """The exit code, what stands on stderr in its form for people, and the report."""
-    result = meter.shell(f"{before}; {doctor}", fault=fault)
+    result = meter.shell(f"{before}; {doctor}", fault=fault, by=by)
     return result.returncode, as_text(result.stderr), json.loads(result.stdout)
 
 
@@ -124,6 +126,26 @@ def test_answer_to_somebody_who_was_killed(meter):
     assert set(wrong(report).items()) <= {("sys", "unexpected-answer")}
 
 
+def test_answers_that_others_do_not_take(meter):
+    """An application that was given two answers to one request, as one that polls leaves its queue."""
+    script = f"printf 'send 12 030c170004000000{'00' * 4}\\nreceive 3 60000\\n' | {EXCHANGE} > $DIR/out"
+    code, error, report = diagnose(meter, "meas/meas-status:1=twice", before=script)
+    assert (code, error, report["healthy"]) == (0, "", True)
+    assert [check for check in report["checks"] if check["kind"] == "untaken"] == [{
+        "step": "queues", "subject": "Process id 3", "health": "note", "kind": "untaken",
+        "text": "1 in its queue that nobody takes: who calls as 3 gets old answers", "remedy": None, "ms": None}]
+
+
+@pytest.mark.parametrize("service, number, command", [("sys", "00", "0500"), ("meas", "0c", "1700")])
+def test_an_answer_too_many_in_its_own_queue(meter, service, number, command):
+    """Also one to the very question that is asked first."""
+    asked = f"echo send {int(number, 16)} 11{number}{command}0400000000000000 | {EXCHANGE} > $DIR/out"
+    # The doctor gives way to the services, as above.
+    code, error, report = diagnose(meter, before=asked, doctor="nice -n 19 $VX63 doctor --json")
+    assert (code, wrong(report)) == (5, {service: "unexpected-answer"})
+    assert "that nothing waits for" in error and "call vx63 with another --id" in error
+
+
 def test_queues_of_another_user(meter, as_root, public_bin, isolation):
     script = f"touch {LOG}; chmod 666 {LOG}; {' '.join(AS_NOBODY)} {public_bin}/vx63 doctor --json"
     result = run(*as_root, *meter.command("sh", "-c", script))
@@ -133,6 +155,45 @@ def test_queues_of_another_user(meter, as_root, public_bin, isolation):
         expected |= dict.fromkeys([f"{ROOT}/{name}" for name in FOLDERS], "unreadable")
     assert wrong(json.loads(result.stdout)) == expected
     assert as_text(result.stderr).startswith("vx63: Message queues: System service: its message queue is not permitted (lmsg_err=-2): ")
+
+
+NOT_TRUSTED = ("is not trusted: /vx63.{} belongs to {}, mode 0666 (lmsg_err=-7): call vx63 as the user who runs the "
+               "services, or remove the queue as its owner or root ('rm /dev/mqueue/vx63.N')\n")
+
+
+def test_queue_of_a_service_that_others_may_use(meter):
+    code, error, report = diagnose(meter, before="chmod 666 /dev/mqueue/vx63.12")
+    assert (code, wrong(report)) == (5, {"Message queues": "queue", "meas": "queue"})
+    user = pwd.getpwuid(os.getuid()).pw_name
+    assert error == ("vx63: Message queues: Measurement service: its message queue "
+                     + NOT_TRUSTED.format(12, f"{user} ({os.getuid()})"))
+
+
+def test_own_queue_that_another_user_made_first(meter, public_bin):
+    """What it plants there is not taken."""
+    if os.getuid() != 0:
+        cannot("needs another user")
+    squatter = f"{' '.join(AS_NOBODY)} {public_bin}/vmeter_exchange"
+    planted = bytes([0, 17, 1, 0x80, 44, 0, 0, 0, *[0x41] * 44]).hex()
+    before = f"printf 'receive 17 0\nsend 17 {planted}\n' | {squatter} > /dev/null; chmod 666 /dev/mqueue/vx63.17"
+    code, error, report = diagnose(meter, before=before)
+    assert (code, wrong(report)) == (5, dict.fromkeys(["Message queues", *SERVICES], "own-queue"))
+    nobody = pwd.getpwuid(65534).pw_name
+    assert error == ("vx63: Message queues: System service: the message queue for its answers "
+                     + NOT_TRUSTED.format(17, f"{nobody} (65534)"))
+    result = meter.shell(f"{before}; $VX63 info")
+    assert (result.returncode, result.stdout) == (1, "")
+    assert "the message queues cannot be used (lmsg_err=-7): 'vx63 doctor' tells why" in result.stderr
+
+
+def test_queue_of_the_id_that_is_given(meter):
+    """Of which alone the doctor tells that has the same id."""
+    made = "$VX63 info --id 3 > $DIR/out; chmod 666 /dev/mqueue/vx63.3"
+    result = meter.shell(f"{made}; $VX63 info --id 3")
+    assert (result.returncode, result.stdout) == (1, "")
+    assert "the message queues cannot be used (lmsg_err=-7): 'vx63 doctor --id 3' tells why" in result.stderr
+    code, _, report = diagnose(meter, before=made, doctor="$VX63 doctor --json --id 3")
+    assert (code, wrong(report)) == (5, dict.fromkeys(["Message queues", *SERVICES], "own-queue"))
 
 
 def test_standby_is_worth_a_note(meter):
@@ -157,31 +218,35 @@ def test_log_that_cannot_be_written(meter, make, kind, text):
 
 @pytest.mark.parametrize("kind", ["twice", "refuse", "wrong", "stray"])
 def test_without_a_log_nobody_is_blamed(meter, kind):
-    code, _, report = diagnose(meter, f"key={kind}", before=f"mkdir {LOG}")
-    assert (code, wrong(report)) == (5, {LOG: "no-file"})
-    assert any(check["kind"] == "unknown" for check in report["checks"])
+    unknown = False
+    for _ in range(10 if kind == "twice" else 1):  # the last of its answers may come when the doctor has gone
+        code, _, report = diagnose(meter, f"key={kind}", before=f"mkdir {LOG}")
+        assert (code, wrong(report)) == (5, {LOG: "no-file"})
+        unknown = unknown or any(check["kind"] == "unknown" for check in report["checks"])
+    assert unknown
 
 
 def within(options, doctor="doctor --json"):
-    """The doctor in surroundings of its own inside the meter's."""
+    """The doctor in surroundings of its own inside the meter's: by root, since anybody else gets a user namespace of
+    its own there, from which the services cannot be looked at."""
     return f"bwrap --dev-bind / / {options} $VX63 {doctor}"
 
 
-def test_full_disk(meter, isolation):
+def test_full_disk(meter, as_root, isolation):
     if isolation:
         cannot("needs namespaces")
     filled = "--size 8192 --tmpfs /var/log sh -c 'head -c 9000 /dev/zero > /var/log/filler 2> /dev/null; $VX63 doctor --json'"
-    code, _, report = diagnose(meter, doctor=f"bwrap --dev-bind / / {filled}")
+    code, _, report = diagnose(meter, doctor=f"bwrap --dev-bind / / {filled}", by=as_root)
     assert (code, wrong(report)) == (5, {LOG: "disk-full"})
 
 
 # ---- settings ----
 
 
-def test_removed_folders(meter, isolation):
+def test_removed_folders(meter, as_root, isolation):
     if isolation:
         cannot("needs namespaces")
-    code, error, report = diagnose(meter, doctor=within(f"--tmpfs {ROOT}"))
+    code, error, report = diagnose(meter, doctor=within(f"--tmpfs {ROOT}"), by=as_root)
     assert code == 5
     assert wrong(report) == {f"{ROOT}/{name}": "missing"
                              for name in ["sys_set", "meas_set", "ch_set", "pmeas_set", "user_set", "logger_set"]}

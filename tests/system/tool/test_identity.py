@@ -1,10 +1,12 @@
 """The process id under which vx63 talks."""
 
 import os
+import subprocess
+from pathlib import Path
 
 import pytest
 
-from conftest import cannot
+from conftest import HANG, VMETER, cannot
 from tool_support import VX63, environment, isolation, meter, run  # noqa: F401 (fixtures)
 
 MEASURING = """
@@ -36,21 +38,79 @@ def test_one_id_in_two_meters(meter, isolation):
     assert result.stdout == "0\n"
 
 
+LOCK = "vx63-17-$(stat -Lc %i /proc/self/ns/ipc).lock"
+
+
 def test_no_lock_file_is_left(meter):
-    left = "; echo $?; ls /tmp | grep \"vx63-.*-$(stat -Lc %i /proc/self/ns/ipc)\\.lock\""
-    assert meter.shell("$VX63 status > /dev/null" + left).stdout == "0\n"
-    assert meter.shell("$VX63 status > /dev/null 2>&1" + left, fault="dev=refuse").stdout == "13\n"
+    left = f"; echo $?; ls /tmp /tmp/vx63-$(id -u) | grep '{LOCK}'".replace("'", '"')
+    own = environment(VX63=str(VX63), DIR=str(meter.folder), XDG_RUNTIME_DIR="")
+    assert meter.shell("$VX63 status > /dev/null" + left, env=own).stdout == "0\n"
+    assert meter.shell("$VX63 status > /dev/null 2>&1" + left, fault="dev=refuse", env=own).stdout == "13\n"
+
+
+def test_where_the_lock_lies(meter):
+    """In the user's runtime folder if it is private, else in /tmp in a folder that is."""
+    result = meter.shell(f"""
+        umask 0
+        show() {{
+            export XDG_RUNTIME_DIR
+            $VX63 measure single --freq 557143 --count 1000 --interval 3600 > /dev/null & tool=$!
+            until ls "$1" 2> /dev/null | grep -qx "{LOCK}"; do :; done
+            stat -c "%a %u" "$1" "$1/{LOCK}"
+            kill $tool; wait $tool
+        }}
+        mkdir -m 700 "$DIR/private"; mkdir -m 755 "$DIR/shared"; ln -s private "$DIR/link"
+        XDG_RUNTIME_DIR=$DIR/private; show "$DIR/private"
+        XDG_RUNTIME_DIR=$DIR/shared;  show /tmp/vx63-$(id -u)
+        XDG_RUNTIME_DIR=$DIR/link;    show /tmp/vx63-$(id -u)
+        XDG_RUNTIME_DIR=relative;     show /tmp/vx63-$(id -u)
+        XDG_RUNTIME_DIR=$DIR/none;    show /tmp/vx63-$(id -u)
+    """)
+    assert result.stdout == f"700 {os.getuid()}\n600 {os.getuid()}\n" * 5
+
+
+@pytest.mark.parametrize("make", ["mkdir -m 777", "ln -s private", "touch", "mkfifo",
+                                  pytest.param("install -d -m 700 -o 65534", id="another user")])
+def test_folder_that_another_user_made_first(meter, isolation, tmp_path, make):
+    """Nothing is put into it, and it bars nobody."""
+    if isolation:
+        cannot("a /tmp of its own needs namespaces")
+    if "-o" in make and os.geteuid() != 0:
+        pytest.skip("only root makes folders of others")
+    tmp, scene = tmp_path / "tmp", tmp_path / "tmp" / "scene.toml"
+    (tmp / "private").mkdir(mode=0o700, parents=True)
+    scene.write_text(meter.scene.read_text())
+    subprocess.run(f"{make} vx63-$(id -u)", shell=True, cwd=tmp, check=True)
+    result = run("bwrap", "--dev-bind", "/", "/", "--bind", tmp, "/tmp", VMETER, "run", "--scene", "/tmp/scene.toml", "--",
+                 VX63, "status", env=environment(XDG_RUNTIME_DIR=""))
+    assert (result.returncode, result.stderr) == (0, "")
+    assert sorted(path.name for path in tmp.rglob("*")) == sorted(["private", "scene.toml", f"vx63-{os.getuid()}"])
+
+
+def test_lock_of_another_user(meter):
+    """Who cannot use our folder cannot hold our lock, whatever lies in /tmp."""
+    if os.geteuid() != 0:
+        pytest.skip("only root becomes another user")
+    script = 'stat -Lc %i /proc/self/ns/ipc; read -r go; "$0" status > /dev/null; echo $?'
+    pipes = {"stdin": subprocess.PIPE, "stdout": subprocess.PIPE, "text": True}
+    with subprocess.Popen([str(word) for word in meter.command("sh", "-c", script, VX63)], **pipes) as ours:
+        lock = Path(f"/tmp/vx63-17-{ours.stdout.readline().strip()}.lock")
+        with subprocess.Popen(["flock", lock, "sh", "-c", "echo held; cat"], user=65534, **pipes) as theirs:
+            assert theirs.stdout.readline() == "held\n"
+            assert ours.communicate("go\n", timeout=HANG)[0] == "0\n"
+            theirs.communicate()
+    lock.unlink()
 
 
 @pytest.mark.parametrize("make", ["mkdir", "mkfifo", "ln -s /dev/zero"])
 def test_lock_file_that_is_something_else(meter, make):
     """Whatever lies there harms nobody."""
     script = f"""
-        lock=/tmp/vx63-17-$(stat -Lc %i /proc/self/ns/ipc).lock
-        {make} "$lock"
+        mkdir -m 700 "$DIR/private"
+        export XDG_RUNTIME_DIR="$DIR/private"
+        {make} "$XDG_RUNTIME_DIR/{LOCK}"
         $VX63 status > /dev/null
         echo $?
-        rm -rf "$lock"
     """
     result = meter.shell(script)
     assert (result.stdout, result.stderr) == ("0\n", "")

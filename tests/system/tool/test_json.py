@@ -248,15 +248,13 @@ def test_answer(meter, tmp_path, name, line, before, fault, told):
 
 
 def test_keys_as_they_change(meter, tmp_path):
-    (tmp_path / "scene").write_text("[[key]]\ntime_ms = 1000\nkey = 16\nduration_ms = 1000\n")
-    command = meter.command("sh", "-c", """
+    meter.show("[[key]]\ntime_ms = 1000\nkey = 16\nduration_ms = 1000\n")
+    assert meter.shell("""
         $VX63 keys --watch --interval 0 --jsonl > "$DIR/lines" & pid=$!
         until [ "$(grep -c pressed "$DIR/lines")" -ge 3 ]; do :; done; kill $pid; wait $pid
         $VX63 keys --watch --interval 0 --json > "$DIR/array" & pid=$!
         until grep -q pressed "$DIR/array"; do :; done; kill $pid; wait $pid; true
-    """)
-    command[2:2] = ["--scene", tmp_path / "scene"]
-    assert run(*command, env=environment(VX63=str(VX63), DIR=str(tmp_path))).returncode == 0
+    """).returncode == 0
     lines = [json.loads(line) for line in (tmp_path / "lines").read_text().splitlines()]
     assert [line["pressed"] for line in lines] == [[], [16], []]
     for one in lines + json.loads((tmp_path / "array").read_text()):
@@ -303,8 +301,7 @@ def told_in(document, heading):
 
 def test_state_of_the_virtual_meter(meter, tmp_path):
     told = told_in("services.md", "Reading the state")
-    command = meter.command("sh", "-c", '"$VMETER" state --json')
-    command[2:2] = ["--state-json", tmp_path / "end"]
+    command = meter.command("sh", "-c", '"$VMETER" state --json', options=["--state-json", tmp_path / "end"])
     result = run(*command, env=environment(VMETER=str(VMETER)))
     for text in result.stdout, (tmp_path / "end").read_text():
         keys = {f"{key}.{inner}" if inner else key for key, value in json.loads(text).items()

@@ -10,7 +10,7 @@ import pytest
 
 from channel_lists import UHF, WEAK, channels, parts
 from pictures import Svg, png_size
-from tool_support import VX63, Terminal, isolation, meter  # noqa: F401 (fixtures)
+from tool_support import DEFAULT_SCENE, VX63, Terminal, isolation, meter  # noqa: F401 (fixtures)
 
 
 def test_scan_finds_the_channels_of_the_scene(meter):
@@ -83,6 +83,7 @@ def test_conditions(meter, tmp_path):
     ('[{"frequency_khz": 557143}, {"frequency_khz": 0}]', "[1].frequency_khz: must be a whole number from 1 to 4294967295"),
     ('[{"frequency_khz": 18446744073709551615}]', "[0].frequency_khz: must be"),
     ('[{"frequency_khz": -1}]', "[0].frequency_khz: must be"),
+    ('[{"frequency_khz": 1e400}]', "it holds a number that is too large"),
     ('[{"frequency_khz": 1.5}]', "[0].frequency_khz: must be"),
     ('[{"frequency_khz": "1"}]', "[0].frequency_khz: must be"),
     ('[{"frequency_khz": 1, "supply": 5}]', "[0].supply: must be a whole number from 0 to 4"),
@@ -143,6 +144,7 @@ def test_progress_and_ctrl_c(meter):
 
 
 def test_sigterm_stops_the_list(meter):
+    meter.show(DEFAULT_SCENE)
     result = meter.shell("""
         $VX63 scan --plan up-stream > "$DIR/out" & pid=$!
         until $VX63 status --id 16 --json | grep -q '"measurement_status_code":8'; do :; done

@@ -12,8 +12,8 @@ import termios
 import pyte
 import pytest
 
-from conftest import descendants
-from tool_support import START, STOP, VX63, Terminal, environment, isolation, meter, run, until  # noqa: F401 (fixtures)
+from conftest import descendants, native  # noqa: F401 (fixture)
+from tool_support import DEFAULT_SCENE, START, STOP, VX63, Terminal, environment, isolation, meter, run, until  # noqa: F401 (fixtures)
 
 # Nothing of it changes from one reading to the next.
 STILL = "level_sigma_db = 0\ncn_sigma_db = 0\n"
@@ -68,11 +68,9 @@ class Screen(Terminal):
 @pytest.fixture
 def live(meter):
     """Starts it on a terminal, in a meter of its own."""
-    def start(*words, channel="27", fault=(), scene="", columns=80, rows=24, **env):
+    def start(*words, channel="27", fault=(), scene=DEFAULT_SCENE, columns=80, rows=24, **env):
+        meter.show(scene)
         command = meter.command(VX63, "live", "--channel", channel, "--interval", "0.01", *words, fault=fault)
-        if scene:
-            (meter.folder / "scene").write_text(scene)
-            command[2:2] = ["--scene", meter.folder / "scene"]
         return Screen(*command, columns=columns, rows=rows, **env)
     return start
 
@@ -214,6 +212,7 @@ def test_another_channel_is_read_at_once(meter):
 
 def test_lock_is_waited_for(meter):
     """However rarely it is read later."""
+    meter.show(DEFAULT_SCENE)
     terminal = Screen(*meter.command(VX63, "live", "--channel", "27", "--interval", "3600"))
     terminal.wait_for("Lock yes")
     quit(terminal)
@@ -337,7 +336,7 @@ def test_a_service_that_is_gone_for_a_while(live):
     terminal.wait_for("Lock yes")
     service = service_of(terminal)
     os.kill(service, signal.SIGSTOP)
-    terminal.wait_for("The meter has not answered for 2 s")
+    terminal.wait_for("The meter has not answered for ")  # 2 s, or 3
     terminal.type("c28\r")  # keys answer all the same
     terminal.wait_for("tuning to 28 ...")
     os.kill(service, signal.SIGCONT)
@@ -363,7 +362,7 @@ def test_old_values_are_told_whoever_is_waited_for(live, words, fault, key):
     terminal = live(*words, fault=fault)
     terminal.wait_for("MER 3" if key else "Level")
     terminal.type(key)
-    terminal.wait_for("The meter has not answered for 2 s")
+    terminal.wait_for("The meter has not answered for ")  # 2 s, or 3
     quit(terminal)
 
 
@@ -423,7 +422,7 @@ def test_the_terminal_goes_away(live, meter):
     assert meter.requests()[-1] == STOP
 
 
-def test_stop_and_go_on(meter):
+def test_stop_and_go_on(meter, native):  # the emulator loses a SIGTSTP now and then
     terminal = Screen(*meter.command("bash", "--norc", "-i"))
     terminal.type(f"'{VX63}' live --channel 27 --interval 0.02\r")
     terminal.wait_for("Lock yes")
@@ -465,6 +464,7 @@ ROW = r"\d\d:\d\d:\d\d   6\d\.\d   3\d\.\d +\S+ +(yes|no)\n"
 
 @pytest.mark.parametrize("terminal", [None, "", "dumb", "no-such-terminal"])
 def test_lines(meter, terminal):
+    meter.show(DEFAULT_SCENE)
     command = meter.command(VX63, "live", "--channel", "27", "--count", "3", "--interval", "0")
     if terminal is None:
         result = run(*command)

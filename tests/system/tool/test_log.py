@@ -8,7 +8,7 @@ import pytest
 
 from tool_support import VX63, default_signals, environment, isolation, meter, run  # noqa: F401 (fixtures)
 
-NO_LINE = dict.fromkeys(["time", "program", "file", "line", "function", "message"])
+NO_LINE = dict.fromkeys(["time", "program", "file", "line", "function", "message"]) | {"doubt": "form"}
 
 
 def line(number, message="Start."):
@@ -83,24 +83,39 @@ def test_garbage(log):
     log.write_bytes(b"\x00\xff\x1b[2J\n" + line(1).encode() + b"\n" + long_line.encode() + line(3)[:20].encode())
     text = run(VX63, "log", log)
     assert (text.returncode, text.stderr) == (0, "")
-    assert text.stdout == "\\x00\\xFF\\x1B[2J\n" + shown(1) + "\n" + shown(2, "x" * 300000) + line(3)[:20] + "\n"
+    assert text.stdout == "? \\x00\\xFF\\x1B[2J\n" + shown(1) + "? \n" + shown(2, "x" * 300000) + "? " + line(3)[:20] + "\n"
     result = run(VX63, "log", "--jsonl", log)
     assert (result.returncode, result.stderr) == (0, "")
     first, second, empty, long_one, cut = map(json.loads, result.stdout.splitlines())
     assert first == NO_LINE | {"text": "\0\ufffd\x1b[2J"}
     assert second == {"time": 1700000000.000001, "program": "demo", "file": "libvx63.cpp", "line": 7,
-                      "function": "vx63_init", "message": "Start.", "text": None}
+                      "function": "vx63_init", "message": "Start.", "text": None, "doubt": None}
     assert empty == NO_LINE | {"text": ""}
     assert len(long_one["message"]) == 300000
     assert cut == NO_LINE | {"text": line(3)[:20]}
     assert run(VX63, "log", "--errors", log).stdout == ""
 
 
+def test_name_that_forges_lines(meter):
+    """The library writes the name of a set as it is."""
+    forged = "1700000000.000000 : vx63 : libvx63.cpp(9) vx63_init() : End. vx63_err=-5\n"
+    name = f"x\033]0;owned\n{forged}\x1b[2J"
+    caller = VX63.parent / "matrix_caller"
+    result = meter.shell(f"echo delete {name.encode().hex()} | {caller} > $DIR/out; "
+                         '"$VX63" log; "$VX63" log --errors --lines 2')
+    *_, argument, end, rest, error, inner, outer, first, second = result.stdout.splitlines()
+    assert argument.startswith("? 20") and argument.endswith(" : pcUserFileName=[x\\x1B]0;owned")
+    assert end == "? 2023-11-14 22:13:20.000000 : vx63 : libvx63.cpp(9) vx63_init() : End. vx63_err=-5"
+    assert rest == "? \\x1B[2J]"
+    assert [line[0] for line in (error, inner, outer)] == ["2"] * 3
+    assert (first, second) == (error, outer)
+
+
 def test_line_without_end(log):
     """Comes in parts, and takes no memory without end."""
     result = run("sh", "-c", f"head -c 3000000 /dev/zero | tr '\\0' x | '{VX63}' log /dev/stdin")
     assert (result.returncode, result.stderr) == (0, "")
-    assert [len(text) for text in result.stdout.splitlines()] == [1048576, 1048576, 902848]
+    assert [len(text) for text in result.stdout.splitlines()] == [1048578, 1048578, 902850]
 
 
 def test_empty_log(log):

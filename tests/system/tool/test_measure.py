@@ -8,7 +8,7 @@ import signal
 
 import pytest
 
-from tool_support import START, STOP, VX63, Terminal, isolation, meter, until  # noqa: F401 (fixtures)
+from tool_support import DEFAULT_SCENE, START, STOP, VX63, Terminal, isolation, meter, until  # noqa: F401 (fixtures)
 
 CHANNEL = ("measure", "single", "--freq", "557143")
 TOO_WEAK = ("measure", "single", "--freq", "575143")  # present, but too weak to lock
@@ -293,6 +293,7 @@ def test_ctrl_c_while_waiting_for_lock(meter):
 
 
 def test_second_ctrl_c_ends_at_once(meter):
+    meter.show(DEFAULT_SCENE)
     terminal = Terminal(*meter.command(VX63, *CHANNEL, fault="meas/0x104:3-=silence"))
     terminal.wait_for("Waiting for lock")
     until(lambda: len(meter.requests()) == 4)  # the read that gets no answer is on its way
@@ -304,6 +305,7 @@ def test_second_ctrl_c_ends_at_once(meter):
 
 
 def test_progress_on_a_terminal_is_erased(meter):
+    meter.show(DEFAULT_SCENE)
     terminal = Terminal(*meter.command(VX63, *CHANNEL), columns=40)
     assert terminal.finish() == 0
     before, _, reading = terminal.shown.partition("Frequency       557143 kHz\r\n")

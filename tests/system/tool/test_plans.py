@@ -5,7 +5,7 @@ import json
 import pytest
 
 from channel_lists import UHF, channels, parts
-from tool_support import as_text, environment, isolation, meter  # noqa: F401 (fixtures)
+from tool_support import DEFAULT_SCENE, as_text, environment, isolation, meter  # noqa: F401 (fixtures)
 
 ROOT = "/usr/local/bin/"
 BS = ["BS-1", "BS-3", "BS-5", "BS-7", "BS-9", "BS-11", "BS-13", "BS-15", "BS-17", "BS-19", "BS-21", "BS-23",
@@ -57,6 +57,7 @@ def test_cable_plan_tells_qam_from_ofdm(meter):
 
 
 def test_part_of_a_cable_plan(meter):
+    meter.show(DEFAULT_SCENE)
     result = meter.vx63("measure", "multi", "--plan", "catv-high", "--system", "catv", "--mod", "256QAM", "--input", "1",
                         "--jsonl")
     list_ = channels(result)

@@ -4,8 +4,9 @@ import json
 
 import pytest
 
+from conftest import BUILD, native  # noqa: F401 (fixture)
 from test_settings import ROOT, notices
-from tool_support import isolation, meter  # noqa: F401 (fixtures)
+from tool_support import VX63, Terminal, isolation, meter  # noqa: F401 (fixtures)
 
 FOLDERS = [([], "user_set", 14), (["--usb1"], "user_set_usb1", 42), (["--usb2"], "user_set_usb2", 44),
            (["--logger"], "logger_set", 35), (["--logger", "--usb1"], "logger_set_usb1", 46),
@@ -159,3 +160,89 @@ def test_a_list_with_few_records(meter):
         "$VX63" sets create A --from ch_set/lte && cat {ROOT}user_set/user_setting_file_list.csv
     """)
     assert (result.stdout, result.stderr) == ("1.0.0\nNO,ENBFLG,FILE_NAME\n1,1,A\n", "")
+
+
+def test_names_that_no_set_can_have(meter):
+    """The shell's * leaves out hidden files, and the library's deletion with it: the tool finds and deletes them."""
+    result = meter.shell(f"""
+        "$VX63" sets create A --from ch_set/lte
+        cd {ROOT}user_set; for name in .hid '' 'x\\033]0;y\\nz'; do cp A.csv "$(printf "$name").csv"; done; touch .note
+        "$VX63" sets list
+        "$VX63" sets list --jsonl | head -n 1
+        "$VX63" settings check | grep user_set/; "$VX63" settings list | grep user_set/NAME
+        "$VX63" --complete sets show '' | grep -v ^--; "$VX63" --complete settings show '' | grep ^user_set/
+        "$VX63" settings export "$DIR/out"; echo $?; ls -A "$DIR/out/user_set"
+        cp A.csv "$(printf '.a\\nb').csv"; "$VX63" sets clear --yes; echo $?; ls -A; "$VX63" log | grep -c '^b\\|x1B'
+    """)
+    odd = "x\\x1B]0;y\\x0Az"
+    hidden, empty = "it begins with a point", "it is empty"
+    assert [" ".join(line.split()) for line in result.stdout.splitlines()] == [
+        "RECORD NAME CHANNELS", "0 A 6", f"not listed broken: it is no name of a set: {empty}",
+        f"not listed .hid broken: it is no name of a set: {hidden}",
+        f"not listed {odd} broken: it is no name of a set: it is not printable",
+        '{"record":0,"name":"A","channels":6}',
+        f"user_set/ broken: it is no name of a set: {empty}",
+        f"user_set/.hid broken: it is no name of a set: {hidden}", "user_set/A ok",
+        f"user_set/{odd} broken: it is no name of a set: it is not printable", "user_set/list ok",
+        "14 user_set/NAME 324 4 sets", "A", "user_set/A", "user_set/list",
+        "45 files exported", "65", "A.csv", "user_setting_file_list.csv",
+        "0", ".note", "user_setting_file_list.csv", "0"]
+    assert result.stderr.splitlines() == [
+        f"vx63: cannot export user_set/{name}: it is no name of a set: {why}: the other files are exported all the same"
+        for name, why in (("", empty), (".hid", hidden), (odd, "it is not printable"))]
+
+
+def test_hidden_sets_elsewhere(meter):
+    result = meter.shell(f"""
+        "$VX63" sets create A --from ch_set/lte --usb2 && "$VX63" settings export "$DIR/in"
+        cp {ROOT}user_set_usb2/A.csv "$DIR/in/user_set_usb2/.hid.csv"; touch "$DIR/in/user_set_usb2/.lsys.0.tmp"
+        "$VX63" settings import "$DIR/in" --yes; echo $?
+        rm "$DIR/in/user_set_usb2/.hid.csv"
+        for folder in user_set_usb2 logger_set; do cp {ROOT}user_set_usb2/A.csv {ROOT}$folder/.hid.csv; done
+        "$VX63" settings import "$DIR/in" --yes; ls -A {ROOT}user_set_usb2 {ROOT}logger_set
+        for folder in user_set_usb2 logger_set; do cp {ROOT}user_set_usb2/A.csv {ROOT}$folder/.hid.csv; done
+        "$VX63" doctor > "$DIR/doctor"
+        "$VX63" settings reset --all --delete --yes; ls -A {ROOT}user_set_usb2 {ROOT}logger_set
+    """)
+    hid = f"vx63: {ROOT}logger_set/.hid.csv: it is no name of a set: it begins with a point: rename or remove "
+    assert result.stdout.splitlines() == [
+        "45 files exported", "65", "45 files imported", f"{ROOT}logger_set:", "logger_setting_file_list.csv", "",
+        f"{ROOT}user_set_usb2:", "A.csv", "user_setting_file_list.csv", f"{ROOT}logger_set:", "", f"{ROOT}user_set_usb2:"]
+    assert result.stderr.splitlines()[:2] == [
+        f"vx63: {meter.folder}/in/user_set_usb2/.hid.csv: no set can be called so: it begins with a point",
+        f"vx63: cannot import {meter.folder}/in: some files are wrong: correct them; nothing was written"]
+    assert hid in result.stderr
+
+
+def test_text_of_a_file_on_a_terminal(meter):
+    """Byte for byte as it stands in the file, but for what a terminal would obey."""
+    (meter.folder / "script").write_text(f"""
+        cd {ROOT}user_set; "$VX63" sets create A --from ch_set/lte
+        printf '1.0.0\\n%s\\n1,1,0,0,"\\033[2J\\na,",723000,0,0,0,0\\n' "$(sed -n 2p A.csv)" > A.new; mv A.new A.csv
+        "$VX63" sets show A --csv | cmp - A.csv && "$VX63" sets show A --csv
+    """)
+    terminal = Terminal(*meter.command("sh", meter.folder / "script"), columns=200, VX63=str(VX63))
+    assert (terminal.finish(), terminal.shown.splitlines()[-1]) == (0, '1,1,0,0,"\\x1B[2J\\x0Aa,",723000,0,0,0,0')
+
+
+PRELOAD = f"ASAN_OPTIONS=verify_asan_link_order=0:detect_leaks=0 LD_PRELOAD={BUILD}/lib/libgone_meanwhile.so"
+
+
+def test_set_that_another_deletes_meanwhile(meter, native):
+    result = meter.shell(f"""
+        "$VX63" sets create A --from ch_set/lte
+        {PRELOAD} "$VX63" sets delete A --yes
+        echo $? && "$VX63" settings check && "$VX63" sets list --jsonl
+    """)
+    assert result.stdout.splitlines()[0] == "0", result.stderr
+    assert '"A"' not in result.stdout
+
+
+def test_set_that_another_deletes_while_files_are_taken_over(meter, native):
+    result = meter.shell(f"""
+        "$VX63" settings export "$DIR/kept" && "$VX63" sets create A --from ch_set/lte
+        {PRELOAD} "$VX63" settings import "$DIR/kept" --yes
+        echo $? && "$VX63" settings check && "$VX63" sets list --jsonl
+    """)
+    assert "0" in result.stdout.splitlines(), result.stderr
+    assert '"A"' not in result.stdout

@@ -386,6 +386,31 @@ def test_check_compares_lists_and_sets(meter):
         "user_set/list              broken: it does not name 'C', which has a file\n")
 
 
+def test_repair(meter):
+    """As a killed command leaves them: a set that is not listed, one that is gone, a list that is gone or cut."""
+    result = meter.shell(f"""
+        for name in A B C D; do "$VX63" sets create $name --from ch_set/pilot; done
+        "$VX63" sets create E --from ch_set/pilot --logger; "$VX63" sets create F --from ch_set/pilot --usb1
+        mv {ROOT}user_set/B.csv {ROOT}user_set/Z.csv
+        rm {ROOT}logger_set/*list.csv; printf 1.0 > {ROOT}user_set_usb1/user_setting_file_list.csv
+        cp {ROOT}user_set/Z.csv {ROOT}user_set/.hid.csv
+        "$VX63" settings check --repair > "$DIR/check"; echo $?; grep broken "$DIR/check"
+        rm {ROOT}user_set/.hid.csv
+        "$VX63" settings check --repair > "$DIR/check"; echo $?
+        "$VX63" sets list; "$VX63" sets list --logger; "$VX63" sets list --usb1
+    """)
+    assert result.stderr == ("vx63: user_set/list is repaired\nvx63: logger_set/list is repaired\n"
+                             "vx63: user_set_usb1/list is repaired\n")
+    assert result.stdout == (
+        "65\n"
+        "user_set/.hid              broken: it is no name of a set: it begins with a point\n"
+        "0\n"
+        "RECORD  NAME  CHANNELS\n0       A     20\n1       Z     20\n2       C     20\n3       D     20\n"
+        "RECORD  NAME  CHANNELS\n0       E     20\n"
+        "RECORD  NAME  CHANNELS\n0       F     20\n")
+    assert notices(meter)[-3:] == [("file", 15), ("file", 36), ("file", 43)]
+
+
 def test_diff(meter):
     result = meter.shell("""
         "$VX63" settings diff; echo $?

@@ -1,6 +1,7 @@
 """vx63 survey: the channels of a site by a plan, in one go and in several."""
 
 import json
+import os
 import re
 import signal
 
@@ -8,7 +9,7 @@ import pytest
 
 from conftest import cannot
 from test_json import validate
-from tool_support import SOURCE, VX63, Meter, Terminal, isolation, run, until  # noqa: F401 (fixture)
+from tool_support import SOURCE, VX63, Terminal, isolation, meter, run, until  # noqa: F401 (fixture)
 
 OUTLETS = """
 site = "Example Street 12"
@@ -35,23 +36,16 @@ limits = { level_dbuv = { fail_below = 40, marginal_above = 73.9, fail_above = 8
 CHANNELS = [("outlet 1", "uhf", "21"), ("outlet 1", "uhf", "22"), ("outlet 1", "uhf", "27"),
             ("outlet 2", "catv", "C24"), ("outlet 2", "catv", "C25"), ("outlet 2", "catv", "C30")]
 KHZ = {"21": 521143, "22": 527143, "27": 557143, "C24": 231000, "C25": 237000, "C30": 267000}
-DEFAULT_SCENE = SOURCE / "vmeter" / "scene" / "default.toml"
 ASKED = "connect the meter, then Enter; s skips, q ends "
 
 
-class QuickMeter(Meter):
-    """The default scene, where every signal locks at once."""
-
-    def command(self, *command, fault=()):
-        scene = self.folder / "scene.toml"
-        scene.write_text(re.sub(r"\block_ms = .*", "lock_ms = 0", DEFAULT_SCENE.read_text()))
-        made = super().command(*command, fault=fault)
-        return [*made[:2], "--scene", scene, *made[2:]]
-
-
-@pytest.fixture
-def meter(tmp_path, isolation):
-    return QuickMeter(tmp_path, isolation)
+@pytest.fixture(autouse=True)
+def quick_printer(tmp_path, monkeypatch):
+    """The reports have tests of their own, with the real one, which takes a second."""
+    (tmp_path / "bin").mkdir()
+    (tmp_path / "bin" / "weasyprint").write_text("#!/bin/sh\ncat > /dev/null\nprintf '%%PDF-1.7\\n'\n")
+    (tmp_path / "bin" / "weasyprint").chmod(0o755)
+    monkeypatch.setenv("PATH", f"{tmp_path / 'bin'}:{os.environ['PATH']}")
 
 
 @pytest.fixture

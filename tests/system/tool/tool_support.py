@@ -15,6 +15,9 @@ import pytest
 from conftest import BUILD, HANG, SOURCE, VMETER, isolation  # noqa: F401 (fixture)
 
 VX63 = BUILD / "bin" / "vx63"
+DEFAULT_SCENE = (SOURCE / "vmeter" / "scene" / "default.toml").read_text()
+CLOCK = "clock_ms = 100\n"
+assert CLOCK in DEFAULT_SCENE
 
 
 def environment(**changes):
@@ -44,26 +47,41 @@ def as_text(stderr):
     return f"vx63: {error['what']}: {error['why']}: {error['hint']}\n"
 
 
+def error(result):
+    """The one line of JSON on standard error."""
+    assert result.stderr.count("\n") == 1
+    return json.loads(result.stderr)["error"]
+
+
 class Meter:
-    """A virtual meter for each command that is run, and the trace of its messages."""
+    """A virtual meter for each command that is run, and the trace of its messages. It shows the default scene, in
+    which time goes ten times as fast as usual: nobody waits for lock."""
 
     def __init__(self, folder, isolation):
         self.folder = folder
         self.isolation = isolation
         self.trace = folder / "trace.jsonl"
+        self.scene = folder / "scene.toml"
+        self.show(DEFAULT_SCENE.replace(CLOCK, "clock_ms = 1000\n"))
 
-    def command(self, *command, fault=()):
+    def show(self, scene):
+        self.scene.write_text(scene)
+
+    def command(self, *command, fault=(), options=()):
         faults = [word for rule in ([fault] if isinstance(fault, str) else fault) for word in ("--fault", rule)]
         self.trace.unlink(missing_ok=True)
-        return [VMETER, "run", *self.isolation, "--trace", self.trace, *faults, "--", *command]
+        return [VMETER, "run", *self.isolation, "--scene", self.scene, "--trace", self.trace, *options, *faults, "--",
+                *command]
 
     def vx63(self, *words, fault=(), **options):
         return run(*self.command(VX63, *words, fault=fault), **options)
 
-    def shell(self, script, fault=(), **options):
-        """A script in which $VX63 is the tool and $DIR a folder for its files."""
-        options.setdefault("env", environment(VX63=str(VX63), DIR=str(self.folder)))
-        return run(*self.command("sh", "-c", script, fault=fault), **options)
+    def shell(self, script, fault=(), by=(), **options):
+        """A script in which $VX63 is the tool and $DIR a folder for its files. `by` is what runs all of it: sudo, which
+        hands no variables on."""
+        env = options.setdefault("env", environment(VX63=str(VX63), DIR=str(self.folder)))
+        variables = ["env", *(f"{name}={value}" for name, value in env.items())] if by else []
+        return run(*by, *variables, *self.command("sh", "-c", script, fault=fault), **options)
 
     def messages(self):
         return [json.loads(line) for line in self.trace.read_text().splitlines()]

@@ -3,71 +3,12 @@ below tmp_path, so that nobody else's machine is touched and everything that is 
 
 import os
 import signal
-import subprocess
 
 import pytest
-from conftest import BUILD, HANG, SERVICES, Process, descendants
+from conftest import SERVICES, Process, descendants
+from room import EMPTY, EXCHANGE, IN_PLACE, SETTINGS, VMETER, room  # noqa: F401
 
 pytestmark = pytest.mark.usefixtures("namespaces")
-
-SETTINGS = ["sys_set", "meas_set", "user_set", "user_set_usb1", "user_set_usb2", "logger_set",
-            "logger_set_usb1", "logger_set_usb2", "ch_set", "pmeas_set"]
-# The build tree as the room sees it: its own place may be below /tmp, of which the room has another.
-VMETER, EXCHANGE = "/media/bin/vx63-vmeter", "/media/bin/vmeter_exchange"
-IN_PLACE = f"{VMETER} run --in-place"
-
-
-class Room:
-    """A shell on a machine of its own, driven line by line."""
-
-    def __init__(self, folder):
-        self.bin, self.log, self.tmp, self.work = (folder / name for name in ("bin", "log", "tmp", "work"))
-        for path in (self.bin, self.log, self.tmp, self.work):
-            path.mkdir()
-        self.shell = subprocess.Popen(
-            ["bwrap", "--dev-bind", "/", "/", "--unshare-ipc", "--unshare-pid", "--proc", "/proc",
-             "--mqueue", "/dev/mqueue",
-             "--bind", self.bin, "/usr/local/bin", "--bind", self.log, "/var/log", "--bind", self.tmp, "/tmp",
-             "--bind", self.work, "/mnt", "--ro-bind", BUILD, "/media", "--die-with-parent", "--chdir", "/mnt",
-             "--", "sh"],
-            stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
-
-    def do(self, line):
-        """Exit status and both outputs of a shell line."""
-        self.shell.stdin.write(f"({line}) 2>&1; status=$?; echo; echo END $status\n")
-        self.shell.stdin.flush()
-        text = ""
-        for shown in self.shell.stdout:
-            if shown.startswith("END "):
-                return int(shown[4:]), text[:-1]
-            text += shown
-        raise AssertionError(text)
-
-    def start(self, options=""):
-        """A meter in the background; gives its run process once it is up. Its command waits for ever."""
-        self.do("mkfifo up")
-        self.do(f"{IN_PLACE} {options} -- sh -c 'echo x > up; exec sleep 100000' > started 2>&1 &")
-        self.do("cat up; rm up")
-        return next(pid for pid, name in descendants(self.shell.pid).items() if name == "vx63-vmeter")
-
-    def left(self):
-        _, queues = self.do("ls /dev/mqueue")
-        return {"bin": sorted(os.listdir(self.bin)), "log": sorted(os.listdir(self.log)),
-                "tmp": sorted(os.listdir(self.tmp)), "queues": queues.split()}
-
-    def close(self):
-        self.shell.stdin.close()
-        self.shell.wait(HANG)
-
-
-EMPTY = {"bin": [], "log": [], "tmp": [], "queues": []}
-
-
-@pytest.fixture
-def room(tmp_path):
-    made = Room(tmp_path)
-    yield made
-    made.close()
 
 
 def test_command_has_a_meter(room):
@@ -99,8 +40,8 @@ def test_logs_of_before_are_appended_to_and_stay(room):
 
 
 def test_queues_of_before_stay(room):
-    room.do(f"echo 'send 3 {'00' * 8}' | {EXCHANGE}")
-    room.do(f"{IN_PLACE} -- sh -c \"echo 'send 4 {'00' * 8}' | {EXCHANGE}\"")
+    room.do(f"echo 'send 3 {'00' * 4}' | {EXCHANGE}")
+    room.do(f"{IN_PLACE} -- sh -c \"echo 'send 4 {'00' * 4}' | {EXCHANGE}\"")
     assert room.left() == {**EMPTY, "queues": ["vx63.3"]}
 
 
@@ -108,7 +49,21 @@ def test_stale_queues_of_the_services_are_removed(room):
     room.do(f"echo 'send 12 110c170004000000{'00' * 4}' | {EXCHANGE}")
     status, text = room.do(f"{IN_PLACE} -- sh -c \"echo 'receive 17 0' | {EXCHANGE}\"")
     assert (status, text) == (0, '{"result": -4}\n')
-    assert room.left() == EMPTY
+    assert room.left() == {**EMPTY, "queues": ["vx63.17"]}  # of who has asked, before
+
+
+@pytest.mark.parametrize("script, status", [("exit 0", 125), ("exit 7", 7)])
+def test_what_cannot_be_taken_away_is_told(room, script, status):
+    (room.log / "libvx63.cpp.txt").write_text("before\n")
+    ended, text = room.do(f"{IN_PLACE} -- sh -c 'mkdir -p /var/log/libvx63_held.txt/held; {script}'")
+    left = room.left()
+    notes = f"/tmp/{left['tmp'][0]}"
+    assert (ended, text) == (status, f"vx63-vmeter: /var/log/libvx63_held.txt: Directory not empty: it stays with {notes} "
+                             "until that is mended and 'vx63-vmeter run --in-place -- true' takes it away\n")
+    assert left == {**EMPTY, "log": ["libvx63.cpp.txt", "libvx63_held.txt"], "tmp": left["tmp"]}
+    (room.log / "libvx63_held.txt" / "held").rmdir()
+    assert room.do(f"{IN_PLACE} -- true") == (0, "")
+    assert room.left() == {**EMPTY, "log": ["libvx63.cpp.txt"]}
 
 
 def test_state_is_kept(room):

@@ -36,6 +36,13 @@ def test_command_not_found():
                             "give the path of a program, or a name on PATH\n")
 
 
+def test_command_whose_name_a_terminal_obeys():
+    ended = vmeter("run", "--", "./\x1b]0;x\n")
+    assert ended.returncode == 127
+    assert ended.stderr == ("vx63-vmeter: ./\\x1B]0;x\\x0A: No such file or directory: "
+                            "give the path of a program, or a name on PATH\n")
+
+
 def test_command_not_executable(tmp_path):
     (tmp_path / "text").write_text("no program")
     ended = vmeter("run", "--", tmp_path / "text")
@@ -68,7 +75,7 @@ def test_what_the_command_left_running_is_ended():
                           stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True) as started:
         started.stdout.readline()
         all_of_it = [Process(pid) for pid in descendants(started.pid)]
-        assert len(all_of_it) >= 9  # 2 bubblewrap, supervisor, 5 services, sh, sleep
+        assert len(all_of_it) >= 10  # guardian, 2 bubblewrap, supervisor, 5 services, sh, sleep
         started.stdin.write("\n")
         started.stdin.close()
         assert started.wait(HANG) == 0
@@ -360,7 +367,7 @@ def parts(pid):
         if name == "bwrap":
             found["first process" if "bubblewrap" in found else "bubblewrap"] = process
         elif name == "vx63-vmeter":
-            found["supervisor"] = process
+            found["supervisor" if "guardian" in found else "guardian"] = process
         elif name == "vmeter_exchange":
             found["command"] = process
     assert SERVICES <= set(names), names
@@ -374,8 +381,8 @@ def on_the_machine():
             for name in sorted(os.listdir(place)) if name.startswith(("vx63-vmeter", "vx63.", "libvx63")) or name in SETTINGS]
 
 
-@pytest.mark.parametrize("part, status", [("run", -signal.SIGKILL), ("bubblewrap", 137), ("first process", None),
-                                          ("supervisor", 137), ("command", 137)])
+@pytest.mark.parametrize("part, status", [("run", -signal.SIGKILL), ("guardian", 137), ("bubblewrap", 137),
+                                          ("first process", None), ("supervisor", 137), ("command", 137)])
 def test_nothing_is_left_when_a_part_is_killed(tmp_path, part, status):
     before = on_the_machine()
     client = Client(VMETER, "run", "--state", tmp_path, "--")

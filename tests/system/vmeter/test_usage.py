@@ -65,6 +65,10 @@ def test_help(command):
     assert "--inside" not in ended.stdout
 
 
+def test_run_says_that_it_is_no_sandbox():
+    assert "Not a security boundary" in vmeter("run", "--help").stdout
+
+
 @pytest.mark.parametrize("columns, width", [(20, 40), (40, 40), (80, 80), (200, 80)])
 @pytest.mark.parametrize("command", [[], ["run"], ["serve"], ["check"], ["state"]])
 def test_help_fits(command, columns, width, monkeypatch):

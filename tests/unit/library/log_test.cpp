@@ -210,6 +210,7 @@ TEST_F(LogTest, ADirectoryAtThePathIsLeftAlone)
     EXPECT_EQ(vx63_init(18), -2);
     EXPECT_EQ(vx63_init(5), 0);
     EXPECT_TRUE(fs::is_empty(kLogPath));
+    EXPECT_NE(fcntl(STDIN_FILENO, F_GETFD), -1); // nothing was opened, and nothing is closed
 }
 
 TEST_F(LogTest, APipeAtThePathIsNotOpened)
@@ -257,6 +258,7 @@ TEST_F(LogTest, ThePathIsWrittenBeforeUse)
     memset(g_cLibTestLogFilePath, 'x', sizeof g_cLibTestLogFilePath);
     vx63_init(18);
     EXPECT_STREQ(g_cLibTestLogFilePath, "/var/log/libvx63.cpp.txt");
+    EXPECT_EQ(std::string(g_cLibTestLogFilePath + 25, 231), std::string(231, 'x'));
     EXPECT_EQ(logLines().size(), 3u);
 }
 

@@ -166,7 +166,7 @@ const OperationCost kFailures[] = {
     {"vx63_setMeasInput(late)", 6, 1, {{"getpid", 1}}, setInput, VX63_ERR_COMM, IsOneBehind},
     {"vx63_setMeasInput(asked)", 6, 1, kRefusal, setInput, VX63_ERR_COMM, AsksInstead},
     {"vx63_getKeyStatus(silence)", 19, 1, {}, getKeys, VX63_ERR_COMM, IsSilent},
-    {"vx63_readSetFile(long)", 3, 0, {{"write", -2}, {"writev", 2}}, readLongName, -1},
+    {"vx63_readSetFile(long)", 3, 0, {{"write", -1}, {"writev", 1}}, readLongName, -1},
 };
 
 } // namespace

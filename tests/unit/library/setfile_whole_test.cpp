@@ -146,7 +146,8 @@ TEST_F(WholeFileTest, ReadRefusesANameThatThePathBufferDoesNotHold)
         const std::string name(size, 'n');
         EXPECT_EQ(vx63_readSetFile(14, dat.data(), name.c_str(), 0), -1);
         EXPECT_THAT(logMessages(), ElementsAre("vx63_readSetFile: Start.", readLine(14, dat.data(), name, 0),
-                                               "vx63_readSetFile: arg error. pcMeasFileName=[" + name + "]"));
+                                               "vx63_readSetFile: arg error. pcMeasFileName=[" +
+                                                   name.substr(0, 64) + "]..."));
     }
     EXPECT_EQ(dat, std::vector<uint8_t>(324 * 28, 0xEE));
     // "/usr/local/bin/logger_set_usb2/" is 7 longer.
@@ -260,9 +261,10 @@ TEST_F(WholeFileTest, WriteRefusesANameThatThePathBufferDoesNotHold)
         vx63test::removeLog();
         const std::string name(size, 'n');
         EXPECT_EQ(vx63_writeSetFile(14, dat.data(), name.c_str(), 1), -1);
-        EXPECT_THAT(logMessages(),
-                    ElementsAre("vx63_writeSetFile: Start.", writeLine(14, dat.data(), name, 1),
-                                "vx63_writeSetFile: arg error. pcMeasFileName=[" + name + "]"));
+        EXPECT_THAT(
+            logMessages(),
+            ElementsAre("vx63_writeSetFile: Start.", writeLine(14, dat.data(), name, 1),
+                        "vx63_writeSetFile: arg error. pcMeasFileName=[" + name.substr(0, 64) + "]..."));
     }
 }
 

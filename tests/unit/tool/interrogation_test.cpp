@@ -238,6 +238,12 @@ TEST(Interrogation, EveryTroubleHasItsWords)
         EXPECT_EQ(troubleRemedy(diagnosis) == "", diagnosis.trouble == Trouble::restarted) << trouble;
     }
     EXPECT_EQ(troubleText({Trouble::queue, -2, 0}), "its message queue is not permitted (lmsg_err=-2)");
+    EXPECT_EQ(troubleText({Trouble::queue, -7, 0}),
+              "its message queue is not trusted: another user can read it or answer in it (lmsg_err=-7)");
+    EXPECT_EQ(
+        troubleText({Trouble::ownQueue, -7, 0, "/vx63.17 belongs to nobody (65534), mode 0666"}),
+        "the message queue for its answers is not trusted: /vx63.17 belongs to nobody (65534), mode 0666 "
+        "(lmsg_err=-7)");
     EXPECT_EQ(troubleText({Trouble::refused, 4, 0}), "refuses the request (usOptOrRet=0004)");
 }
 

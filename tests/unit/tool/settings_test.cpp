@@ -70,7 +70,7 @@ TEST(SettingsName, EveryFileHasItsName)
     };
     ASSERT_EQ(std::size(kNames), 50u);
     for (uint32_t id = 0; id < 50; ++id) {
-        EXPECT_EQ(nameOf({id, ""}), kNames[id]);
+        EXPECT_EQ(nameOf({id, kAnySet}), kNames[id]);
         if (kindOf(id) == FileKind::set)
             continue;
         EXPECT_EQ(fileNamed("FILE", kNames[id]).fileId, id);

@@ -238,6 +238,21 @@ TEST_F(Plans, MistakesOfChannels)
               "6: list.capture: a level carrier has no constellation");
 }
 
+// A plan of a megabyte can ask for more than any memory holds.
+TEST_F(Plans, ChannelsHaveAnEnd)
+{
+    std::string list = kHead + "[[list]]\nname = \"x\"\nfrequencies = [";
+    for (int khz = 100000; khz < 101000; ++khz)
+        list += "\"" + std::to_string(khz) + "\",";
+    list += "]\n";
+    std::string points;
+    for (int i = 1; i <= 100; ++i)
+        points += "[[point]]\nname = \"" + std::to_string(i) + "\"\n";
+    EXPECT_EQ(read(list + points).survey.points.size(), 100U);
+    EXPECT_EQ(refusal(list + points + kPoint),
+              "205: point.list: comes to more than 100000 channels with those of the points before");
+}
+
 TEST_F(Plans, WhatIsMeasuredIsNotLeft)
 {
     const SurveyPlan plan =

@@ -168,6 +168,17 @@ TEST(Words, OfAChannel)
               "pass: incomplete, 1 of 6 channels is not measured: 3 pass, 2 not judged");
 }
 
+TEST(Words, OfAStrongSignalThatIsNone)
+{
+    SurveyResults some = results();
+    some.readings[2].reading.judgement.unrecognised = true;
+    const SurveyOutcome outcome = outcomeOf(some);
+    const ChannelOutcome& channel = outcome.points[0].lists[0].channels[2];
+    EXPECT_STREQ(verdictWord(channel), "not judged");
+    EXPECT_EQ(verdictText(channel), "not recognised");
+    EXPECT_FALSE(isSilent(channel));
+}
+
 TEST(Report, HostileTexts)
 {
     SurveyResults hostile = results();

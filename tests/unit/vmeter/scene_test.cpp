@@ -515,8 +515,64 @@ TEST(Scene, SyntaxErrorsTellFileAndLine)
 TEST(Scene, WhatTripsTheParserIsRefusedLikeAnyOther)
 {
     EXPECT_EQ(refusal("[="), "x.toml:1: syntax: no key, value or table header");
+    EXPECT_EQ(refusal("seed \xCF\x9D = 1"),
+              "x.toml:1: syntax: Error while parsing key-value pair: expected '=', "
+              "saw '\xCF\x9D'"); // asked whether it is a blank
     EXPECT_EQ(refusal("seed = 1\n\n[[[\n\nclock_ms = 3\n"),
               "x.toml:3: syntax: no key, value or table header");
+}
+
+// As many tables in each other as a megabyte has room for would be more than the stack has.
+TEST(Scene, KeysHaveAnEnd)
+{
+    const auto key = [](size_t parts) {
+        std::string text = "a";
+        while (--parts > 0)
+            text += ".a";
+        return text;
+    };
+    const std::string refused = "syntax: a key of more than 100 parts";
+    EXPECT_EQ(refusal(key(100) + " = 1").find("x.toml:1: a: unknown key; "), 0u);
+    EXPECT_EQ(refusal("\n" + key(101) + " = 1"), "x.toml:2: " + refused);
+    EXPECT_EQ(refusal("[" + key(500000) + "]"), "x.toml:1: " + refused);
+    EXPECT_EQ(refusal("seed = 1 # " + key(200) + "\n[[" + key(500000) + "]]"), "x.toml:2: " + refused);
+    EXPECT_EQ(refusal("light = [{ wavelength_nm = 1310, " + key(500000) + " = 1 }]"), "x.toml:1: " + refused);
+    for (const std::string quotes : {"\"", "'", "\"\"\"", "'''"}) { // what looks like a key in a text is none
+        const std::string start = "[product]\nmodel_code = " + quotes;
+        EXPECT_EQ(refusal(start + key(4) + quotes + "\n# " + key(200) + "\n"), "accepted");
+        EXPECT_EQ(refusal(start + key(4) + quotes + "\n\n" + key(101) + "=1"), "x.toml:4: " + refused);
+        EXPECT_EQ(refusal(start + key(200) + quotes),
+                  "x.toml:2: product.model_code: must be at most 8 printable ASCII characters");
+    }
+    // Quotes that end a text, and those that belong to it.
+    for (const std::string text :
+         {R"("""a"""")", "'''a'''''", R"("""\"""")", "\"\"\"\n\"a\"\n\"\"\"", R"("\"")"})
+        EXPECT_EQ(refusal("product = { model_code = " + text + ", " + key(101) + " = 1 }"),
+                  "x.toml:" + std::to_string(1 + std::count(text.begin(), text.end(), '\n')) + ": " + refused)
+            << text;
+}
+
+// At each point in a key the parser goes through all tables that such keys have made.
+TEST(Scene, PointsInKeysHaveAnEnd)
+{
+    std::string text = "noise_figure_db = 1.5 # 1.2.3\n";
+    for (int i = 0; i < 50000; ++i)
+        text += "t" + std::to_string(i) + ".a = 1.5\n";
+    EXPECT_EQ(refusal(text).find("x.toml:2: t0: unknown key; "), 0u);
+    EXPECT_EQ(refusal(text + "a = 1.5\nb.c = 1\n"), "x.toml:50003: syntax: more than 50,000 points in keys");
+}
+
+// Of a long file no more is read again than has to be.
+TEST(Scene, LineOfAnAssertionInALongFile)
+{
+    std::string text;
+    for (int i = 0; i < 1000; ++i)
+        text += "k" + std::to_string(i) + " = 1\n";
+    const std::string refused = ": syntax: no key, value or table header";
+    EXPECT_EQ(refusal(text + "[=\n" + text), "x.toml:1001" + refused);
+    EXPECT_EQ(refusal(text + std::string(1000, '\n') + "[=" + std::string(1000, ' ') + "\n\n"),
+              "x.toml:2001" + refused);
+    EXPECT_EQ(refusal(text + "[="), "x.toml:1001" + refused);
 }
 
 // Any damage to a scene gives a scene or a refusal.

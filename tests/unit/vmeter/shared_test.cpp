@@ -46,6 +46,28 @@ TEST(SharedMeter, OtherProcessesSeeIt)
     EXPECT_EQ(shared.comeBackMs(4), 300);
 }
 
+TEST(SharedMeter, AProcessSuspendedInACallHoldsUpNobodyWhoOnlyLooks)
+{
+    SharedMeter shared(5, 0);
+    const pid_t pid = fork();
+    ASSERT_GE(pid, 0);
+    if (pid == 0) {
+        shared.update([](State& state) {
+            state.ulSimMs = 7;
+            raise(SIGSTOP);
+        });
+        _exit(0);
+    }
+    int how = 0;
+    ASSERT_EQ(waitpid(pid, &how, WUNTRACED), pid);
+    EXPECT_FALSE(shared.stateInTime());
+    kill(pid, SIGCONT);
+    ASSERT_EQ(waitpid(pid, &how, 0), pid);
+    const auto state = shared.stateInTime();
+    ASSERT_TRUE(state);
+    EXPECT_EQ(state->ulSimMs, 7u);
+}
+
 TEST(SharedMeter, AProcessKilledInACallLeavesTheStateAsItWas)
 {
     SharedMeter shared(5, 0);

@@ -100,5 +100,15 @@ TEST(StateText, IsAValueALine)
     EXPECT_THROW(stateText(""), std::runtime_error);
 }
 
+// What answers need not be a meter.
+TEST(StateText, OfAStrangerIsHarmless)
+{
+    EXPECT_EQ(stateText(R"({"a\u001b[2J":"\n\u009b","b\u001b":{"c":["\u007f"]}})"),
+              "a\\x1B[2J                    \\x0A\\xC2\\x9B\n"
+              "b\\x1B.c                     [\"\\x7F\"]\n");
+    EXPECT_THROW(stateText("{\"a\":" + std::string(200000, '[') + std::string(200000, ']') + "}"),
+                 std::runtime_error);
+}
+
 } // namespace
 } // namespace vmeter
