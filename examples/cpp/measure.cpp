@@ -50,7 +50,7 @@ void require(const char* what, int32_t result)
         throw std::runtime_error(std::string("cannot ") + what + ": " + resultText(result));
 }
 
-// Measures for as long as it lives.
+// Measures until it is stopped; where something else failed, for as long as it lives.
 class Measurement {
 public:
     explicit Measurement(const MeasCondition& condition)
@@ -61,8 +61,14 @@ public:
     Measurement& operator=(const Measurement&) = delete;
     ~Measurement()
     {
-        if (const int32_t result = vx63_stopSingleMeas(0); result != VX63_OK)
-            std::fprintf(stderr, "measure: cannot stop the measurement: %s\n", resultText(result).c_str());
+        if (m_runs)
+            vx63_stopSingleMeas(0);
+    }
+
+    void stop()
+    {
+        m_runs = false;
+        require("stop the measurement", vx63_stopSingleMeas(0));
     }
 
     // Polls until the channel is locked and bits were counted.
@@ -89,6 +95,7 @@ public:
     }
 
 private:
+    bool m_runs = true;
     SingleMeasResult m_result{};
 };
 
@@ -132,6 +139,7 @@ void measure(uint32_t frequencyKhz)
     const SingleMeasResult& collected = measurement.readPoints();
     if (const int count = std::min<int>(collected.CONS_NUM, VX63_CONSTA_POINTS_MAX); count > 0)
         std::printf("MER             %.1f dB\n", modulationErrorRatio(collected.points, count));
+    measurement.stop();
 }
 
 } // namespace
