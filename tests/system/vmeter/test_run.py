@@ -70,7 +70,7 @@ def test_ignored_signals_stay_ignored():
     assert (ended.returncode, ended.stdout) == (0, "lives\n")
 
 
-def test_what_the_command_left_running_is_ended():
+def test_what_the_command_left_running_is_ended(native):  # the emulator adopts no orphans
     with subprocess.Popen([VMETER, "run", "--", "sh", "-c", "setsid sleep 1000 & echo $!; read end"],
                           stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True) as started:
         started.stdout.readline()
