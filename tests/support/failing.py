@@ -1,8 +1,11 @@
 """A campaign that tries many things at many system calls; and a call that fails, in whatever is done: what every such
 campaign does and holds."""
 
+import os
 import random
+import re
 import shutil
+import subprocess
 import sys
 import time
 from pathlib import Path
@@ -11,6 +14,7 @@ from at_call import ERRORS, LOG, PLACE, files, inside, leftovers, put, run
 
 VX63 = PLACE / "bin" / "vx63"
 OUT = Path("/mnt/out")
+SHARE = "CAMPAIGN_SHARE"  # which of how many copies this one is, from 0 on
 
 
 class Finding(Exception):
@@ -99,18 +103,32 @@ def prepare():
     return files()
 
 
+def on_all_processors():
+    """The campaign once for each processor, each with its share; ends with the worst of their exit statuses."""
+    count = os.cpu_count()
+    copies = [subprocess.Popen([sys.executable, *sys.argv], env={**os.environ, SHARE: f"{share}/{count}"},
+                               stdout=subprocess.PIPE, text=True) for share in range(count)]
+    told = "".join(copy.communicate()[0] for copy in copies)
+    print(told, f"executions: {sum(map(int, re.findall('^executions: (.*)', told, re.MULTILINE)))}", sep="")
+    sys.exit(max(copy.returncode for copy in copies))
+
+
 def campaign(kinds, meter=True, short=None):
     """The cases of each kind, or those that the command names, by SECONDS and SEED of the command; in the short form
-    those of `short`. They take turns, so that each gets its share of a time that is short."""
+    those of `short`. They take turns, so that each gets its share of a time that is short. The long form has a machine
+    for each processor."""
     seconds, seed, *names = float(sys.argv[1]), int(sys.argv[2]), *sys.argv[3:]
     names = names or (short if seconds <= 1 else None) or [name for all_ in kinds.values() for name in all_]
+    if seconds > 1 and SHARE not in os.environ:
+        on_all_processors()
+    share, shares = map(int, os.environ.get(SHARE, "0/1").split("/"))
     inside(meter)
     OUT.mkdir()
     begin = prepare() if meter else {}
     draw = random.Random(seed)
     todo = []
     for case in [kind(name, begin) for kind, all_ in kinds.items() for name in all_ if name in names]:
-        tries = case.todo()
+        tries = case.todo()[share::shares]
         draw.shuffle(tries)
         print(f"{case.name}: {len(tries)} tries", flush=True)
         todo.append([(case, one) for one in (tries[:case.sample] if seconds <= 1 else tries)])
