@@ -62,3 +62,21 @@ def test_a_command_that_cannot_be_forked(room):
     assert said == "vx63-vmeter: fork: Resource temporarily unavailable: end other programs"
     told = json.loads(told)
     assert (told["failed"], told["status"], told["left"]) == ("clone", 125, [])
+
+
+@pytest.mark.parametrize("call, last", [("newfstatat", 60), ("unlinkat", 15), ("mq_unlink", 4)])
+def test_a_call_that_fails_once_while_all_is_taken_away(room, call, last):
+    """It is tried again; and who cannot tell whether a log was there before lets it be."""
+    log = room.log / "libvx63_key.txt"
+    log.write_text("before\n")
+    known = f"{KILLED_AT} --only {call} -o told"
+    commands = f"{VMETER} run --in-place -- sh -c 'echo new > /var/log/libvx63.cpp.txt'"
+    _, told = room.do(f"{known} calls {commands}; cat told")
+    count = json.loads(told)["count"]
+    for number in range(count - last + 1, count + 1):
+        _, text = room.do(f"{known} fail {number} ENOMEM {commands}; cat told")
+        *said, told = text.splitlines()
+        told = json.loads(told)
+        assert (said, told["status"], told["failed"]) == ([], 0, call), told
+        assert room.left() == {**EMPTY, "log": [log.name]}, told
+        assert log.read_text() == "before\n", told
