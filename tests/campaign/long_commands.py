@@ -27,7 +27,7 @@ LOG = Path("/var/log/libvx63.cpp.txt")
 LOG_LIMIT = 2_097_152 + 65_536
 WARM = 1.5  # seconds
 QUEUES = {f"vx63.{number}" for number in (0, 6, 8, 10, 12, 1, 2, 9, 17)}  # of services, and of what is run here
-POINTS = 20_000  # hours, where each waits for lock
+POINTS = 2_000  # of 40 channels: hours, where each waits for lock
 # It keeps what it has measured for the report: its memory is told, not judged. SIGTERM would let it write that.
 SURVEY = "survey plan.toml --yes --id 1"
 QUIET = ["status --json", "info", "doctor", "buzzer alarm", "settings check", "sets create NEW --from ch_set/lte",
@@ -134,7 +134,7 @@ def inside(seconds, seed, name, folder):
     until_stopped, beside = METERS[name]
     plan = "".join(f'[[point]]\nname = "{i}"\n' for i in range(POINTS))
     (folder / "plan.toml").write_text(
-        'site = "Example Street 12"\n[[list]]\nname = "terrestrial"\nplan = "uhf"\nchannels = "27"\n' + plan)
+        'site = "Example Street 12"\n[[list]]\nname = "terrestrial"\nplan = "uhf"\nchannels = "13-52"\n' + plan)
     subprocess.run([VX63, "info", "--id", "9"], stdout=subprocess.DEVNULL, timeout=HANG, check=True)  # makes the log
     commands = [Command(words, folder) for words in until_stopped]
     short = 0
