@@ -60,9 +60,10 @@ def session(seed, count, state):
     threads = rng.choice([1, 2, 13])
     rules = draw_rules(rng)
     with Client(VMETER, "run", "--state", state, *rules, "--", program=CALLER) as client:
-        meter = {pid: name for pid, name in descendants(client.process.pid).items() if name.startswith("vx63-")}
         client.order(f"patience {PATIENCE_MS}")
         client.order(f"many {min(1000, count)} {rng.randrange(1 << 30)} {threads}")
+        meter = {pid: name for pid, name in descendants(client.process.pid).items() if name.startswith("vx63-")}
+        assert meter, "no process of the meter is seen"
         before = {pid: pages(pid) for pid in meter}
         told = client.order(f"many {count} {rng.randrange(1 << 30)} {threads}")
         after = {pid: pages(pid) for pid in meter if os.path.exists(f"/proc/{pid}")}  # one may have died
