@@ -41,9 +41,9 @@ class Meter(Case):
         self.kept = KEPT["--state" in self.words]
         super().__init__(name, begin)
 
-    def try_one(self, number, error):
+    def try_one(self, call, number, error):
         self.error = error
-        super().try_one(number, error)
+        super().try_one(call, number, error)
 
     def do(self, mode):
         return at_call(mode, VMETER, *self.words)
