@@ -4,17 +4,19 @@
   suspended.py SECONDS SEED [KIND...]   1 second: each kind once
 
 Suspended are: a service, the client of the library, all services with their supervisor (which is asked for the state),
-vx63 (whose clock runs fifty times
-as fast), and any or all processes of a `vx63-vmeter run` of its own. Held against: documented results and exit codes,
-records, texts and settings files that are wholly old or new; when all go on, no more readings are lost than when a
-service was killed, no value is an old one, the next vx63 is in step, and nothing is left.
+vx63 (whose clock runs fifty times as fast, but for the live view, whose threads wait for each other), and any or all
+processes of a `vx63-vmeter run` of its own. Held against: documented results and exit codes, records, texts and settings
+files that are wholly old or new; when all go on, no more readings are lost than when a service was killed, no value is
+an old one, the next vx63 is in step, a survey goes on where it was, and nothing is left.
 """
 
 import contextlib
+import itertools
 import json
 import os
 import random
 import re
+import shutil
 import signal
 import subprocess
 import sys
@@ -23,7 +25,7 @@ import time
 from pathlib import Path
 
 sys.path[:0] = [str(Path(__file__).resolve().parents[1] / folder) for folder in ("support", "system")]
-from at_call import LOG, PLACE, files, inside, leftovers, put, run  # noqa: E402
+from at_call import LOG, PLACE, Ended, files, inside, leftovers, put, run  # noqa: E402
 from failing import Finding, check  # noqa: E402
 
 if "VX63_INSIDE" in os.environ:
@@ -35,15 +37,18 @@ from restarts import CALLER, LIMIT, MOST_LOST, OK, PATIENCE_MS, READINGS, Thread
 VX63 = PLACE / "bin" / "vx63"
 TIMES = 50  # hurried_clock.cpp
 SHORT, LONG = 0.01, 2 * PATIENCE_MS / 1000  # suspensions of what the client calls; the time-out lies in between
-OF_TOOL = 0.02, 1.3 * 10 / TIMES
+OF_TOOL = 0.02, 1.3 * 10
+NO_PROGRAMS = "/nowhere"  # a PATH: a report as PDF would take its time
 HANG = 60  # seconds, longer than anything takes
 INPUTS = "vx63_setMeasInput", "vx63_setMeasInput(1)"
 UNTOLD = "vx63-vmeter: state: the meter does not tell: ask as the user who started it; "\
          "let a service that was stopped go on (kill -CONT)\n"
 ERROR = re.compile(r"vx63: [^:\n]+: .+: .+\n")
 
+LIVE = "live --channel 27 --interval 0 --count 3 --csv"  # tells of what does not answer, and goes on
 # What vx63 is asked, and the exit codes beside 0 that tell of a meter that did not answer in time.
 COMMANDS = {
+    "update --program main --new-version 2.0 --size 1048576 --yes": (1, 11),
     "info --json": (1, 11),
     "status --json": (1, 11, 13),
     "measure single --channel 27 --json": (1, 3, 11),
@@ -54,7 +59,12 @@ COMMANDS = {
     "sets delete B --yes": (1, 11),
     "settings reset user_set/list --yes": (1, 11),
     "doctor --json": (5,),
+    LIVE: (),
 }
+PLAN = Path("/mnt/plan.toml")
+SURVEY = ["survey", PLAN, "--yes"]
+POINTS, CHANNELS = "abc", ("16", "27")  # of which one does not pass
+OF_SURVEY = 1, 3, 11, 13, 14
 
 
 def services():
@@ -173,6 +183,24 @@ def good_log():
     return text
 
 
+def disturbed(words, seconds, rng, meanwhile=lambda: None, hurried=True):
+    """vx63 while it, a service or the meter is suspended once within its time."""
+    environment = os.environ | {"PATH": NO_PROGRAMS}
+    if hurried:
+        environment["LD_PRELOAD"] = str(PLACE / "lib" / "libhurried_clock.so")
+    with subprocess.Popen([VX63, *words], env=environment, stdin=subprocess.DEVNULL,
+                          stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True) as tool:
+        pids = rng.choice([[tool.pid], [services()[rng.choice(list(READINGS))]], everyone()])
+        disturber = later(rng.random() * seconds, pids, rng.choice(OF_TOOL) / (TIMES if hurried else 1), rng, meanwhile)
+        try:
+            out, error = tool.communicate(timeout=HANG)
+        except subprocess.TimeoutExpired:
+            tool.kill()
+            raise Finding(f"{words} does not end") from None
+        disturber.join()
+    return Ended(tool.returncode, out, error, {})
+
+
 class Tool:
     def __init__(self, begin):
         self.begin = begin
@@ -191,33 +219,25 @@ class Tool:
         reader.catch_up()
         put(self.begin)
         LOG.write_bytes(b"")
-        environment = os.environ | {"LD_PRELOAD": str(PLACE / "lib" / "libhurried_clock.so")}
-        with subprocess.Popen([VX63, *words.split()], env=environment, stdin=subprocess.DEVNULL,
-                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True) as tool:
-            pids = rng.choice([[tool.pid], [services()[rng.choice(list(READINGS))]], everyone()])
-            seen = {}
-            disturber = later(rng.random() * seconds, pids, rng.choice(OF_TOOL), rng, lambda: seen.update(files()))
-            try:
-                told, error = tool.communicate(timeout=HANG)
-            except subprocess.TimeoutExpired:
-                tool.kill()
-                raise Finding(f"{words} does not end") from None
-            disturber.join()
-        what = f"{words}: {tool.returncode}: {error}"
-        check(tool.returncode == 0 or tool.returncode in codes, "exit code of", what)
+        seen = {}
+        tool = disturbed(words.split(), seconds, rng, lambda: seen.update(files()), words != LIVE)
+        told, error = tool.out, tool.err
+        what = f"{words}: {tool.code}: {error}"
+        check(tool.code == 0 or tool.code in codes, "exit code of", what)
         log = good_log()
         now = files()
         check(leftovers(now) == [], what, "leaves", leftovers(now))
         for path in seen.keys() - set(leftovers(seen)):
             check(seen[path] in (self.begin.get(path), new.get(path)), path, "while it is suspended by", what)
-        if tool.returncode == 0:
+        if tool.code == 0:
             check(now == new, what, "is told as done, and is not")
-            check(error == "", "an error with exit code 0:", what)
+            check(error == "" or words == LIVE, "an error with exit code 0:", what)
             if "--json" in words:
                 check(type(json.loads(told)) is type(json.loads(out)), "other output of", what, told)
         else:
             check(all(text in (self.begin.get(path), new.get(path)) for path, text in now.items()), what, "is half done")
-            check(b"timeout error" in log or tool.returncode == 3, "no time-out is the reason of", what,
+            # The doctor tells also of an answer that came when the vx63 before it had gone.
+            check(b"timeout error" in log or tool.code == 3 or "doctor" in words, "no time-out is the reason of", what,
                   [line for line in log.splitlines() if b"rror" in line])
             if not told:
                 check(error.startswith("{") or ERROR.fullmatch(error), "text of", what)
@@ -230,6 +250,47 @@ class Tool:
         check(json.loads(ended.out)["input"] == number, "an old value:", ended.out, "after", what)
         ended = run(VX63, "info", "--json")
         check((ended.code, ended.out) == (0, self.right["info --json"][0]), "the next command:", ended, "after", what)
+
+
+class Survey:
+    """Whatever happened, what is measured is there whole, and the same command, given again, measures the rest."""
+
+    def __init__(self):
+        points = "".join(f'[[point]]\nname = "{point}"\n' for point in POINTS)
+        PLAN.write_text(f'site = "Example Street 12"\n[[list]]\nname = "terrestrial"\nplan = "uhf"\n'
+                        f'channels = "{",".join(CHANNELS)}"\n{points}')
+        start = time.monotonic()
+        self.readings(self.measure(), list(itertools.product(POINTS, CHANNELS)))
+        self.seconds = time.monotonic() - start
+
+    def __call__(self, reader, rng):
+        shutil.rmtree(PLAN.with_suffix(""))
+        reader.catch_up()
+        check(run(VX63, "input", "0").code == 0, "the input is not set")  # at another, each channel waits for lock
+        ended = disturbed(SURVEY, self.seconds, rng)
+        check(ended.code in OF_SURVEY and ERROR.fullmatch(ended.err.splitlines(True)[-1]), "the survey ends with", ended)
+        first = self.readings(ended)
+        reader.catch_up()
+        again = self.measure()
+        all_ = self.readings(again, list(itertools.product(POINTS, CHANNELS)))
+        check(all_[:len(first)] == first, "measured is another", ended, again)
+        reader.catch_up()
+
+    @staticmethod
+    def measure():
+        ended = subprocess.run([VX63, *SURVEY], env=os.environ | {"PATH": NO_PROGRAMS}, stdin=subprocess.DEVNULL,
+                               capture_output=True, text=True, timeout=HANG, check=False)
+        check(ended.returncode == 14, "the survey ends with", ended)
+        return ended
+
+    @staticmethod
+    def readings(ended, wanted=None):
+        results = PLAN.with_suffix("") / "results.jsonl"
+        lines = [json.loads(line) for line in results.read_text().splitlines()] if results.exists() else []
+        readings = [line for line in lines if line["kind"] == "reading"]
+        found = [(reading["point"], reading["channel"]) for reading in readings]
+        check(len(found) == len(set(found)) and wanted in (None, found), "measured is", found, ended)
+        return readings
 
 
 # ---- a meter of its own ----
@@ -266,7 +327,8 @@ def main():
     inside()
     os.environ["VX63_PROCESS_ID"] = "15"  # of vx63: restarts.py has others
     tool = Tool(prepare())
-    kinds = {"service": service, "client": client, "meter": meter, "state": state, "tool": tool, "run": meters}
+    kinds = {"service": service, "client": client, "meter": meter, "state": state, "tool": tool, "survey": Survey(),
+             "run": meters}
     only = sys.argv[3:] or list(kinds)
     end = time.monotonic() + seconds
     count = findings = 0

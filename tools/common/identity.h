@@ -20,8 +20,9 @@ enum class OldAnswers { forget, keep };
 
 // While it lives, the calling thread is the process `id` and no other vx63 of this user in the same IPC
 // namespace is: two of them would take each other's answers. The kernel releases the id however the program
-// ends. Answers that one left which was killed are taken out of the queue of the id: each call would get the
-// one to the call before, and a lone call an old one for its own.
+// ends. Answers that nobody waits for are taken out of the queue of the id before and after, those that one
+// left which was killed and those of this one: each call of whoever uses the id next would get the one to the
+// call before, and a lone call an old one for its own.
 class Identity {
 public:
     // Throws Failure when the id is taken.
@@ -31,6 +32,10 @@ public:
     Identity& operator=(const Identity&) = delete;
 
 private:
+    void takeOldAnswers() const;
+
+    int32_t m_id;
+    OldAnswers m_old;
     std::string m_path;
     int m_fd = -1;
 };

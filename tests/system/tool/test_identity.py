@@ -30,6 +30,12 @@ def test_id_is_free_after_a_crash(meter):
     assert result.stdout == "0\n"
 
 
+def test_no_answer_is_left_to_who_has_the_id_next(meter):
+    result = meter.shell("$VX63 measure single --channel 27 > /dev/null; echo $?; cat /dev/mqueue/vx63.17",
+                         fault="meas/single-start:1=twice")
+    assert result.stdout.startswith("0\nQSIZE:0 ")
+
+
 def test_one_id_in_two_meters(meter, isolation):
     if isolation:
         cannot("one meter at a time without namespaces")
