@@ -19,6 +19,7 @@ using Clock = std::chrono::steady_clock;
 // A call that fails sooner than this was answered, but not with its own answer.
 constexpr std::chrono::seconds kAtOnce{4};
 constexpr unsigned kMaxBehind = 3;
+constexpr unsigned kMostOld = 100; // somebody may send without end
 
 // Answers that lie in our queue ahead of each new one. Every call puts one in and takes one out, so the
 // queue never gets shorter again: from then on a call has to be made as many times more for its answer to be
@@ -63,14 +64,19 @@ int32_t exchange(const std::function<int32_t()>& call)
     return result;
 }
 
+bool isBehind()
+{
+    return s_behind > 0;
+}
+
 void forgetAnswers(int32_t id, uint32_t quietMs)
 {
     // The library takes no answer without asking. Whatever platform it is linked with has this call.
     static const auto receive = reinterpret_cast<decltype(&lmsg_trcvMq)>(dlsym(RTLD_DEFAULT, "lmsg_trcvMq"));
     std::array<uint8_t, LMSG_SIZE_MAX> message;
-    while (receive != nullptr &&
-           receive(static_cast<uint8_t>(id), message.data(), message.size(), nullptr, quietMs) == LMSG_OK) {
-    }
+    int32_t result = receive != nullptr ? LMSG_OK : LMSG_ERR_RESOURCE;
+    for (unsigned taken = 0; taken < kMostOld && result == LMSG_OK; ++taken)
+        result = receive(static_cast<uint8_t>(id), message.data(), message.size(), nullptr, quietMs);
     s_behind = 0;
 }
 

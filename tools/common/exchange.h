@@ -14,6 +14,9 @@ namespace tool {
 // any service before the first call of all, none is ever made. Returns the result.
 int32_t exchange(const std::function<int32_t()>& call);
 
+// Whether answers lie in our queue ahead of each new one.
+bool isBehind();
+
 // Takes answers to earlier, abandoned calls out of the queue of the process id, until none has come for a
 // while: after a service was silent, each request that lay before it has one.
 void forgetAnswers(int32_t id, uint32_t quietMs = 300);

@@ -93,7 +93,7 @@ void setDoctorId(int32_t id)
     s_doctorCommand = format("'vx63 doctor --id %d'", id);
 }
 
-Identity::Identity(int32_t id, OldAnswers old) : m_id(id), m_old(old), m_path(lockPath(id))
+Identity::Identity(int32_t id, OldAnswers old) : m_id(id), m_path(lockPath(id))
 {
     while (!m_path.empty()) {
         // O_NONBLOCK: whatever lies there, a FIFO too, must not hold us up.
@@ -115,24 +115,20 @@ Identity::Identity(int32_t id, OldAnswers old) : m_id(id), m_old(old), m_path(lo
         close(m_fd);
         m_fd = -1;
     }
-    takeOldAnswers();
+    const auto queue = old == OldAnswers::forget ? queueOf(static_cast<uint8_t>(id)) : std::nullopt;
+    if (queue && queue->messages != 0)
+        forgetAnswers(id, 0);
     vx63_init(id); // the id is known to be valid
 }
 
 Identity::~Identity()
 {
-    takeOldAnswers();
+    if (isBehind())
+        forgetAnswers(m_id);
     if (m_fd < 0)
         return;
     unlink(m_path.c_str()); // still locked: nobody else can hold this file
     close(m_fd);
-}
-
-void Identity::takeOldAnswers() const
-{
-    const auto queue = m_old == OldAnswers::forget ? queueOf(static_cast<uint8_t>(m_id)) : std::nullopt;
-    if (queue && queue->messages != 0)
-        forgetAnswers(m_id, 0);
 }
 
 } // namespace tool

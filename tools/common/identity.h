@@ -32,10 +32,7 @@ public:
     Identity& operator=(const Identity&) = delete;
 
 private:
-    void takeOldAnswers() const;
-
     int32_t m_id;
-    OldAnswers m_old;
     std::string m_path;
     int m_fd = -1;
 };
