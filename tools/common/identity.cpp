@@ -123,7 +123,8 @@ Identity::Identity(int32_t id, OldAnswers old) : m_id(id), m_path(lockPath(id))
 
 Identity::~Identity()
 {
-    if (isBehind())
+    const auto queue = queueOf(static_cast<uint8_t>(m_id));
+    if (isBehind() || (queue && queue->messages != 0))
         forgetAnswers(m_id);
     if (m_fd < 0)
         return;

@@ -146,6 +146,12 @@ def test_an_answer_too_many_in_its_own_queue(meter, service, number, command):
     assert "that nothing waits for" in error and "call vx63 with another --id" in error
 
 
+def test_an_answer_too_many_is_told_once(meter):
+    result = meter.shell(f"echo send 0 110005000400000000000000 | {EXCHANGE} > $DIR/out; "
+                         "nice -n 19 $VX63 doctor > $DIR/out 2>&1; echo $?; $VX63 doctor > $DIR/out; echo $?")
+    assert result.stdout == "5\n0\n"
+
+
 def test_queues_of_another_user(meter, as_root, public_bin, isolation):
     script = f"touch {LOG}; chmod 666 {LOG}; {' '.join(AS_NOBODY)} {public_bin}/vx63 doctor --json"
     result = run(*as_root, *meter.command("sh", "-c", script))
