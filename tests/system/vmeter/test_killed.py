@@ -64,7 +64,7 @@ def test_a_command_that_cannot_be_forked(room):
     assert (told["failed"], told["status"], told["left"]) == ("clone", 125, [])
 
 
-@pytest.mark.parametrize("call, last", [("newfstatat", 60), ("unlinkat", 15), ("mq_unlink", 4)])
+@pytest.mark.parametrize("call, last", [("newfstatat", 45), ("unlinkat", 8), ("mq_unlink", 4)])
 def test_a_call_that_fails_once_while_all_is_taken_away(room, call, last):
     """It is tried again; and who cannot tell whether a log was there before lets it be."""
     log = room.log / "libvx63_key.txt"
