@@ -6,7 +6,7 @@ from pathlib import Path
 
 import pytest
 
-from conftest import HANG, VMETER, cannot
+from conftest import BUILD, HANG, cannot
 from tool_support import VX63, environment, isolation, meter, run  # noqa: F401 (fixtures)
 
 MEASURING = """
@@ -87,8 +87,9 @@ def test_folder_that_another_user_made_first(meter, isolation, tmp_path, make):
     (tmp / "private").mkdir(mode=0o700, parents=True)
     scene.write_text(meter.scene.read_text())
     subprocess.run(f"{make} vx63-$(id -u)", shell=True, cwd=tmp, check=True)
-    result = run("bwrap", "--dev-bind", "/", "/", "--bind", tmp, "/tmp", VMETER, "run", "--scene", "/tmp/scene.toml", "--",
-                 VX63, "status", env=environment(XDG_RUNTIME_DIR=""))
+    result = run("bwrap", "--dev-bind", "/", "/", "--ro-bind", BUILD, "/media", "--bind", tmp, "/tmp",  # BUILD may be there
+                 "/media/bin/vx63-vmeter", "run", "--scene", "/tmp/scene.toml", "--", "/media/bin/vx63", "status",
+                 env=environment(XDG_RUNTIME_DIR=""))
     assert (result.returncode, result.stderr) == (0, "")
     assert sorted(path.name for path in tmp.rglob("*")) == sorted(["private", "scene.toml", f"vx63-{os.getuid()}"])
 
