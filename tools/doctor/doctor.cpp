@@ -2,6 +2,7 @@
 #include "doctor/doctor.h"
 
 #include "commands.h"
+#include "common/exchange.h"
 #include "common/failure.h"
 #include "common/identity.h"
 #include "common/json.h"
@@ -293,6 +294,12 @@ Table rowsOf(const std::vector<Check>& checks)
     return rows;
 }
 
+// The last call got the answer to another one, or may have.
+bool isOutOfStep(const Diagnosis& diagnosis)
+{
+    return diagnosis.trouble == Trouble::unexpectedAnswer || diagnosis.trouble == Trouble::unknown;
+}
+
 int examine(const Options& options)
 {
     std::vector<Check> checks;
@@ -306,6 +313,8 @@ int examine(const Options& options)
         addServices(diagnoses, options.id, written, checks);
         addStandby(checks);
         checks.push_back(checkLog(written));
+        if (std::ranges::any_of(diagnoses, isOutOfStep))
+            forgetAnswers(options.id); // also the one that is on its way
     }
     const std::vector<Check> settings = checkSettings();
     addUntaken(before, countWaiting(), options.id, checks);
