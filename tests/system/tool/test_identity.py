@@ -6,7 +6,7 @@ from pathlib import Path
 
 import pytest
 
-from conftest import BUILD, HANG, cannot
+from conftest import BUILD, EXCHANGE, HANG, cannot
 from tool_support import VX63, environment, isolation, meter, run  # noqa: F401 (fixtures)
 
 MEASURING = """
@@ -31,9 +31,9 @@ def test_id_is_free_after_a_crash(meter):
 
 
 def test_no_answer_is_left_to_who_has_the_id_next(meter):
-    result = meter.shell("$VX63 measure single --channel 27 > /dev/null; echo $?; cat /dev/mqueue/vx63.17",
+    result = meter.shell(f"$VX63 measure single --channel 27 > /dev/null; echo $?; echo receive 17 0 | {EXCHANGE}",
                          fault="meas/single-start:1=twice")
-    assert result.stdout.startswith("0\nQSIZE:0 ")
+    assert result.stdout == '0\n{"result": -4}\n'
 
 
 def test_one_id_in_two_meters(meter, isolation):
