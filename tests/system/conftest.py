@@ -53,6 +53,12 @@ def native():
     """For a test of what the emulator cannot do."""
 
 
+def needs_other_users():
+    """Skips a test in which root is or makes somebody else, where there is nobody: as where programs are emulated."""
+    if os.geteuid() != 0 or Path("/proc/self/uid_map").read_text().split()[2] == "1":
+        pytest.skip("there is no other user to be")
+
+
 def cannot(why):
     """Skips a test that cannot run here; in CI that is a failure."""
     if os.environ.get("CI") == "true":

@@ -6,7 +6,7 @@ from pathlib import Path
 
 import pytest
 
-from conftest import BUILD, EXCHANGE, HANG, cannot
+from conftest import BUILD, EXCHANGE, HANG, cannot, needs_other_users
 from tool_support import VX63, environment, isolation, meter, run  # noqa: F401 (fixtures)
 
 MEASURING = """
@@ -81,8 +81,8 @@ def test_folder_that_another_user_made_first(meter, isolation, tmp_path, make):
     """Nothing is put into it, and it bars nobody."""
     if isolation:
         cannot("a /tmp of its own needs namespaces")
-    if "-o" in make and os.geteuid() != 0:
-        pytest.skip("only root makes folders of others")
+    if "-o" in make:
+        needs_other_users()
     tmp, scene = tmp_path / "tmp", tmp_path / "tmp" / "scene.toml"
     (tmp / "private").mkdir(mode=0o700, parents=True)
     scene.write_text(meter.scene.read_text())
@@ -96,8 +96,7 @@ def test_folder_that_another_user_made_first(meter, isolation, tmp_path, make):
 
 def test_lock_of_another_user(meter):
     """Who cannot use our folder cannot hold our lock, whatever lies in /tmp."""
-    if os.geteuid() != 0:
-        pytest.skip("only root becomes another user")
+    needs_other_users()
     script = 'stat -Lc %i /proc/self/ns/ipc; read -r go; "$0" status > /dev/null; echo $?'
     pipes = {"stdin": subprocess.PIPE, "stdout": subprocess.PIPE, "text": True}
     with subprocess.Popen([str(word) for word in meter.command("sh", "-c", script, VX63)], **pipes) as ours:
