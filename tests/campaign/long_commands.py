@@ -135,7 +135,8 @@ def inside(seconds, seed, name, folder):
     plan = "".join(f'[[point]]\nname = "{i}"\n' for i in range(POINTS))
     (folder / "plan.toml").write_text(
         'site = "Example Street 12"\n[[list]]\nname = "terrestrial"\nplan = "uhf"\nchannels = "13-52"\n' + plan)
-    subprocess.run([VX63, "info", "--id", "9"], stdout=subprocess.DEVNULL, timeout=HANG, check=True)  # makes the log
+    for own in "1", "2", "9", "17":  # makes the log, and each service opens the queue of each
+        subprocess.run([VX63, "doctor", "--id", own], stdout=subprocess.DEVNULL, timeout=HANG, check=True)
     commands = [Command(words, folder) for words in until_stopped]
     short = 0
     try:
